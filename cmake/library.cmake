@@ -1,0 +1,22 @@
+# What the project's libraries have in common: C++17, hidden symbols, version, export.
+function(phoneme_library_settings target macro_prefix)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:phoneme_warnings>)
+  set_target_properties(
+    ${target}
+    PROPERTIES CXX_EXTENSIONS OFF
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON
+               POSITION_INDEPENDENT_CODE ON
+               VERSION ${PROJECT_VERSION}
+               SOVERSION ${PROJECT_VERSION_MAJOR})
+  if(NOT BUILD_SHARED_LIBS)
+    target_compile_definitions(${target} PUBLIC ${macro_prefix}_STATIC_DEFINE)
+  endif()
+  install(
+    TARGETS ${target}
+    EXPORT phoneme-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endfunction()

@@ -1,0 +1,47 @@
+// Romanised text to syllables, and to their spellings.
+
+#include "phoneme/phoneme.h"
+#include "phoneme/pinyin_splitter.h"
+#include "phoneme/registry.h"
+#include "phoneme/tone.h"
+
+namespace qeo::sp {
+
+using namespace internal;
+
+signed char ToneAdaptation(int language, signed char tone) {
+  return FoldTone(tone, FindLanguage(language, LANGUAGE_MANDARIN).top_tone);
+}
+
+int py2ph(int language, const std::string& text, std::vector<SyllableInfo>& syllables) {
+  syllables.clear();
+  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  bool all_known = true;
+  SplitPinyin(in_use.syllables, text, false, [&](const Piece& piece) {
+    all_known = piece.row != NameIndex::kAbsent;
+    if (!all_known) return false;
+    SyllableInfo& syllable = syllables.emplace_back();
+    syllable.language = in_use.id;
+    syllable.tone = FoldTone(piece.raw_tone, in_use.top_tone);
+    syllable.code = SyllableCode(piece.row, syllable.tone);
+    const RowPhones& phones = in_use.row_phones[static_cast<std::size_t>(piece.row)];
+    syllable.phones.assign(phones.begin(), phones.end());
+    return true;
+  });
+  if (!all_known) syllables.clear();
+  return all_known ? 0 : -1;
+}
+
+int pyw2py(int language, const std::string& word, std::vector<std::string>& syllables,
+           bool backward) {
+  syllables.clear();
+  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  SplitPinyin(in_use.syllables, word, backward, [&](const Piece& piece) {
+    std::string& syllable = syllables.emplace_back(piece.text);
+    syllable.front() = ToSmallLetter(syllable.front());
+    return true;
+  });
+  return 0;
+}
+
+}  // namespace qeo::sp

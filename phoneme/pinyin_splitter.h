@@ -1,0 +1,175 @@
+#ifndef PHONEME_PINYIN_SPLITTER_H_
+#define PHONEME_PINYIN_SPLITTER_H_
+
+// Romanised text to syllable pieces, in one pass and without copies.
+//
+// Text is cut at two levels. What is written comes first: a digit closes the piece in front of it,
+// a capital opens one, and white space, the apostrophe and the grave accent stand between pieces. A
+// piece that is closed by a digit is passed on as it is, syllable or not. Any other piece that is
+// no syllable is cut by longest match against the syllables of the language, and what no match
+// reaches is dropped. One oddity is kept: a piece with bytes in it that are no letters ("n-i") is
+// passed on whole when its letters alone are a syllable, unless it is the whole text.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "phoneme/name_index.h"
+#include "phoneme/words.h"
+
+namespace qeo::sp::internal {
+
+/// One piece of text, as a sink receives it.
+struct Piece {
+  std::string_view text;  // as it stands in the input; its first byte may be a capital
+  int row;                // the syllable's row, or NameIndex::kAbsent
+  signed char raw_tone;   // the closing digit, 0 without one
+};
+
+constexpr bool IsSeparator(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r') || c == '`' || c == '\'';
+}
+
+/// A syllable found by longest match; `length` is 0 when there is none.
+struct Match {
+  int row = NameIndex::kAbsent;
+  std::size_t length = 0;
+};
+
+/// The longest syllable that begins the `letters` letters at the front of `word`.
+inline Match LongestPrefix(const NameIndex& syllables, std::uint64_t word, std::size_t letters) {
+  for (std::size_t length = std::min(letters, NameIndex::kMaxNameLength); length > 0; --length) {
+    const int row = syllables.Find(word & FirstBytes(length));
+    if (row != NameIndex::kAbsent) return {row, length};
+  }
+  return {};
+}
+
+/// The longest syllable that ends the `letters` letters at the back of `word`.
+inline Match LongestSuffix(const NameIndex& syllables, std::uint64_t word, std::size_t letters) {
+  for (std::size_t length = std::min(letters, NameIndex::kMaxNameLength); length > 0; --length) {
+    const int row = syllables.Find(word >> (8 * (kWordBytes - length)));
+    if (row != NameIndex::kAbsent) return {row, length};
+  }
+  return {};
+}
+
+/// Cuts a text for a sink, which receives each Piece in order and returns false to end the cutting.
+template <typename Sink>
+class PinyinSplitter {
+ public:
+  PinyinSplitter(const NameIndex& syllables, std::string_view text, Sink& sink)
+      : syllables_(syllables), text_(text), words_(text), sink_(sink) {}
+
+  void Split(bool backward) {
+    std::size_t begin = 0;
+    while (begin < text_.size()) {
+      const std::uint64_t word = WithSmallFirst(words_.From(begin));
+      const std::size_t letters = CountSmallLetters(word);
+      const char next = letters < kWordBytes ? ByteAt(word, letters) : '\0';
+      if (IsDigit(next) && letters - 1 < NameIndex::kMaxNameLength) {  // the common case
+        const int row = syllables_.Find(word & FirstBytes(letters));
+        if (!Send(begin, begin + letters + 1, row, next - '0')) return;
+        begin += letters + 1;
+      } else if (letters == 0 && IsSeparator(next)) {
+        ++begin;
+      } else {
+        const Extent piece = Measure(begin, letters);
+        if (!SendUncommon(begin, piece, backward)) return;
+        begin = piece.end;
+      }
+    }
+  }
+
+ private:
+  struct Extent {
+    std::size_t end;
+    std::size_t first_other;  // first byte that is no letter; `end` when there is none
+    bool closed;              // by a digit
+  };
+
+  // The piece from `begin` on, of which the first `letters` bytes are known to be letters.
+  Extent Measure(std::size_t begin, std::size_t letters) const {
+    std::size_t end = begin + letters;
+    while (letters == kWordBytes && end < text_.size()) {
+      letters = CountSmallLetters(words_.From(end));
+      end += letters;
+    }
+    const std::size_t first_other = end;
+    for (; end < text_.size(); ++end) {
+      const char c = text_[end];
+      if (IsDigit(c)) return {end + 1, first_other, true};
+      if (IsSeparator(c) || IsCapital(c)) break;
+    }
+    return {end, first_other, false};
+  }
+
+  bool SendUncommon(std::size_t begin, const Extent& piece, bool backward) {
+    const bool is_whole_text = begin == 0 && piece.end == text_.size() && !IsCapital(text_[0]);
+    const bool is_mixed = piece.first_other < piece.end;
+    if (piece.closed || (is_mixed && !is_whole_text && LettersAreKnown(begin, piece.end))) {
+      return Send(begin, piece.end, NameIndex::kAbsent, 0);
+    }
+    if (!backward) return CutForward(begin, piece.first_other);
+    std::size_t first = piece.end;
+    while (first > begin && IsSmallLetter(ToSmallLetter(text_[first - 1]))) --first;
+    return CutBackward(first, piece.end);
+  }
+
+  bool LettersAreKnown(std::size_t begin, std::size_t end) const {
+    std::uint64_t packed = 0;
+    std::size_t letters = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+      const char c = ToSmallLetter(text_[i]);
+      if (!IsSmallLetter(c)) continue;
+      if (letters == NameIndex::kMaxNameLength) return false;
+      packed |= std::uint64_t{static_cast<unsigned char>(c)} << (8 * letters++);
+    }
+    return letters > 0 && syllables_.Find(packed) != NameIndex::kAbsent;
+  }
+
+  bool CutForward(std::size_t begin, std::size_t end) {
+    while (begin < end) {
+      const Match match =
+          LongestPrefix(syllables_, words_.From(begin) | kSmallLetters, end - begin);
+      if (match.length == 0) break;
+      if (!Send(begin, begin + match.length, match.row, 0)) return false;
+      begin += match.length;
+    }
+    return true;
+  }
+
+  bool CutBackward(std::size_t begin, std::size_t end) {
+    while (begin < end) {
+      const Match match = LongestSuffix(syllables_, words_.UpTo(end) | kSmallLetters, end - begin);
+      if (match.length == 0) break;
+      if (!Send(end - match.length, end, match.row, 0)) return false;
+      end -= match.length;
+    }
+    return true;
+  }
+
+  bool Send(std::size_t begin, std::size_t end, int row, int raw_tone) {
+    return sink_(
+        Piece{{text_.data() + begin, end - begin}, row, static_cast<signed char>(raw_tone)});
+  }
+
+  static constexpr std::uint64_t kSmallLetters = Repeat(0x20);  // of letters, makes small letters
+
+  const NameIndex& syllables_;
+  std::string_view text_;
+  WordReader words_;
+  Sink& sink_;
+};
+
+/// Cuts `text` and calls `sink` with each Piece; stops when it returns false. With `backward` a cut
+/// by longest match starts at the end of its piece and sends the last syllable first.
+template <typename Sink>
+void SplitPinyin(const NameIndex& syllables, std::string_view text, bool backward, Sink sink) {
+  PinyinSplitter<Sink>(syllables, text, sink).Split(backward);
+}
+
+}  // namespace qeo::sp::internal
+
+#endif  // PHONEME_PINYIN_SPLITTER_H_

@@ -1,0 +1,81 @@
+#include "phoneme/registry.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "phoneme/phone_set.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::sp {
+
+using namespace internal;
+
+namespace {
+
+template <typename Row>
+NameIndex IndexOf(const std::map<std::string, const Row*>& rows) {
+  std::vector<NameIndex::Name> names;
+  names.reserve(rows.size());
+  for (const auto& [name, row] : rows) {
+    names.push_back({name, row == nullptr ? NameIndex::kNoRow : row->id});
+  }
+  return NameIndex(names);
+}
+
+std::vector<RowPhones> RowPhonesOf(const SpMapping& mapping) {
+  std::vector<RowPhones> rows(mapping.pinyin_count);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const PinyinInfo& syllable = mapping.pinyin_list[i];
+    for (const PhoneInfo* phone : {syllable.initial_phone, syllable.final_phone}) {
+      if (phone != nullptr) rows[i].phones[rows[i].count++] = phone;
+    }
+  }
+  return rows;
+}
+
+[[maybe_unused]] const Registry& built_before_main = Registry::Get();
+
+constexpr int kFirstEnglishVariant = 20000;
+constexpr int kLastEnglishVariant = 29999;
+
+// The phone lookups alone serve an unregistered language with one of its family.
+const SpMapping& FindByFamily(int language) {
+  const bool is_english = language >= kFirstEnglishVariant && language <= kLastEnglishVariant;
+  const int fallback = is_english ? LANGUAGE_AMERICAN_ENGLISH : LANGUAGE_MANDARIN;
+  return *FindLanguage(language, fallback).mapping;
+}
+
+}  // namespace
+
+SpInfoTable::SpInfoTable() {
+  for (const PhoneSet* set : kPhoneSets) set->initialize(languages_);
+}
+
+Registry::Registry() {
+  for (const PhoneSet* set : kPhoneSets) {
+    const SpMapping& mapping = global_sp_table_.languages().at(set->language);
+    languages_.push_back({set->language, set->top_tone, &mapping, IndexOf(mapping.phone_map),
+                          IndexOf(mapping.pinyin_map), RowPhonesOf(mapping)});
+  }
+}
+
+const PhoneInfo* GetPhoneInfoById(int language, int id) {
+  const SpMapping& mapping = FindByFamily(language);
+  const bool in_table = id >= 0 && static_cast<std::uint64_t>(id) < mapping.phone_count;
+  return mapping.phone_list + (in_table ? id : 0);
+}
+
+const PhoneInfo* GetPhoneInfoByDescription(int language, const std::string& name) {
+  const SpMapping& mapping = FindByFamily(language);
+  const auto found = mapping.phone_map.find(name);
+  return found != mapping.phone_map.end() ? found->second : mapping.phone_list;
+}
+
+char GetPhoneFeature(const PhoneInfo* phone, int index) {
+  constexpr int kFeatureSize = sizeof phone->feature;
+  if (index < 0 || index >= kFeatureSize || phone->feature[0] == '\0') return '\0';
+  return phone->feature[index];
+}
+
+}  // namespace qeo::sp
