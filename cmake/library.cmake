@@ -12,6 +12,10 @@ function(phoneme_library_settings target macro_prefix)
                SOVERSION ${PROJECT_VERSION_MAJOR})
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC ${macro_prefix}_STATIC_DEFINE)
+  elseif(UNIX AND NOT APPLE)
+    set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${exports})
   endif()
   install(
     TARGETS ${target}

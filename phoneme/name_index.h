@@ -22,7 +22,7 @@ class NameIndex {
 
   struct Name {
     std::string_view text;  // 1 to kMaxNameLength bytes, the last one not NUL; no name stands twice
-    int row;                // 0 to 0xfffe, or kNoRow
+    int row = kNoRow;       // 0 to 0xfffe, or kNoRow
   };
 
   explicit NameIndex(const std::vector<Name>& names);

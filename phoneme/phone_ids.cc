@@ -2,27 +2,62 @@
 
 #include "phoneme/phone_ids.h"
 
+#include <cstddef>
+#include <iterator>
+
 #include "phoneme/phoneme.h"
 #include "phoneme/registry.h"
-#include "phoneme/syllable_writer.h"
 
 namespace qeo::sp {
 
 using namespace internal;
 
+namespace {
+
+/// The phones that the bytes of a sequence stand for, so that a list is made of them at once.
+class PhoneIterator {
+ public:
+  using iterator_category = std::forward_iterator_tag;
+  using value_type = const PhoneInfo*;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const value_type*;
+  using reference = value_type;
+
+  PhoneIterator(const unsigned char* byte, const PhoneInfo* phone_list)
+      : byte_(byte), phone_list_(phone_list) {}
+
+  value_type operator*() const { return phone_list_ + (*byte_ - kFirstPhoneByte); }
+  PhoneIterator& operator++() {
+    ++byte_;
+    return *this;
+  }
+  bool operator==(const PhoneIterator& other) const { return byte_ == other.byte_; }
+  bool operator!=(const PhoneIterator& other) const { return byte_ != other.byte_; }
+
+ private:
+  const unsigned char* byte_;
+  const PhoneInfo* phone_list_;
+};
+
+}  // namespace
+
 int ph2ph(int language, const std::vector<unsigned char>& phone_ids,
           std::vector<SyllableInfo>& syllables) {
   syllables.clear();
   const Language& in_use = FindLanguage(language, LANGUAGE_AMERICAN_ENGLISH);
+  const PhoneInfo* phone_list = in_use.mapping->phone_list;
   const auto phone_count = static_cast<int>(in_use.mapping->phone_count);
-  SyllableWriter writer(in_use, syllables);
-  for (const unsigned char byte : phone_ids) {
-    if (byte < kFirstPhoneByte) {
-      writer.EndSyllable(byte);
-    } else if (byte - kFirstPhoneByte < phone_count) {
-      writer.AddPhone(byte - kFirstPhoneByte);
-    } else {
-      writer.Discard();
+  const unsigned char* begin = phone_ids.data();
+  const unsigned char* const end = begin + phone_ids.size();
+  for (const unsigned char* byte = begin; byte != end; ++byte) {
+    if (*byte < kFirstPhoneByte) {
+      SyllableInfo& syllable = syllables.emplace_back();
+      syllable.language = in_use.id;
+      syllable.raw_tone = *byte;
+      syllable.phones.assign(PhoneIterator(begin, phone_list), PhoneIterator(byte, phone_list));
+      begin = byte + 1;
+    } else if (*byte - kFirstPhoneByte >= phone_count) {
+      syllables.clear();
       return -1;
     }
   }

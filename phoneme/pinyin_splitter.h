@@ -85,8 +85,8 @@ class PinyinSplitter {
  private:
   struct Extent {
     std::size_t end;
-    std::size_t first_other;  // first byte that is no letter; `end` when there is none
-    bool closed;              // by a digit
+    bool is_closed;  // by a digit
+    bool is_mixed;   // with bytes that are no letters
   };
 
   // The piece from `begin` on, of which the first `letters` bytes are known to be letters.
@@ -99,22 +99,17 @@ class PinyinSplitter {
     const std::size_t first_other = end;
     for (; end < text_.size(); ++end) {
       const char c = text_[end];
-      if (IsDigit(c)) return {end + 1, first_other, true};
+      if (IsDigit(c)) return {end + 1, true, true};
       if (IsSeparator(c) || IsCapital(c)) break;
     }
-    return {end, first_other, false};
+    return {end, false, first_other < end};
   }
 
   bool SendUncommon(std::size_t begin, const Extent& piece, bool backward) {
     const bool is_whole_text = begin == 0 && piece.end == text_.size() && !IsCapital(text_[0]);
-    const bool is_mixed = piece.first_other < piece.end;
-    if (piece.closed || (is_mixed && !is_whole_text && LettersAreKnown(begin, piece.end))) {
-      return Send(begin, piece.end, NameIndex::kAbsent, 0);
-    }
-    if (!backward) return CutForward(begin, piece.first_other);
-    std::size_t first = piece.end;
-    while (first > begin && IsSmallLetter(ToSmallLetter(text_[first - 1]))) --first;
-    return CutBackward(first, piece.end);
+    const bool is_passed_on = piece.is_mixed && !is_whole_text && LettersAreKnown(begin, piece.end);
+    if (piece.is_closed || is_passed_on) return Send(begin, piece.end, NameIndex::kAbsent, 0);
+    return backward ? CutBackward(begin, piece.end) : CutForward(begin, piece.end);
   }
 
   bool LettersAreKnown(std::size_t begin, std::size_t end) const {
@@ -155,7 +150,8 @@ class PinyinSplitter {
         Piece{{text_.data() + begin, end - begin}, row, static_cast<signed char>(raw_tone)});
   }
 
-  static constexpr std::uint64_t kSmallLetters = Repeat(0x20);  // of letters, makes small letters
+  // Makes small letters of letters, and a letter of nothing else.
+  static constexpr std::uint64_t kSmallLetters = Repeat(0x20);
 
   const NameIndex& syllables_;
   std::string_view text_;

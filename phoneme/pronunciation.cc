@@ -1,13 +1,15 @@
 // Pronunciation strings: one parser, and a writer for each form of output.
 
+#include <algorithm>
+#include <cstddef>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "phoneme/phone_ids.h"
 #include "phoneme/phoneme.h"
 #include "phoneme/registry.h"
-#include "phoneme/syllable_writer.h"
 #include "phoneme/words.h"
-#include "xstr/views.h"
 
 namespace qeo::sp {
 
@@ -15,7 +17,7 @@ using namespace internal;
 
 namespace {
 
-constexpr std::string_view kBlanks = "\t\r\n ";
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 enum class Verdict { kGood, kSinglePiece, kBadPiece };
 
@@ -28,13 +30,8 @@ class Parser {
       : phones_(phones), text_(text), words_(text), writer_(writer) {}
 
   int Parse() {
-    for (std::size_t begin = 0; begin < text_.size();) {
-      const std::size_t end = FindComma(begin);
-      const std::string_view syllable =
-          xstr::TrimView({text_.data() + begin, end - begin}, kBlanks, true);
-      begin = end + 1;
-      if (syllable.empty()) continue;
-      const Verdict verdict = ParseSyllable(syllable);
+    while (SkipToSyllable()) {
+      const Verdict verdict = ParseSyllable();
       if (verdict == Verdict::kGood) continue;
       // A piece that stands alone leaves what was written; a wrong piece takes it all back.
       if (verdict == Verdict::kBadPiece) writer_.Discard();
@@ -44,40 +41,102 @@ class Parser {
   }
 
  private:
-  // The place of the first comma from `begin` on, or the text's end.
-  std::size_t FindComma(std::size_t begin) const {
-    while (begin < text_.size()) {
-      const std::size_t skipped = FindByte(words_.From(begin), ',');
-      begin += skipped;
-      if (skipped < kWordBytes) return begin;
-    }
-    return text_.size();
+  // Passes blanks and empty syllables; false at the end of the text.
+  bool SkipToSyllable() {
+    while (place_ < text_.size() && (IsBlank(text_[place_]) || text_[place_] == ',')) ++place_;
+    return place_ < text_.size();
   }
 
-  // Parses a syllable that has no blanks at its ends.
-  Verdict ParseSyllable(std::string_view syllable) {
-    const auto begin = static_cast<std::size_t>(syllable.data() - text_.data());
-    const std::size_t end = begin + syllable.size();
-    std::size_t piece = begin;
-    for (;;) {
-      const std::uint64_t word = words_.From(piece);
-      const std::size_t length = FindByte(word, ' ');
-      if (piece + length >= end) break;
-      if (length == kWordBytes && syllable.find(' ') == std::string_view::npos) break;
-      const int row = phones_.FindFirst(word, length);
+  Verdict ParseSyllable() {
+    const std::size_t begin = place_;
+    std::size_t end = 0;
+    for (;; place_ = end + 1) {
+      const std::uint64_t word = words_.From(place_);
+      end = FindPieceEnd(word);
+      if (IsLastPiece(end)) break;
+      const int row = phones_.FindFirst(word, end - place_);
       if (row == NameIndex::kAbsent || !writer_.AddPhone(row)) return Verdict::kBadPiece;
-      piece += length + 1;
     }
-    if (piece == begin) return Verdict::kSinglePiece;
-    if (piece + 1 != end || !IsDigit(text_[piece])) return Verdict::kBadPiece;
-    writer_.EndSyllable(static_cast<unsigned char>(text_[piece] - '0'));
+    const char digit = text_[place_];
+    const bool stands_alone = place_ == begin;
+    const bool is_digit = IsDigit(digit) && AreBlanks(place_ + 1, end);
+    place_ = end;
+    if (stands_alone) return Verdict::kSinglePiece;
+    if (!is_digit) return Verdict::kBadPiece;
+    writer_.EndSyllable(static_cast<unsigned char>(digit - '0'));
     return Verdict::kGood;
+  }
+
+  // The end of the piece that begins with `word`: a space, a comma or the text's end.
+  std::size_t FindPieceEnd(std::uint64_t word) const {
+    const std::size_t length = std::min(FindByte(word, ' '), FindByte(word, ','));
+    if (length < kWordBytes) return place_ + length;
+    return std::min(text_.find_first_of(" ,", place_), text_.size());
+  }
+
+  // Whether nothing but blanks stands between the end of a piece and the end of its syllable.
+  bool IsLastPiece(std::size_t end) const {
+    while (end < text_.size() && IsBlank(text_[end])) ++end;
+    return end == text_.size() || text_[end] == ',';
+  }
+
+  bool AreBlanks(std::size_t begin, std::size_t end) const {
+    return std::all_of(text_.begin() + begin, text_.begin() + end, IsBlank);
   }
 
   const NameIndex& phones_;
   std::string_view text_;
   WordReader words_;
   Writer& writer_;
+  std::size_t place_ = 0;
+};
+
+/// Appends to `syllables` in the language it is made for. Phones wait in a buffer until their
+/// number is known, so that each syllable's list is allocated once.
+class SyllableWriter {
+ public:
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer is written before it is read
+  SyllableWriter(const Language& language, std::vector<SyllableInfo>& syllables)
+      : language_(language.id), phone_list_(language.mapping->phone_list), syllables_(syllables) {}
+
+  /// Adds the phone of a row to the syllable; a null pointer for NameIndex::kNoRow.
+  bool AddPhone(int row) {
+    if (buffered_ == kBufferSize) Spill();
+    buffer_[buffered_++] = row != NameIndex::kNoRow ? phone_list_ + row : nullptr;
+    return true;
+  }
+
+  /// Closes the syllable, which may have no phones, and begins the next.
+  void EndSyllable(unsigned char digit) {
+    SyllableInfo& syllable = syllables_.emplace_back();
+    syllable.language = language_;
+    syllable.raw_tone = digit;
+    if (!spilled_.empty()) {
+      Spill();
+      syllable.phones = std::exchange(spilled_, {});
+      return;
+    }
+    syllable.phones.assign(buffer_, buffer_ + buffered_);
+    buffered_ = 0;
+  }
+
+  /// Takes back everything.
+  void Discard() { syllables_.clear(); }
+
+ private:
+  static constexpr std::size_t kBufferSize = 16;  // far above the phones of any real syllable
+
+  void Spill() {
+    spilled_.insert(spilled_.end(), buffer_, buffer_ + buffered_);
+    buffered_ = 0;
+  }
+
+  int language_;
+  const PhoneInfo* phone_list_;
+  std::vector<SyllableInfo>& syllables_;
+  const PhoneInfo* buffer_[kBufferSize];
+  std::size_t buffered_ = 0;
+  std::vector<const PhoneInfo*> spilled_;  // what a longer syllable holds before the buffer
 };
 
 class PhoneIdWriter {

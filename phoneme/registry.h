@@ -54,12 +54,14 @@ class Registry {
     return registry;
   }
 
-  /// The language `id`, or null.
-  const Language* Find(int id) const {
+  /// The language `id`, or `fallback`, which is registered, in its place.
+  const Language& Find(int id, int fallback) const {
+    const Language* stand_in = &languages_.front();
     for (const Language& language : languages_) {
-      if (language.id == id) return &language;
+      if (language.id == id) return language;
+      if (language.id == fallback) stand_in = &language;
     }
-    return nullptr;
+    return *stand_in;
   }
 
  private:
@@ -69,11 +71,8 @@ class Registry {
   std::vector<Language> languages_;
 };
 
-/// The language `id`, or the registered language `fallback` in its place.
 inline const Language& FindLanguage(int id, int fallback) {
-  const Registry& registry = Registry::Get();
-  const Language* language = registry.Find(id);
-  return language != nullptr ? *language : *registry.Find(fallback);
+  return Registry::Get().Find(id, fallback);
 }
 
 }  // namespace internal

@@ -28,7 +28,7 @@ int code2ph(int language, unsigned short code, SyllableInfo& syllable) {
   const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
   syllable.code = code;
   syllable.tone = static_cast<signed char>(code % kTonesPerRow);
-  const unsigned row = code / kTonesPerRow;
+  const std::size_t row = code / std::size_t{kTonesPerRow};
   if (row >= in_use.row_phones.size()) return -1;
   syllable.language = in_use.id;
   for (const PhoneInfo* phone : in_use.row_phones[row]) syllable.phones.push_back(phone);
@@ -36,14 +36,14 @@ int code2ph(int language, unsigned short code, SyllableInfo& syllable) {
 }
 
 std::string code2py(int language, unsigned short code, bool with_tone) {
-  const Language* in_use = Registry::Get().Find(language);
-  // The fallback writes the tone whatever the caller asked for: stored spellings rely on it.
-  if (in_use == nullptr) return code2py(LANGUAGE_MANDARIN, code, true);
-  const SpMapping& mapping = *in_use->mapping;
+  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  const SpMapping& mapping = *in_use.mapping;
   if (mapping.pinyin_count == 0) return {};
-  const unsigned row = code / kTonesPerRow;
+  const std::size_t row = code / std::size_t{kTonesPerRow};
   std::string spelling = mapping.pinyin_list[row < mapping.pinyin_count ? row : 0].pinyin;
-  if (with_tone) spelling += xstr::to_u8s(code % kTonesPerRow, 10);
+  // A language that stands in for another writes the tone whatever the caller asked for.
+  const bool stands_in = in_use.id != language;
+  if (with_tone || stands_in) spelling += xstr::to_u8s(code % kTonesPerRow, 10);
   return spelling;
 }
 

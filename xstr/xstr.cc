@@ -3,22 +3,28 @@
 #include <array>
 #include <charconv>
 
-#include "xstr/views.h"
-
 namespace qeo::xstr {
 
 std::string trim(const std::string& text, const std::string& chars, bool both_ends) {
-  return std::string(TrimView(text, chars, both_ends));
+  const std::size_t first = text.find_first_not_of(chars);
+  if (first == std::string::npos) return {};
+  const std::size_t end = both_ends ? text.find_last_not_of(chars) + 1 : text.size();
+  return text.substr(first, end - first);
 }
 
 std::vector<std::string> split(const std::string& text, const std::string& separator,
                                int max_parts) {
+  if (separator.empty()) return {text};
   std::vector<std::string> parts;
   const auto limit = static_cast<std::size_t>(max_parts > 0 ? max_parts : 0);
-  for (PieceReader pieces(text, separator); pieces.HasNext();) {
-    const bool is_last = limit != 0 && parts.size() + 1 == limit;
-    parts.emplace_back(is_last ? pieces.Rest() : pieces.Next());
+  std::size_t begin = 0;
+  while (limit == 0 || parts.size() + 1 < limit) {
+    const std::size_t end = text.find(separator, begin);
+    if (end == std::string::npos) break;
+    parts.push_back(text.substr(begin, end - begin));
+    begin = end + separator.size();
   }
+  parts.push_back(text.substr(begin));
   return parts;
 }
 
@@ -28,7 +34,7 @@ std::string to_u8s(int value, int base) {
   if (base < kMinBase || base > kMaxBase) return {};
   std::array<char, 33> digits{};  // a sign and, in base 2, 32 digits
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, base).ptr;
-  return std::string(digits.data(), end);
+  return {digits.data(), end};
 }
 
 }  // namespace qeo::xstr
