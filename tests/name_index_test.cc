@@ -1,0 +1,149 @@
+// The fast index of names, held against the ordered maps it is built from.
+
+#include "phoneme/name_index.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "phoneme/phoneme.h"
+
+namespace qeo::sp::internal {
+namespace {
+
+NameIndex MakeIndex(const std::map<std::string, int>& rows) {
+  std::vector<NameIndex::Name> names;
+  for (const auto& [name, row] : rows) names.push_back({name, row});
+  return NameIndex(names);
+}
+
+int Find(const NameIndex& index, const std::string& name) {
+  if (name.size() > kWordBytes) return NameIndex::kAbsent;
+  return index.FindFirst(WordReader(name).From(0), name.size());
+}
+
+// All texts one edit away: a byte dropped, changed, added or doubled, at every place.
+std::set<std::string> NearMisses(const std::string& name) {
+  const std::string bytes = std::string("aegnouvzE3 -'") + '\0' + '\x80' + '\xff';
+  std::set<std::string> near;
+  for (std::size_t i = 0; i <= name.size(); ++i) {
+    if (i < name.size()) near.insert(name.substr(0, i) + name.substr(i + 1));
+    for (const char byte : bytes) {
+      near.insert(name.substr(0, i) + byte + name.substr(i));
+      if (i < name.size()) near.insert(name.substr(0, i) + byte + name.substr(i + 1));
+    }
+  }
+  return near;
+}
+
+std::map<std::string, int> PhoneRows(const SpMapping& mapping) {
+  std::map<std::string, int> rows;
+  for (const auto& [name, phone] : mapping.phone_map) {
+    rows[name] = phone == nullptr ? NameIndex::kNoRow : phone->id;
+  }
+  return rows;
+}
+
+std::map<std::string, int> SyllableRows(const SpMapping& mapping) {
+  std::map<std::string, int> rows;
+  for (const auto& [spelling, row] : mapping.pinyin_map) rows[spelling] = row->id;
+  return rows;
+}
+
+void ExpectSameAnswers(const std::map<std::string, int>& rows, std::size_t least_misses) {
+  const NameIndex index = MakeIndex(rows);
+  std::size_t misses = 0;
+  for (const auto& [name, row] : rows) {
+    EXPECT_EQ(Find(index, name), row) << testing::PrintToString(name);
+    for (const std::string& near : NearMisses(name)) {
+      const auto found = rows.find(near);
+      const int expected = found != rows.end() ? found->second : NameIndex::kAbsent;
+      if (expected == NameIndex::kAbsent) ++misses;
+      ASSERT_EQ(Find(index, near), expected) << testing::PrintToString(near);
+    }
+  }
+  EXPECT_GE(misses, least_misses);
+}
+
+class NameIndexOf : public testing::TestWithParam<int> {
+ protected:
+  NameIndexOf() {
+    InitializeMandarinSet(table_);
+    InitializeCantoneseSet(table_);
+    InitializeAmericanSet(table_);
+  }
+
+  const SpMapping& Mapping() const { return table_.at(GetParam()); }
+
+ private:
+  std::map<int, SpMapping> table_;
+};
+
+TEST_P(NameIndexOf, PhonesAnswersLikeTheMap) { ExpectSameAnswers(PhoneRows(Mapping()), 2000); }
+
+TEST_P(NameIndexOf, SyllablesAnswersLikeTheMap) {
+  const std::map<std::string, int> rows = SyllableRows(Mapping());
+  ExpectSameAnswers(rows, rows.size() * 60);
+}
+
+TEST_P(NameIndexOf, EveryNameFits) {
+  std::size_t names = 0;
+  for (const auto& rows : {PhoneRows(Mapping()), SyllableRows(Mapping())}) {
+    for (const auto& [name, row] : rows) {
+      ++names;
+      EXPECT_GE(name.size(), 1U);
+      EXPECT_LE(name.size(), NameIndex::kMaxNameLength) << name;
+    }
+  }
+  EXPECT_GE(names, 41U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Language, NameIndexOf,
+                         testing::Values(LANGUAGE_MANDARIN, LANGUAGE_CANTONESE,
+                                         LANGUAGE_AMERICAN_ENGLISH),
+                         testing::PrintToStringParamName());
+
+TEST(NameIndex, HoldsNothing) {
+  const NameIndex index = MakeIndex({});
+  for (const std::string name : {"", "a", "abcdef", "abcdefg", "abcdefgh"}) {
+    EXPECT_EQ(Find(index, name), NameIndex::kAbsent) << name;
+  }
+}
+
+TEST(NameIndex, TellsNulFromTheEnd) {
+  const NameIndex index = MakeIndex({{"a", 1}, {std::string("a\0b", 3), 2}});
+  const struct {
+    std::string name;
+    int row;
+  } cases[] = {
+      {"a", 1},
+      {std::string("a\0b", 3), 2},
+      {std::string("a\0", 2), NameIndex::kAbsent},
+      {std::string("a\0\0\0\0\0\0", 7), NameIndex::kAbsent},
+      {std::string("\0a", 2), NameIndex::kAbsent},
+      {std::string("\0", 1), NameIndex::kAbsent},
+      {std::string("\0\0\0\0\0\0", 6), NameIndex::kAbsent},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Find(index, c.name), c.row) << testing::PrintToString(c.name);
+  }
+}
+
+TEST(NameIndex, GrowsWithTheNames) {
+  // As many rows as syllable codes can number.
+  constexpr int kMostRows = 6553;
+  std::map<std::string, int> rows;
+  for (int row = 0; row < kMostRows; ++row) rows["s" + std::to_string(row)] = row;
+  const NameIndex index = MakeIndex(rows);
+  for (int row = 0; row < kMostRows; ++row) {
+    ASSERT_EQ(Find(index, "s" + std::to_string(row)), row);
+    ASSERT_EQ(Find(index, "t" + std::to_string(row)), NameIndex::kAbsent);
+  }
+  EXPECT_EQ(Find(index, "s" + std::to_string(kMostRows)), NameIndex::kAbsent);
+}
+
+}  // namespace
+}  // namespace qeo::sp::internal

@@ -1,0 +1,107 @@
+// Every public function from eight threads at once, each with output containers of its own; all
+// must answer what one thread alone is answered.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "phoneme/phoneme.h"
+#include "testing.h"
+
+namespace qeo::sp {
+namespace {
+
+constexpr int kThreads = 8;
+constexpr int kRounds = 100;
+constexpr int kLanguages[] = {10000, 10001, 20000, 20005, 30000, -1};
+
+void AskAboutText(int language, std::ostream& answers) {
+  std::vector<SyllableInfo> syllables;
+  std::vector<unsigned short> codes;
+  std::vector<std::string> pieces;
+  for (const char* text : {"ni3hao3", "nihao", "Xi'an", "nei5hou2", "fangan", "nihao3", "hello",
+                           "ni3 xyz3", "zhuangzhuang", "n-i3", ""}) {
+    answers << py2ph(language, text, syllables) << testing::PrintToString(Spell(syllables))
+            << py2code(language, text, codes) << testing::PrintToString(codes);
+    for (const bool backward : {false, true}) {
+      answers << pyw2py(language, text, pieces, backward) << testing::PrintToString(pieces);
+    }
+  }
+}
+
+void AskAboutPronunciations(int language, std::ostream& answers) {
+  std::vector<SyllableInfo> syllables;
+  for (const char* text :
+       {"n i 3, h ao 3", "hh ah 0, l ow 1", "n ei 5", "aa 1, bb", "zz 1", "", "sil 0", "ng 1"}) {
+    std::vector<unsigned char> phone_ids = {20, 3};
+    answers << pr2ph(language, text, syllables) << testing::PrintToString(Spell(syllables))
+            << pr2ph(language, text, phone_ids) << testing::PrintToString(phone_ids)
+            << ph2ph(language, phone_ids, syllables) << testing::PrintToString(Spell(syllables));
+  }
+}
+
+void AskAboutCodes(int language, std::ostream& answers) {
+  for (int code = 0; code < 7000; code += 37) {
+    const auto narrow = static_cast<unsigned short>(code);
+    SyllableInfo syllable;
+    answers << code2ph(language, narrow, syllable) << testing::PrintToString(Spell(syllable))
+            << code2py(language, narrow, true) << code2py(language, narrow, false);
+  }
+}
+
+void AskAboutPhones(int language, std::ostream& answers) {
+  for (int value = 0; value < 128; ++value) {
+    const PhoneInfo* phone = GetPhoneInfoById(language, value);
+    answers << phone << ph2tp(language, static_cast<unsigned char>(value))
+            << static_cast<int>(ToneAdaptation(language, static_cast<signed char>(value)))
+            << static_cast<int>(GetPhoneFeature(phone, value % 16));
+  }
+  for (const char* name : {"sil", "iou", "aa", "ng", "E", "nope", ""}) {
+    answers << GetPhoneInfoByDescription(language, name) << LexiconEnPhoneTypeStr(name)
+            << LexiconEnPhoneId(name) << LexiconModulePhoneTypeStr(name, language);
+  }
+}
+
+std::string AskEverything() {
+  std::ostringstream answers;
+  for (const int language : kLanguages) {
+    AskAboutText(language, answers);
+    AskAboutPronunciations(language, answers);
+    AskAboutCodes(language, answers);
+    AskAboutPhones(language, answers);
+  }
+  return answers.str();
+}
+
+}  // namespace
+
+// The threads' first answers are the first of the process: nothing is prepared for them.
+TEST(Threads, EveryFunctionFromEightThreadsAtOnce) {
+  std::vector<std::string> first_answers(kThreads);
+  std::atomic<int> waiting = kThreads;
+  std::atomic<int> equal_rounds = 0;
+  const auto ask_often = [&](std::string& first_answer) {
+    --waiting;
+    while (waiting > 0) std::this_thread::yield();  // all begin together
+    first_answer = AskEverything();
+    for (int round = 0; round < kRounds; ++round) {
+      if (AskEverything() == first_answer) ++equal_rounds;
+    }
+  };
+  std::vector<std::thread> threads;
+  threads.reserve(kThreads);
+  for (std::string& answer : first_answers) threads.emplace_back(ask_often, std::ref(answer));
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(equal_rounds, kThreads * kRounds);
+
+  const std::string alone = AskEverything();
+  EXPECT_GT(alone.size(), 10'000U);
+  for (const std::string& answer : first_answers) EXPECT_EQ(answer, alone);
+}
+
+}  // namespace qeo::sp
