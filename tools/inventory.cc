@@ -1,0 +1,71 @@
+#include "tools/inventory.h"
+
+#include <cstdint>
+#include <map>
+#include <string_view>
+
+#include "phoneme/phoneme.h"
+#include "tools/languages.h"
+#include "tools/notations.h"
+#include "tools/numbers.h"
+
+namespace qeo::tool {
+namespace {
+
+sp::SpMapping TablesOf(int id) {
+  std::map<int, sp::SpMapping> tables;
+  for (const Language& language : kLanguages) {
+    if (language.id == id) {
+      language.initialize(tables);
+    }
+  }
+  return tables[id];
+}
+
+const char* TypeName(std::int32_t type, bool has_syllables) {
+  switch (type) {
+    case sp::PHONE_TYPE_INITIAL:
+      return has_syllables ? "initial" : "consonant";
+    case sp::PHONE_TYPE_FINAL:
+      return has_syllables ? "final" : "vowel";
+    default:
+      return "silence";
+  }
+}
+
+void AppendField(std::string_view field, std::string& out) {
+  out += '\t';
+  out += field.empty() ? "-" : field;
+}
+
+}  // namespace
+
+void AppendPhoneList(int language, std::string& out) {
+  const sp::SpMapping tables = TablesOf(language);
+  out += "# id\tbyte\tname\ttype\tfeatures\n";
+  for (std::uint64_t row = 0; row < tables.phone_count; ++row) {
+    const sp::PhoneInfo& phone = tables.phone_list[row];
+    AppendNumber(phone.id, out);
+    out += '\t';
+    AppendNumber(phone.id + kFirstPhoneByte, out);
+    AppendField(phone.name, out);
+    AppendField(TypeName(phone.type, tables.pinyin_count != 0), out);
+    AppendField(phone.feature, out);
+    out += '\n';
+  }
+}
+
+void AppendSyllableList(int language, std::string& out) {
+  const sp::SpMapping tables = TablesOf(language);
+  out += "# row\tsyllable\tinitial\tfinal\n";
+  for (std::uint64_t row = 0; row < tables.pinyin_count; ++row) {
+    const sp::PinyinInfo& syllable = tables.pinyin_list[row];
+    AppendNumber(syllable.id, out);
+    AppendField(syllable.pinyin, out);
+    AppendField(syllable.initial, out);
+    AppendField(syllable.final, out);
+    out += '\n';
+  }
+}
+
+}  // namespace qeo::tool

@@ -1,0 +1,51 @@
+#ifndef TOOLS_LANGUAGES_H_
+#define TOOLS_LANGUAGES_H_
+
+/// The languages by the names that the command line uses, and which one serves an id that the
+/// library does not know.
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "phoneme/phoneme.h"
+
+namespace qeo::tool {
+
+struct Language {
+  const char* name;
+  int id;
+  void (*initialize)(std::map<int, sp::SpMapping>&);  // fills the language's tables
+};
+
+inline constexpr Language kLanguages[] = {
+    {"mandarin", sp::LANGUAGE_MANDARIN, sp::InitializeMandarinSet},
+    {"cantonese", sp::LANGUAGE_CANTONESE, sp::InitializeCantoneseSet},
+    {"english", sp::LANGUAGE_AMERICAN_ENGLISH, sp::InitializeAmericanSet},
+};
+
+/// Reads a name of kLanguages or a decimal language id, known to the library or not.
+std::optional<int> ParseLanguage(std::string_view text);
+
+/// Returns the name of a language id, or the id itself in decimal.
+std::string LanguageName(int id);
+
+// The library serves an id that it does not know with another language, and not with the same one
+// everywhere. These three ask it.
+
+/// The language that answers for syllables and their codes; none when `id` has no syllables.
+std::optional<int> SyllableLanguage(int id);
+
+/// The language that answers for pronunciations and phone ids.
+int PronunciationLanguage(int id);
+
+/// The language whose phones are listed.
+int PhoneLanguage(int id);
+
+/// Returns a note for the user when `serving` stands in for `requested`, else an empty string.
+std::string FallbackNote(int requested, int serving);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_LANGUAGES_H_
