@@ -9,7 +9,8 @@ function(phoneme_library_settings target macro_prefix)
                VISIBILITY_INLINES_HIDDEN ON
                POSITION_INDEPENDENT_CODE ON
                VERSION ${PROJECT_VERSION}
-               SOVERSION ${PROJECT_VERSION_MAJOR})
+               SOVERSION ${PROJECT_VERSION_MAJOR}
+               INSTALL_RPATH "$ORIGIN")  # libphoneme finds libxstr beside it
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC ${macro_prefix}_STATIC_DEFINE)
   elseif(UNIX AND NOT APPLE)

@@ -25,6 +25,8 @@ class NameIndex {
     int row = kNoRow;       // 0 to 0xfffe, or kNoRow
   };
 
+  /// Throws std::length_error for a name that does not fit: a mistake in a table, so that a library
+  /// built with it does not start.
   explicit NameIndex(const std::vector<Name>& names);
 
   /// The row of a packed name of 1 to kMaxNameLength bytes, the last one not NUL; kNoRow or

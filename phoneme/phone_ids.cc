@@ -23,6 +23,7 @@ class PhoneIterator {
   using pointer = const value_type*;
   using reference = value_type;
 
+  PhoneIterator() = default;
   PhoneIterator(const unsigned char* byte, const PhoneInfo* phone_list)
       : byte_(byte), phone_list_(phone_list) {}
 
@@ -31,12 +32,17 @@ class PhoneIterator {
     ++byte_;
     return *this;
   }
+  PhoneIterator operator++(int) {
+    const PhoneIterator before = *this;
+    ++byte_;
+    return before;
+  }
   bool operator==(const PhoneIterator& other) const { return byte_ == other.byte_; }
   bool operator!=(const PhoneIterator& other) const { return byte_ != other.byte_; }
 
  private:
-  const unsigned char* byte_;
-  const PhoneInfo* phone_list_;
+  const unsigned char* byte_ = nullptr;
+  const PhoneInfo* phone_list_ = nullptr;
 };
 
 }  // namespace

@@ -14,10 +14,13 @@
 ///   serves it with a fixed language of its own, stated with the function.
 /// - Functions that can fail return 0 on success and -1 on failure. An output container must not be
 ///   part of an input. Nothing is printed and nothing is thrown but the standard library's
-///   allocation exceptions; a container that was being filled then holds a valid prefix.
-/// - Any number of threads may call any function at once, each with output containers of its own.
+///   allocation exceptions; the contents of a container that was being filled are then unspecified,
+///   and it can be emptied, filled again or destroyed.
+/// - Any number of threads may call any function at once, each with output containers of its own;
+///   only the three Initialize...Set stand apart, see there.
 /// - The phone sets are ready before `main`, also for the static initialisers of other sources, and
-///   are freed at exit. `PhoneInfo` pointers stay valid for the whole process.
+///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature
+///   and the lexicon functions. `PhoneInfo` pointers stay valid for the whole process.
 
 #include <map>
 #include <string>
@@ -203,7 +206,7 @@ PHONEME_EXPORT const PhoneInfo* GetPhoneInfoByDescription(int language, const st
 ///                                                   g glottal
 ///             7 voicing of a consonant: + or -
 ///
-/// A position that does not apply holds '0'.
+/// A position that does not apply holds '0', except that position 7 of silence is '-'.
 PHONEME_EXPORT char GetPhoneFeature(const PhoneInfo* phone, int index);
 
 // Lexicon phone classes: the numbers that a pronunciation lexicon stores. `phone` is a

@@ -10,10 +10,10 @@
 // reaches is dropped. One oddity is kept: a piece with bytes in it that are no letters ("n-i") is
 // passed on whole when its letters alone are a syllable, unless it is the whole text.
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "phoneme/name_index.h"
 #include "phoneme/words.h"
@@ -33,26 +33,42 @@ constexpr bool IsSeparator(char c) {
 
 /// A syllable found by longest match; `length` is 0 when there is none.
 struct Match {
-  int row = NameIndex::kAbsent;
-  std::size_t length = 0;
+  int row;
+  std::size_t length;
 };
+
+/// The longest syllable among the candidates that `candidate` gives for each length. All lengths
+/// are looked up, in code without a loop: which one is found cannot be predicted, and a loop that
+/// stops there costs more than it saves.
+template <typename Candidate, std::size_t... kIndexes>
+Match LongestMatch(const NameIndex& syllables, Candidate candidate,
+                   std::index_sequence<kIndexes...> /*lengths less one*/) {
+  constexpr int kRowBits = 16;
+  std::uint32_t best = 0;  // length and row: one number, so that taking it needs no branch
+  const auto take_longer = [&](std::uint32_t length) {
+    const int row = syllables.Find(candidate(length));
+    const std::uint32_t found = length << kRowBits | static_cast<std::uint16_t>(row);
+    best = row != NameIndex::kAbsent ? found : best;
+  };
+  (take_longer(kIndexes + 1), ...);
+  return {static_cast<std::uint16_t>(best), best >> kRowBits};
+}
+
+using AllLengths = std::make_index_sequence<NameIndex::kMaxNameLength>;
 
 /// The longest syllable that begins the `letters` letters at the front of `word`.
 inline Match LongestPrefix(const NameIndex& syllables, std::uint64_t word, std::size_t letters) {
-  for (std::size_t length = std::min(letters, NameIndex::kMaxNameLength); length > 0; --length) {
-    const int row = syllables.Find(word & FirstBytes(length));
-    if (row != NameIndex::kAbsent) return {row, length};
-  }
-  return {};
+  if (letters < kWordBytes) word |= ~FirstBytes(letters);  // what follows matches nothing
+  return LongestMatch(
+      syllables, [=](std::size_t length) { return word & FirstBytes(length); }, AllLengths());
 }
 
 /// The longest syllable that ends the `letters` letters at the back of `word`.
 inline Match LongestSuffix(const NameIndex& syllables, std::uint64_t word, std::size_t letters) {
-  for (std::size_t length = std::min(letters, NameIndex::kMaxNameLength); length > 0; --length) {
-    const int row = syllables.Find(word >> (8 * (kWordBytes - length)));
-    if (row != NameIndex::kAbsent) return {row, length};
-  }
-  return {};
+  if (letters < kWordBytes) word |= FirstBytes(kWordBytes - letters);
+  return LongestMatch(
+      syllables, [=](std::size_t length) { return word >> (8 * (kWordBytes - length)); },
+      AllLengths());
 }
 
 /// Cuts a text for a sink, which receives each Piece in order and returns false to end the cutting.
@@ -89,13 +105,19 @@ class PinyinSplitter {
     bool is_mixed;   // with bytes that are no letters
   };
 
+  // The end of the letters from `begin` on. Steps of a constant length do not wait for each other,
+  // so that a long text costs no more than a short one.
+  std::size_t SkipLetters(std::size_t begin) const {
+    for (; begin < text_.size(); begin += kWordBytes) {
+      const std::size_t letters = CountSmallLetters(words_.From(begin));
+      if (letters < kWordBytes) return begin + letters;
+    }
+    return begin;
+  }
+
   // The piece from `begin` on, of which the first `letters` bytes are known to be letters.
   Extent Measure(std::size_t begin, std::size_t letters) const {
-    std::size_t end = begin + letters;
-    while (letters == kWordBytes && end < text_.size()) {
-      letters = CountSmallLetters(words_.From(end));
-      end += letters;
-    }
+    std::size_t end = letters < kWordBytes ? begin + letters : SkipLetters(begin + letters);
     const std::size_t first_other = end;
     for (; end < text_.size(); ++end) {
       const char c = text_[end];

@@ -1,3 +1,5 @@
+// The start of the registry, and the lookups of single phones.
+
 #include "phoneme/registry.h"
 
 #include <string>
@@ -34,6 +36,7 @@ std::vector<RowPhones> RowPhonesOf(const SpMapping& mapping) {
   return rows;
 }
 
+// A program that has no static initialiser of its own that converts has its registry built here.
 [[maybe_unused]] const Registry& built_before_main = Registry::Get();
 
 constexpr int kFirstEnglishVariant = 20000;

@@ -61,8 +61,6 @@ class WordReader {
         size_(text.size()),
         short_text_(text.size() < kWordBytes ? LoadShort(text) : 0) {}
 
-  std::size_t size() const { return size_; }
-
   /// The eight bytes from `offset`, below the text's size, on; zeros stand for those past its end.
   std::uint64_t From(std::size_t offset) const {
     if (size_ < kWordBytes) return short_text_ >> (8 * offset);

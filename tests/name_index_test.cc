@@ -6,6 +6,7 @@
 
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ namespace {
 
 NameIndex MakeIndex(const std::map<std::string, int>& rows) {
   std::vector<NameIndex::Name> names;
+  names.reserve(rows.size());
   for (const auto& [name, row] : rows) names.push_back({name, row});
   return NameIndex(names);
 }
@@ -130,6 +132,12 @@ TEST(NameIndex, TellsNulFromTheEnd) {
   for (const auto& c : cases) {
     EXPECT_EQ(Find(index, c.name), c.row) << testing::PrintToString(c.name);
   }
+}
+
+TEST(NameIndex, RefusesNamesThatDoNotFit) {
+  EXPECT_THROW(MakeIndex({{"", 1}}), std::length_error);
+  EXPECT_THROW(MakeIndex({{"a", 1}, {"zhuangx", 2}}), std::length_error);
+  EXPECT_NO_THROW(MakeIndex({{"a", 1}, {"zhuang", 2}}));
 }
 
 TEST(NameIndex, GrowsWithTheNames) {

@@ -1,3 +1,5 @@
+// The helpers over the standard library; all are plain byte work, blind to the process locale.
+
 #include "xstr/xstr.h"
 
 #include <array>
