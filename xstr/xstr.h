@@ -32,8 +32,9 @@ XSTR_EXPORT std::string trim(const std::string& text, const std::string& chars, 
 ///
 /// Returns the pieces in text order, without the separators. Occurrences are found from the front
 /// and do not overlap. Empty pieces are kept, also at either end, so that n cuts make n + 1 pieces;
-/// an empty `text` is one empty piece, and an empty `separator` cuts nothing. A positive `max_parts`
-/// is the most pieces returned, the last of which holds the uncut rest; 0 and below mean no limit.
+/// an empty `text` is one empty piece, and an empty `separator` cuts nothing. A positive
+/// `max_parts` is the most pieces returned, the last of which holds the uncut rest; 0 and below
+/// mean no limit.
 XSTR_EXPORT std::vector<std::string> split(const std::string& text, const std::string& separator,
                                            int max_parts);
 
