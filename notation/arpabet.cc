@@ -1,0 +1,453 @@
+#include "notation/arpabet.h"
+
+// ARPAbet both ways, in one pass over the pieces and one over the syllables. Names are looked up
+// through the library; which consonants begin a syllable stands in english_onsets.h.
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "notation/english_onsets.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation {
+namespace {
+
+constexpr int kEnglish = sp::LANGUAGE_AMERICAN_ENGLISH;
+constexpr std::size_t kMaxNameLength = sizeof(sp::PhoneInfo::name) - 1;
+constexpr std::size_t kUsualPhones = 32;  // room that hardly a word outgrows
+constexpr std::size_t kUsualBytes = 4;    // of a pronunciation string, for each phone
+constexpr std::string_view kUnreduced = "ah";
+constexpr std::string_view kReduced = "ax";
+constexpr std::string_view kReducedInArpabet = "AH";
+
+constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsStress(char c) { return c >= '0' && c <= '2'; }
+constexpr char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+constexpr char ToUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+
+std::string_view Bytes(std::string_view text, Range range) {
+  return text.substr(range.offset, range.length);
+}
+
+// The first run of bytes from `begin` on, before `end`, that are not white space; of length 0 at
+// `end` when there is none.
+Range NextPiece(std::string_view text, std::size_t begin, std::size_t end) {
+  while (begin < end && IsBlank(text[begin])) ++begin;
+  std::size_t behind = begin;
+  while (behind < end && !IsBlank(text[behind])) ++behind;
+  return {begin, behind - begin};
+}
+
+std::string_view Trim(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool IsValidUtf8(std::string_view text) {
+  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+  auto left = static_cast<utf8proc_ssize_t>(text.size());
+  while (left > 0) {
+    utf8proc_int32_t code_point = 0;
+    const utf8proc_ssize_t length = utf8proc_iterate(bytes, left, &code_point);
+    if (length <= 0) return false;
+    bytes += length;
+    left -= length;
+  }
+  return true;
+}
+
+struct EnglishPhone {
+  std::string_view name;
+  std::string upper;  // the name in upper case
+  bool is_vowel = false;
+  internal::OnsetKey onset = 0;
+};
+
+// The library's phones by name. Asking the library for each phone of a dictionary takes most of the
+// time, so the names are read once.
+class EnglishPhones {
+ public:
+  static const EnglishPhones& Get() {
+    static const EnglishPhones phones;
+    return phones;
+  }
+
+  EnglishPhones(const EnglishPhones&) = delete;
+  EnglishPhones& operator=(const EnglishPhones&) = delete;
+
+  const std::vector<EnglishPhone>& All() const { return phones_; }
+
+  // The phone of a name in any case; null when there is none.
+  const EnglishPhone* Find(std::string_view name) const {
+    const EnglishPhone* phone = by_beginning_[SlotOf(name)];
+    if (phone == nullptr || phone->name.size() != name.size()) return nullptr;
+    const auto same = [](char a, char b) { return ToLower(a) == b; };
+    return std::equal(name.begin(), name.end(), phone->name.begin(), same) ? phone : nullptr;
+  }
+
+ private:
+  static constexpr std::size_t kLetters = 27;  // the letters, and none
+
+  EnglishPhones() {
+    for (int id = 0;; ++id) {
+      const sp::PhoneInfo* info = sp::GetPhoneInfoById(kEnglish, id);
+      if (info->id != id) break;
+      const std::string_view name = info->name;
+      std::string upper(name);
+      std::transform(upper.begin(), upper.end(), upper.begin(), ToUpper);
+      phones_.push_back(
+          {name, upper, info->type == sp::PHONE_TYPE_FINAL, internal::PhoneKey(name)});
+    }
+    for (const EnglishPhone& phone : phones_) by_beginning_[SlotOf(phone.name)] = &phone;
+  }
+
+  // The first two letters of a name; no two phones have the same.
+  static std::size_t SlotOf(std::string_view name) {
+    const auto letter = [name](std::size_t i) {
+      const char c = i < name.size() ? ToLower(name[i]) : '\0';
+      return c >= 'a' && c <= 'z' ? static_cast<std::size_t>(c - 'a') + 1 : 0;
+    };
+    return letter(0) * kLetters + letter(1);
+  }
+
+  std::vector<EnglishPhone> phones_;
+  std::array<const EnglishPhone*, kLetters* kLetters> by_beginning_ = {};
+};
+
+// How many bytes two names have in common at their beginning, when one edit or none makes them
+// equal and something is left in common.
+std::optional<std::size_t> SharedBeginning(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  const std::size_t longer = std::max(a.size(), b.size());
+  std::size_t front = 0;
+  while (front < shorter && a[front] == b[front]) ++front;
+  std::size_t back = 0;
+  while (back < shorter - front && a[a.size() - 1 - back] == b[b.size() - 1 - back]) ++back;
+  if (front + back == 0 || front + back + 1 < longer) return std::nullopt;
+  return front;
+}
+
+// The known name nearest to `name`: one edit away with the longest common beginning, the first in
+// the phone table among equals.
+std::string SuggestPhone(std::string_view name) {
+  if (name.size() > kMaxNameLength) return {};
+  std::string lower(name);
+  std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
+  std::string_view best;
+  std::size_t most = 0;
+  for (const EnglishPhone& phone : EnglishPhones::Get().All()) {
+    const std::optional<std::size_t> shared = SharedBeginning(lower, phone.name);
+    if (!shared || (!best.empty() && *shared <= most)) continue;
+    best = phone.name;
+    most = *shared;
+  }
+  return std::string(best);
+}
+
+// Text that remembers where its bytes come from.
+class Writer {
+ public:
+  explicit Writer(Normalized& out) : out_(out) {}
+
+  void Reserve(std::size_t byte_count) {
+    out_.text.reserve(byte_count);
+    out_.origins.reserve(byte_count);
+  }
+
+  // Bytes that come from as many bytes of the input.
+  void Put(std::string_view bytes, std::size_t origin) {
+    out_.text += bytes;
+    for (std::size_t i = 0; i < bytes.size(); ++i) out_.origins.push_back(origin + i);
+    last_origin_ = out_.origins.back();
+  }
+
+  // A byte that the notation asks for, or that another place in the input tells.
+  void Put(char c) {
+    out_.text += c;
+    out_.origins.push_back(last_origin_);
+  }
+
+ private:
+  Normalized& out_;
+  std::size_t last_origin_ = 0;
+};
+
+void AddProblem(ProblemKind kind, Range range, std::string suggestion, Normalized& out) {
+  out.problems.push_back({kind, range, std::move(suggestion)});
+}
+
+// `letters` is the name in `range`, without the digits behind it.
+void AddUnknownPhone(std::string_view text, Range range, std::string_view letters,
+                     Normalized& out) {
+  if (!IsValidUtf8(Bytes(text, range))) {
+    AddProblem(ProblemKind::kInvalidUtf8, range, {}, out);
+  } else {
+    AddProblem(ProblemKind::kUnknownPhone, range, SuggestPhone(letters), out);
+  }
+}
+
+// A phone of the input, known to the library.
+struct Phone {
+  const EnglishPhone* info = nullptr;
+  std::size_t offset = 0;
+  char stress = '0';
+  std::size_t stress_offset = 0;  // equal to `offset` when no digit was written
+};
+
+class ArpabetReader {
+ public:
+  ArpabetReader(std::string_view text, RuleSet rules, Normalized& out)
+      : text_(text), rules_(rules), out_(out) {}
+
+  std::vector<Phone> Read() {
+    phones_.reserve(kUsualPhones);
+    out_.applied.reserve(kUsualPhones);
+    for (Range piece = NextPiece(text_, 0, text_.size()); piece.length != 0;
+         piece = NextPiece(text_, piece.offset + piece.length, text_.size())) {
+      ReadPiece(piece);
+    }
+    return std::move(phones_);
+  }
+
+ private:
+  struct Piece {
+    Range range;
+    Range letters;
+    Range digits;
+  };
+
+  void ReadPiece(Range range) {
+    Range letters = range;
+    while (letters.length > 0 && IsDigit(text_[letters.offset + letters.length - 1])) {
+      --letters.length;
+    }
+    const Piece piece = {
+        range, letters, {letters.offset + letters.length, range.length - letters.length}};
+    const std::string_view name = Bytes(text_, letters);
+    const EnglishPhone* phone = known_.Find(name);
+    const bool is_lower = phone != nullptr && phone->name == name;
+    if (phone == nullptr || (!is_lower && !rules_.Has(Rule::kLowerCase))) {
+      return AddUnknownPhone(text_, range, name, out_);
+    }
+    if (phone->is_vowel && !HasStress(piece) && !rules_.Has(Rule::kMissingStress)) {
+      return AddProblem(ProblemKind::kBadTone, range, {}, out_);
+    }
+    if (!is_lower) Apply(Rule::kLowerCase, letters);
+    phones_.push_back({phone, letters.offset, '0', letters.offset});
+    if (phone->is_vowel && HasStress(piece)) return ReadStress(piece);
+    if (phone->is_vowel) Apply(Rule::kMissingStress, letters);
+    if (piece.digits.length != 0) AddProblem(ProblemKind::kBadTone, piece.digits, {}, out_);
+  }
+
+  bool HasStress(const Piece& piece) const {
+    return piece.digits.length == 1 && IsStress(text_[piece.digits.offset]);
+  }
+
+  // Gives the last phone the stress that is written behind it.
+  void ReadStress(const Piece& piece) {
+    Phone& vowel = phones_.back();
+    vowel.stress = text_[piece.digits.offset];
+    vowel.stress_offset = piece.digits.offset;
+    if (vowel.stress == '0' && vowel.info->name == kUnreduced && rules_.Has(Rule::kReducedVowel)) {
+      vowel.info = known_.Find(kReduced);
+      Apply(Rule::kReducedVowel, piece.range);
+    }
+    if (vowel.stress == '2' && rules_.Has(Rule::kSecondStress)) {
+      vowel.stress = '1';
+      Apply(Rule::kSecondStress, piece.digits);
+    }
+  }
+
+  void Apply(Rule rule, Range range) { out_.applied.push_back({rule, range}); }
+
+  std::string_view text_;
+  RuleSet rules_;
+  Normalized& out_;
+  const EnglishPhones& known_ = EnglishPhones::Get();
+  std::vector<Phone> phones_;
+};
+
+class PronunciationWriter {
+ public:
+  PronunciationWriter(const std::vector<Phone>& phones, Normalized& out)
+      : phones_(phones), writer_(out) {}
+
+  void Write() {
+    writer_.Reserve(phones_.size() * kUsualBytes + kUsualBytes);
+    std::size_t vowel = NextVowel(0);
+    std::size_t begin = OnsetBegin(vowel);
+    WriteSyllable(0, begin, nullptr);
+    while (vowel < phones_.size()) {
+      const std::size_t next = NextVowel(vowel + 1);
+      const std::size_t end = OnsetBegin(next);
+      WriteSyllable(begin, end, &phones_[vowel]);
+      begin = end;
+      vowel = next;
+    }
+  }
+
+ private:
+  std::size_t NextVowel(std::size_t from) const {
+    while (from < phones_.size() && !phones_[from].info->is_vowel) ++from;
+    return from;
+  }
+
+  // Where the longest onset in front of a vowel begins; no vowel is part of one. At the end there
+  // is no onset: all that is left belongs to the syllable before.
+  std::size_t OnsetBegin(std::size_t vowel) const {
+    if (vowel == phones_.size()) return vowel;
+    std::size_t begin = vowel;
+    internal::OnsetKey key = 0;
+    while (begin > 0 && vowel - begin < internal::kMaxOnsetPhones) {
+      key |= internal::InFrontOf(vowel - begin, phones_[begin - 1].info->onset);
+      if (!internal::IsEnglishOnset(key)) break;
+      --begin;
+    }
+    return begin;
+  }
+
+  void WriteSyllable(std::size_t begin, std::size_t end, const Phone* vowel) {
+    if (begin == end) return;
+    if (begin != 0) {
+      writer_.Put(',');
+      writer_.Put(' ');
+    }
+    for (std::size_t i = begin; i < end; ++i) {
+      writer_.Put(phones_[i].info->name, phones_[i].offset);
+      writer_.Put(' ');
+    }
+    if (vowel == nullptr) return writer_.Put('0');
+    const bool digit_is_next = vowel == &phones_[end - 1] && vowel->stress_offset != vowel->offset;
+    if (digit_is_next) return writer_.Put({&vowel->stress, 1}, vowel->stress_offset);
+    writer_.Put(vowel->stress);
+  }
+
+  const std::vector<Phone>& phones_;
+  Writer writer_;
+};
+
+class PronunciationReader {
+ public:
+  PronunciationReader(std::string_view text, Normalized& out)
+      : text_(text), out_(out), writer_(out) {}
+
+  void Read() {
+    writer_.Reserve(text_.size());
+    for (std::size_t begin = 0; begin < text_.size();) {
+      const std::size_t end = std::min(text_.find(',', begin), text_.size());
+      ReadSyllable(begin, end);
+      begin = end + 1;
+    }
+  }
+
+ private:
+  void ReadSyllable(std::size_t begin, std::size_t end) {
+    while (begin < end && IsBlank(text_[begin])) ++begin;
+    while (end > begin && IsBlank(text_[end - 1])) --end;
+    if (begin == end) return;
+    const std::size_t digit = end - 1;
+    if (!IsDigit(text_[digit]) || digit == begin || !IsBlank(text_[digit - 1])) {
+      return AddProblem(ProblemKind::kBadTone, {begin, end - begin}, {}, out_);
+    }
+    char waiting = IsStress(text_[digit]) ? text_[digit] : kNoStress;
+    for (Range piece = NextPiece(text_, begin, digit); piece.length != 0;
+         piece = NextPiece(text_, piece.offset + piece.length, digit)) {
+      waiting = ReadPiece(piece, waiting);
+    }
+    const bool lost = waiting == kNoStress ? !IsStress(text_[digit]) : waiting != '0';
+    if (lost) AddProblem(ProblemKind::kBadTone, {digit, 1}, {}, out_);
+  }
+
+  // Writes a phone, with the digit when it is the first vowel that meets it. Returns the digit that
+  // still waits for its vowel.
+  char ReadPiece(Range piece, char waiting) {
+    const std::string_view name = Bytes(text_, piece);
+    const EnglishPhone* info = known_.Find(name);
+    if (info == nullptr || info->name != name) {
+      AddUnknownPhone(text_, piece, name, out_);
+      return waiting;
+    }
+    const char stress = info->is_vowel ? waiting : kNoStress;
+    if (!out_.text.empty()) writer_.Put(' ');
+    const bool is_reduced = stress == '0' && name == kReduced;
+    writer_.Put(is_reduced ? kReducedInArpabet : info->upper, piece.offset);
+    if (stress == kNoStress) return waiting;
+    writer_.Put(stress);
+    return kNoStress;
+  }
+
+  static constexpr char kNoStress = '\0';
+
+  std::string_view text_;
+  Normalized& out_;
+  const EnglishPhones& known_ = EnglishPhones::Get();
+  Writer writer_;
+};
+
+// The number in "(2)" at the end of a word, and the word without it.
+int TakeVariant(std::string_view& word) {
+  constexpr std::size_t kMaxDigits = 9;
+  if (word.empty() || word.back() != ')') return 0;
+  const std::size_t open = word.rfind('(');
+  if (open == std::string_view::npos || open == 0) return 0;
+  const std::string_view digits = word.substr(open + 1, word.size() - open - 2);
+  if (digits.empty() || digits.size() > kMaxDigits || digits.front() == '0') return 0;
+  if (!std::all_of(digits.begin(), digits.end(), IsDigit)) return 0;
+  int variant = 0;
+  std::from_chars(digits.data(), digits.data() + digits.size(), variant);
+  word = word.substr(0, open);
+  return variant;
+}
+
+// Where the first "#" behind white space stands, or the end. `text` begins behind a word.
+std::size_t FindComment(std::string_view text) {
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    if (text[i] == '#' && IsBlank(text[i - 1])) return i;
+  }
+  return text.size();
+}
+
+bool IsCommentLine(std::string_view line) {
+  if (line.substr(0, 3) == ";;;") return true;
+  return !line.empty() && line[0] == '#' && (line.size() == 1 || IsBlank(line[1]));
+}
+
+}  // namespace
+
+Normalized ArpabetToPronunciation(std::string_view phones, RuleSet rules) {
+  Normalized out;
+  const std::vector<Phone> known = ArpabetReader(phones, rules, out).Read();
+  PronunciationWriter(known, out).Write();
+  return out;
+}
+
+Normalized PronunciationToArpabet(std::string_view pronunciation) {
+  Normalized out;
+  PronunciationReader(pronunciation, out).Read();
+  return out;
+}
+
+CmudictLine ParseCmudictLine(std::string_view line) {
+  line = Trim(line);
+  const std::string_view end = line.substr(line.size());
+  if (line.empty()) return {CmudictLineKind::kBlank, end, 0, end, end};
+  if (IsCommentLine(line)) return {CmudictLineKind::kComment, end, 0, end, line};
+  std::string_view word = line.substr(0, NextPiece(line, 0, line.size()).length);
+  const std::string_view rest = line.substr(word.size());
+  const std::size_t comment = FindComment(rest);
+  const int variant = TakeVariant(word);
+  return {CmudictLineKind::kEntry, word, variant, Trim(rest.substr(0, comment)),
+          rest.substr(comment)};
+}
+
+}  // namespace qeo::notation

@@ -1,0 +1,234 @@
+// Characters as utf8proc knows them: decomposed canonically, then a base letter and its marks.
+
+#include "notation/characters.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <array>
+
+namespace qeo::notation::internal {
+namespace {
+
+constexpr bool IsSmall(utf8proc_int32_t c) { return c >= 'a' && c <= 'z'; }
+constexpr bool IsCapital(utf8proc_int32_t c) { return c >= 'A' && c <= 'Z'; }
+constexpr bool IsLetter(utf8proc_int32_t c) { return IsSmall(c) || IsCapital(c); }
+constexpr bool IsDigit(utf8proc_int32_t c) { return c >= '0' && c <= '9'; }
+constexpr bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+
+constexpr bool IsSeparator(utf8proc_int32_t c) {
+  return c == ' ' || (c >= '\t' && c <= '\r') || c == '\'' || c == '`';
+}
+
+// Letters that a tone mark may stand on. The syllabic nasals have no vowel to carry it.
+constexpr bool CarriesTone(char letter) {
+  return std::string_view("aeiouvmnE").find(letter) != std::string_view::npos;
+}
+
+// The marks on a letter.
+struct Marks {
+  char tone = '\0';
+  bool has_diaeresis = false;
+  bool has_circumflex = false;
+  bool has_other = false;  // or one of the above a second time
+
+  void Add(utf8proc_int32_t mark) {
+    switch (mark) {
+      case 0x0304:  // macron
+        return AddTone('1');
+      case 0x0301:  // acute
+        return AddTone('2');
+      case 0x030c:  // caron
+      case 0x0306:  // breve, often written for the caron
+        return AddTone('3');
+      case 0x0300:  // grave
+        return AddTone('4');
+      case 0x0308:
+        has_other = has_other || has_diaeresis;
+        has_diaeresis = true;
+        return;
+      case 0x0302:
+        has_other = has_other || has_circumflex;
+        has_circumflex = true;
+        return;
+      default:
+        has_other = true;
+    }
+  }
+
+  bool Any() const { return tone != '\0' || has_diaeresis || has_circumflex || has_other; }
+
+ private:
+  void AddTone(char digit) {
+    has_other = has_other || tone != '\0';
+    tone = digit;
+  }
+};
+
+struct Decoded {
+  utf8proc_int32_t code_point = -1;  // negative when the bytes are no UTF-8
+  std::size_t length = 1;
+};
+
+Decoded Decode(std::string_view text, std::size_t offset) {
+  const std::string_view rest = text.substr(offset, 4);
+  std::array<utf8proc_uint8_t, 4> bytes = {};
+  std::copy(rest.begin(), rest.end(), bytes.begin());
+  utf8proc_int32_t code_point = -1;
+  const utf8proc_ssize_t length =
+      utf8proc_iterate(bytes.data(), static_cast<utf8proc_ssize_t>(rest.size()), &code_point);
+  if (length <= 0) return {};
+  return {code_point, static_cast<std::size_t>(length)};
+}
+
+// A code point and what it is made of; no canonical decomposition is longer than four.
+struct Parts {
+  std::array<utf8proc_int32_t, 4> code_points = {};
+  std::size_t count = 0;
+};
+
+Parts Decompose(utf8proc_int32_t code_point, utf8proc_option_t compatibility) {
+  Parts parts;
+  int last_boundary = 0;
+  const utf8proc_ssize_t count = utf8proc_decompose_char(
+      code_point, parts.code_points.data(), static_cast<utf8proc_ssize_t>(parts.code_points.size()),
+      static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | compatibility), &last_boundary);
+  const bool fits = count > 0 && static_cast<std::size_t>(count) <= parts.code_points.size();
+  if (!fits) parts.code_points[0] = code_point;
+  parts.count = fits ? static_cast<std::size_t>(count) : 1;
+  return parts;
+}
+
+constexpr utf8proc_option_t kCanonical = static_cast<utf8proc_option_t>(0);
+
+bool IsMark(utf8proc_int32_t code_point) {
+  const utf8proc_category_t category = utf8proc_category(code_point);
+  return category == UTF8PROC_CATEGORY_MN || category == UTF8PROC_CATEGORY_MC ||
+         category == UTF8PROC_CATEGORY_ME;
+}
+
+// Signs that Unicode counts as punctuation but that stand for something.
+constexpr bool IsMeaningfulSign(utf8proc_int32_t c) {
+  return c == '#' || c == '%' || c == '&' || c == '*' || c == '@' || c == '\\';
+}
+
+// Middle dots and apostrophes that Unicode counts as something else.
+constexpr bool IsPunctuationByUse(utf8proc_int32_t c) {
+  return c == 0x2219 || c == 0x22c5 || c == 0x02bb || c == 0x02bc;
+}
+
+CharacterKind KindOfSign(utf8proc_int32_t code_point) {
+  if (code_point == ':') return CharacterKind::kColon;
+  if (IsMeaningfulSign(code_point)) return CharacterKind::kForeign;
+  if (IsPunctuationByUse(code_point)) return CharacterKind::kPunctuation;
+  const utf8proc_category_t category = utf8proc_category(code_point);
+  const bool is_punctuation =
+      (category >= UTF8PROC_CATEGORY_PC && category <= UTF8PROC_CATEGORY_PO) ||
+      (category >= UTF8PROC_CATEGORY_ZS && category <= UTF8PROC_CATEGORY_ZP) ||
+      category == UTF8PROC_CATEGORY_CF;
+  return is_punctuation ? CharacterKind::kPunctuation : CharacterKind::kForeign;
+}
+
+// The blocks of Latin letters beyond ASCII, phonetic ones included.
+bool IsOtherLatinLetter(utf8proc_int32_t c) {
+  const utf8proc_category_t category = utf8proc_category(c);
+  if (category < UTF8PROC_CATEGORY_LU || category > UTF8PROC_CATEGORY_LO) return false;
+  return c < 0x02b0 || (c >= 0x1e00 && c <= 0x1eff) || (c >= 0x2c60 && c <= 0x2c7f) ||
+         (c >= 0xa720 && c <= 0xa7ff) || (c >= 0xab30 && c <= 0xab6f);
+}
+
+// The ASCII character that a full-width one, or a raised or lowered digit, stands for; or itself.
+utf8proc_int32_t WithoutWidth(utf8proc_int32_t code_point) {
+  if (code_point < 0x80) return code_point;
+  const utf8proc_propval_t type = utf8proc_get_property(code_point)->decomp_type;
+  const bool is_wide = type == UTF8PROC_DECOMP_TYPE_WIDE;
+  const bool is_raised = type == UTF8PROC_DECOMP_TYPE_SUPER || type == UTF8PROC_DECOMP_TYPE_SUB;
+  if (!is_wide && !is_raised) return code_point;
+  const Parts parts = Decompose(code_point, UTF8PROC_COMPAT);
+  const utf8proc_int32_t plain = parts.code_points[0];
+  const bool is_meant = is_wide ? plain < 0x80 : IsDigit(plain);
+  return parts.count == 1 && is_meant ? plain : code_point;
+}
+
+// The ASCII letter that a letter of phonetic type stands for; or itself.
+utf8proc_int32_t WithoutVariant(utf8proc_int32_t code_point) {
+  if (code_point == 0x0251) return 0x61;            // a
+  return code_point == 0x0261 ? 0x67 : code_point;  // g
+}
+
+void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) {
+  character.is_capital = IsCapital(base);
+  character.ascii = static_cast<char>(IsCapital(base) ? base - 'A' + 'a' : base);
+  character.tone = marks.tone;
+  character.has_diaeresis = marks.has_diaeresis;
+  bool is_known = !marks.has_other && !(marks.has_diaeresis && marks.has_circumflex);
+  if (marks.has_diaeresis) {
+    is_known = is_known && character.ascii == 'u';
+    character.ascii = 'v';
+  } else if (marks.has_circumflex) {
+    is_known = is_known && character.ascii == 'e';
+    character.ascii = kCircumflexE;
+    character.is_variant = true;
+  }
+  is_known = is_known && (marks.tone == '\0' || CarriesTone(character.ascii));
+  character.kind = is_known ? CharacterKind::kLetter : CharacterKind::kForeignLetter;
+}
+
+void Classify(utf8proc_int32_t code_point, const Marks& marks, Character& character) {
+  utf8proc_int32_t base = WithoutWidth(code_point);
+  character.is_full_width = base != code_point;
+  const utf8proc_int32_t letter = WithoutVariant(base);
+  character.is_variant = letter != base;
+  base = letter;
+  if (IsLetter(base)) {
+    SetLetter(base, marks, character);
+  } else if (IsOtherLatinLetter(base)) {
+    character.kind = CharacterKind::kForeignLetter;
+  } else if (marks.Any()) {
+    character.kind = CharacterKind::kForeign;
+  } else if (IsDigit(base)) {
+    character.kind = CharacterKind::kDigit;
+    character.ascii = static_cast<char>(base);
+  } else if (IsSeparator(base)) {  // a full-width one is none to the library
+    character.kind = base == code_point ? CharacterKind::kSeparator : CharacterKind::kPunctuation;
+  } else {
+    character.kind = KindOfSign(base);
+  }
+}
+
+void AddMarks(const Parts& parts, std::size_t first, Marks& marks) {
+  for (std::size_t i = first; i < parts.count; ++i) marks.Add(parts.code_points[i]);
+}
+
+}  // namespace
+
+Character ReadCharacter(std::string_view text, std::size_t offset) {
+  Character character;
+  character.range = {offset, 1};
+  const char first = text[offset];
+  const bool is_plain = IsAscii(first) && (offset + 1 == text.size() || IsAscii(text[offset + 1]));
+  if (is_plain) {
+    Classify(first, {}, character);
+    return character;
+  }
+  const Decoded decoded = Decode(text, offset);
+  if (decoded.code_point < 0) {
+    character.kind = CharacterKind::kInvalid;
+    return character;
+  }
+  Marks marks;
+  const Parts parts = Decompose(decoded.code_point, kCanonical);
+  AddMarks(parts, 1, marks);
+  std::size_t end = offset + decoded.length;
+  while (end < text.size() && !IsAscii(text[end])) {
+    const Decoded next = Decode(text, end);
+    if (next.code_point < 0 || !IsMark(next.code_point)) break;
+    AddMarks(Decompose(next.code_point, kCanonical), 0, marks);
+    end += next.length;
+  }
+  character.range.length = end - offset;
+  Classify(parts.code_points[0], marks, character);
+  return character;
+}
+
+}  // namespace qeo::notation::internal

@@ -1,0 +1,46 @@
+#ifndef NOTATION_CHARACTERS_H_
+#define NOTATION_CHARACTERS_H_
+
+// UTF-8 text as the characters that romanisations are made of, whatever its normalisation form: a
+// letter and the marks on it are one character, composed or not. Not installed.
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "notation/records.h"
+
+namespace qeo::notation::internal {
+
+enum class CharacterKind : std::uint8_t {
+  kLetter,         // a Latin letter of a romanisation
+  kDigit,          //
+  kSeparator,      // what the library takes for one: white space, "'" and "`"
+  kColon,          // punctuation, but for "u:"
+  kPunctuation,    //
+  kForeignLetter,  // another Latin letter, or one with other marks: its word is foreign
+  kForeign,        // anything else
+  kInvalid,        // a byte that is no UTF-8
+};
+
+/// The letter e with circumflex, a sound of its own.
+inline constexpr char kCircumflexE = 'E';
+
+/// One character of a text.
+struct Character {
+  CharacterKind kind = CharacterKind::kForeign;
+  char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit
+  char tone = '\0';            // letter: '1' to '4' by its mark
+  bool is_capital = false;     //
+  bool is_full_width = false;  // letter or digit: full-width, superscript or subscript
+  bool has_diaeresis = false;  // letter
+  bool is_variant = false;     // letter: U+0251, U+0261, or with circumflex
+  Range range;
+};
+
+/// Reads the character that begins at `offset`, which is less than the length of `text`.
+Character ReadCharacter(std::string_view text, std::size_t offset);
+
+}  // namespace qeo::notation::internal
+
+#endif  // NOTATION_CHARACTERS_H_

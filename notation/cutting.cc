@@ -1,0 +1,283 @@
+// Cuts a text by looking at it from the end: what is known from one place on follows from the
+// syllables that begin there and from what is known behind each of them.
+
+#include "notation/cutting.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "notation/syllable_spellings.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation {
+namespace {
+
+constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
+
+// Lengths of syllables: bit n stands for n letters.
+using Lengths = std::uint16_t;
+static_assert(kMaxSyllableLength < std::numeric_limits<Lengths>::digits, "a length has no bit");
+
+constexpr bool Has(Lengths lengths, std::size_t length) { return ((lengths >> length) & 1U) != 0; }
+
+constexpr bool IsSmall(char c) { return c >= 'a' && c <= 'z'; }
+constexpr bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
+constexpr bool IsLetter(char c) { return IsSmall(c) || IsCapital(c); }
+constexpr char ToSmall(char c) { return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c; }
+
+// The syllables of a language as a tree, one letter a branch.
+class SyllableTree {
+ public:
+  explicit SyllableTree(int language) {
+    const std::vector<std::string> spellings = internal::SyllableSpellings(language);
+    for (std::size_t row = 0; row < spellings.size(); ++row) {
+      Add(spellings[row], static_cast<int>(row));
+    }
+  }
+
+  std::size_t longest() const { return longest_; }
+
+  // The lengths of the syllables at the front of a text.
+  Lengths LengthsAt(std::string_view text) const {
+    unsigned lengths = 0;
+    std::size_t node = kRoot;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      node = Next(node, i == 0 ? ToSmall(text[i]) : text[i]);
+      if (node == kRoot) break;
+      if (nodes_[node].row != kNoRow) lengths |= 1U << (i + 1);
+    }
+    return static_cast<Lengths>(lengths);
+  }
+
+  int Row(std::string_view syllable) const {
+    std::size_t node = Next(kRoot, ToSmall(syllable[0]));
+    for (const char letter : syllable.substr(1)) node = Next(node, letter);
+    return nodes_[node].row;
+  }
+
+ private:
+  static constexpr std::size_t kRoot = 0;
+  static constexpr int kNoRow = -1;
+
+  struct Node {
+    std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
+    int row = kNoRow;
+  };
+
+  static std::size_t Branch(char letter) { return static_cast<std::size_t>(letter - 'a'); }
+
+  std::size_t Next(std::size_t node, char letter) const {
+    return IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
+  }
+
+  void Add(std::string_view spelling, int row) {
+    if (!std::all_of(spelling.begin(), spelling.end(), IsSmall)) return;  // "E": read as "e"
+    std::size_t node = kRoot;
+    for (const char letter : spelling) {
+      if (Next(node, letter) == kRoot) {
+        nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
+        nodes_.emplace_back();
+      }
+      node = Next(node, letter);
+    }
+    nodes_[node].row = row;
+    longest_ = std::max(longest_, spelling.size());
+  }
+
+  std::vector<Node> nodes_ = std::vector<Node>(1);
+  std::size_t longest_ = 0;
+};
+
+const SyllableTree& TreeOf(int language) {
+  static const SyllableTree mandarin(sp::LANGUAGE_MANDARIN);
+  static const SyllableTree cantonese(sp::LANGUAGE_CANTONESE);
+  static const SyllableTree american_english(sp::LANGUAGE_AMERICAN_ENGLISH);
+  if (language == sp::LANGUAGE_CANTONESE) return cantonese;
+  return language == sp::LANGUAGE_AMERICAN_ENGLISH ? american_english : mandarin;
+}
+
+// One text, and what is asked about it.
+class Cutter {
+ public:
+  Cutter(const SyllableTree& tree, std::string_view text)
+      : tree_(tree), text_(text), lengths_(text.size()), first_(text.size()) {
+    RestAt(text.size()).count = 1;
+    for (std::size_t begin = text.size(); begin > 0; --begin) LookAt(begin - 1);
+  }
+
+  bool covers() const { return rests_[0].left_out == 0; }
+  std::uint64_t count() const { return rests_[0].count; }
+
+  std::vector<CutSyllable> Best() const {
+    std::vector<CutSyllable> cut;
+    cut.reserve(rests_[0].syllables);
+    for (std::size_t begin = 0; begin < text_.size();) {
+      const std::size_t length = first_[begin];
+      if (length != 0) cut.push_back(SyllableAt(begin, length));
+      begin += std::max(length, kLetterLeftOut);
+    }
+    return cut;
+  }
+
+  std::vector<std::vector<CutSyllable>> First(std::size_t max_cuts) const;
+
+  bool DirectionsDiffer() const {
+    return std::all_of(text_.begin(), text_.end(), IsLetter) && Forward() != Backward();
+  }
+
+ private:
+  static constexpr std::size_t kLetterLeftOut = 1;
+
+  // What is known from one place of the text on.
+  struct Rest {
+    std::uint64_t count = 0;  // cuts that cover all of it
+    // The best cut:
+    std::size_t left_out = 0;
+    std::size_t syllables = 0;
+  };
+
+  // A cut that covers all from one place on: its first syllable, and which of the cuts listed
+  // behind that goes on.
+  struct Branch {
+    std::size_t syllables = 0;
+    std::size_t length = 0;
+    std::size_t next = 0;
+  };
+  using Branches = std::vector<Branch>;
+
+  // Only as many rests are kept as a syllable can reach; the first place's is rests_[0].
+  Rest& RestAt(std::size_t place) { return rests_[place % rests_.size()]; }
+
+  void LookAt(std::size_t begin);
+  Branches Merge(const std::vector<Branches>& branches, std::size_t begin,
+                 std::size_t max_cuts) const;
+  std::vector<int> Forward() const;
+  std::vector<int> Backward() const;
+
+  std::size_t LongestAt(std::size_t begin) const {
+    std::size_t length = tree_.longest();
+    while (length > 0 && !Has(lengths_[begin], length)) --length;
+    return length;
+  }
+
+  std::size_t LongestBefore(std::size_t end) const {
+    std::size_t length = std::min(tree_.longest(), end);
+    while (length > 0 && !Has(lengths_[end - length], length)) --length;
+    return length;
+  }
+
+  int RowAt(std::size_t begin, std::size_t length) const {
+    return tree_.Row(text_.substr(begin, length));
+  }
+  CutSyllable SyllableAt(std::size_t begin, std::size_t length) const {
+    return {{begin, length}, RowAt(begin, length)};
+  }
+
+  const SyllableTree& tree_;
+  std::string_view text_;
+  std::vector<Lengths> lengths_;     // of the syllables at each place
+  std::vector<std::uint8_t> first_;  // of those the best cut's, or 0 when it leaves the letter out
+  std::array<Rest, kMaxSyllableLength + 1> rests_ = {};
+};
+
+void Cutter::LookAt(std::size_t begin) {
+  lengths_[begin] = tree_.LengthsAt(text_.substr(begin));
+  const Rest& behind_letter = RestAt(begin + kLetterLeftOut);
+  Rest best = {0, behind_letter.left_out + 1, behind_letter.syllables};
+  for (std::size_t length = 1; Lengths(lengths_[begin] >> length) != 0; ++length) {
+    if (!Has(lengths_[begin], length)) continue;
+    const Rest& rest = RestAt(begin + length);
+    best.count += std::min(rest.count, kUncountedCuts - best.count);
+    const bool is_better = std::make_pair(rest.left_out, rest.syllables + 1) <=
+                           std::make_pair(best.left_out, best.syllables);
+    if (!is_better) continue;  // equal is better: it is longer
+    best.left_out = rest.left_out;
+    best.syllables = rest.syllables + 1;
+    first_[begin] = static_cast<std::uint8_t>(length);
+  }
+  RestAt(begin) = best;
+}
+
+std::vector<std::vector<CutSyllable>> Cutter::First(std::size_t max_cuts) const {
+  std::vector<std::vector<CutSyllable>> cuts;
+  if (max_cuts == 0) return cuts;
+  std::vector<Branches> branches(text_.size() + 1);
+  branches[text_.size()].emplace_back();
+  for (std::size_t begin = text_.size(); begin > 0; --begin) {
+    branches[begin - 1] = Merge(branches, begin - 1, max_cuts);
+  }
+  for (const Branch& first : branches[0]) {
+    std::vector<CutSyllable>& cut = cuts.emplace_back();
+    cut.reserve(first.syllables);
+    const Branch* branch = &first;
+    for (std::size_t begin = 0; begin < text_.size();) {
+      cut.push_back(SyllableAt(begin, branch->length));
+      begin += branch->length;
+      branch = &branches[begin][branch->next];
+    }
+  }
+  return cuts;
+}
+
+// The cuts behind each syllable that begins here are in order, so theirs are merged.
+Cutter::Branches Cutter::Merge(const std::vector<Branches>& branches, std::size_t begin,
+                               std::size_t max_cuts) const {
+  Branches merged;
+  std::array<std::size_t, kMaxSyllableLength + 1> next = {};  // by length
+  while (merged.size() < max_cuts) {
+    Branch best;
+    for (std::size_t length = LongestAt(begin); length > 0; --length) {
+      if (!Has(lengths_[begin], length)) continue;
+      const Branches& behind = branches[begin + length];
+      if (next[length] == behind.size()) continue;
+      const std::size_t syllables = behind[next[length]].syllables + 1;
+      if (best.length == 0 || syllables < best.syllables) best = {syllables, length, next[length]};
+    }
+    if (best.length == 0) break;
+    ++next[best.length];
+    merged.push_back(best);
+  }
+  return merged;
+}
+
+// The longest matches from the front. What follows the last one is dropped up to the next capital.
+std::vector<int> Cutter::Forward() const {
+  std::vector<int> rows;
+  for (std::size_t begin = 0; begin < text_.size();) {
+    const std::size_t length = LongestAt(begin);
+    if (length != 0) rows.push_back(RowAt(begin, length));
+    begin += std::max(length, kLetterLeftOut);
+    while (length == 0 && begin < text_.size() && !IsCapital(text_[begin])) ++begin;
+  }
+  return rows;
+}
+
+// The longest matches from the end, in text order. What stands in front of the last one is dropped
+// down to the capital that opened it.
+std::vector<int> Cutter::Backward() const {
+  std::vector<int> rows;
+  for (std::size_t end = text_.size(); end > 0;) {
+    const std::size_t length = LongestBefore(end);
+    if (length != 0) rows.push_back(RowAt(end - length, length));
+    end -= std::max(length, kLetterLeftOut);
+    while (length == 0 && end > 0 && !IsCapital(text_[end])) --end;
+  }
+  std::reverse(rows.begin(), rows.end());
+  return rows;
+}
+
+}  // namespace
+
+Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts) {
+  const Cutter cutter(TreeOf(language), letters);
+  Cut cut;
+  cut.covers = cutter.covers();
+  cut.syllables = cutter.Best();
+  cut.count = cutter.count();
+  cut.cuts = cutter.First(max_cuts);
+  cut.directions_differ = cutter.DirectionsDiffer();
+  return cut;
+}
+
+}  // namespace qeo::notation

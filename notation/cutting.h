@@ -1,0 +1,63 @@
+#ifndef NOTATION_CUTTING_H_
+#define NOTATION_CUTTING_H_
+
+/// Cuts words that are written without separators and tones ("yipinguo") so that every letter finds
+/// its syllable, where the library's longest match may drop some ("yi", "ping").
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "notation/export.h"
+#include "notation/records.h"
+
+namespace qeo::notation {
+
+/// One syllable of a cut.
+struct CutSyllable {
+  Range range;  ///< its letters in the text
+  int row = 0;  ///< its row in the syllable table of the language
+};
+
+/// `Cut::count` when there are this many cuts or more.
+inline constexpr std::uint64_t kUncountedCuts = std::numeric_limits<std::uint64_t>::max();
+
+/// How a text can be cut into syllables.
+struct Cut {
+  bool covers = false;  ///< whether a cut exists that covers every byte of the text
+  /// The best cut, in text order: the one that leaves the fewest letters out (none when `covers`);
+  /// of those the one of the fewest syllables; then the one whose first syllable is the longest,
+  /// then the second, and so on.
+  std::vector<CutSyllable> syllables;
+  std::uint64_t count = 0;  ///< cuts that cover every byte, or kUncountedCuts
+  /// The first of those cuts, the best first: in the order that picks `syllables`.
+  std::vector<std::vector<CutSyllable>> cuts;
+  /// Whether the longest match from the front and the one from the end, as `pyw2py` makes them,
+  /// give other syllables.
+  bool directions_differ = false;
+};
+
+/// Cuts a text of letters into syllables of a language.
+///
+///   Cut cut = CutWhole(sp::LANGUAGE_MANDARIN, "yipinguo");
+///   // cut.covers; cut.syllables: {0, 2} "yi", {2, 3} "pin", {5, 3} "guo"
+///   CutWhole(sp::LANGUAGE_MANDARIN, "xian", 2).cuts;  // "xian"; "xi", "an"; .count is 4
+///
+/// Letters are read as the library reads them: a capital is its small letter and opens a syllable,
+/// so "XiAn" is cut only between "Xi" and "An". (The Mandarin syllable "E" is thus never found.) No
+/// syllable holds any other byte: a text with a digit, a separator or a byte of 0x80 and above in
+/// it is not covered, those bytes are left out like letters that fit nowhere, and its directions
+/// are not compared. The empty text is covered by one cut, of no syllables.
+///
+/// At most `max_cuts` cuts are listed in `cuts`. An unregistered language is served by Mandarin; in
+/// a language without syllables (American English) nothing but the empty text is covered.
+///
+/// Time and memory are linear in the text, whatever `count` is; with `max_cuts`, in the text times
+/// the number of cuts listed.
+NOTATION_EXPORT Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts = 0);
+
+}  // namespace qeo::notation
+
+#endif  // NOTATION_CUTTING_H_

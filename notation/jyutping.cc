@@ -1,0 +1,88 @@
+// Jyutping: the shared normaliser with the rules of Jyutping, and the alias table.
+
+#include "notation/jyutping.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "notation/normalizer.h"
+#include "notation/syllable_set.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation {
+namespace {
+
+static_assert(AliasTable::kMaxLength == internal::kMaxPackedLength,
+              "the normaliser looks up packed spellings");
+
+struct Alias {
+  std::string spelling;
+  std::string syllable;
+};
+
+bool IsSpelling(std::string_view field) {
+  return !field.empty() && field.size() <= AliasTable::kMaxLength &&
+         std::all_of(field.begin(), field.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+// Takes the first line off a text, without its line end.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+  return line;
+}
+
+// Reads the alias of a line; what is wrong with the line, or an empty text.
+std::string ReadAlias(std::string_view line, Alias& alias) {
+  const std::size_t tab = line.find('\t');
+  if (tab == line.npos) return "there is no tab between a spelling and its syllable";
+  const std::string_view spelling = line.substr(0, tab);
+  const std::string_view syllable = line.substr(tab + 1);
+  if (syllable.find('\t') != syllable.npos) return "there is more than one tab";
+  if (!IsSpelling(spelling)) {
+    return "'" + std::string(spelling) + "' is not a spelling of 1 to 8 small letters";
+  }
+  const internal::SyllableSet& syllables = internal::SyllableSet::Of(sp::LANGUAGE_CANTONESE);
+  if (!IsSpelling(syllable) || !syllables.Has(internal::Pack(syllable))) {
+    return "'" + std::string(syllable) + "' is not a syllable of Jyutping";
+  }
+  alias = {std::string(spelling), std::string(syllable)};
+  return {};
+}
+
+}  // namespace
+
+ParsedAliases AliasTable::Parse(std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  ParsedAliases parsed;
+  for (std::size_t line_number = 1; !text.empty(); ++line_number) {
+    const std::string_view line = TakeLine(text);
+    if (line.empty() || line.front() == '#') continue;
+    Alias alias;
+    std::string error = ReadAlias(line, alias);
+    if (error.empty() && !parsed.table.aliases_.emplace(alias.spelling, alias.syllable).second) {
+      error = "'" + alias.spelling + "' is replaced in an earlier line";
+    }
+    if (!error.empty()) parsed.errors.push_back({line_number, std::move(error)});
+  }
+  return parsed;
+}
+
+std::string_view AliasTable::Find(std::string_view spelling) const {
+  const auto place = aliases_.find(spelling);
+  return place == aliases_.end() ? std::string_view() : std::string_view(place->second);
+}
+
+Normalized NormalizeJyutping(std::string_view text, RuleSet rules, const AliasTable* aliases) {
+  // The library writes 7 for a syllable without a tone.
+  static constexpr internal::Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7',
+                                                   false};
+  return internal::Normalize(kJyutping, text, rules, aliases);
+}
+
+}  // namespace qeo::notation

@@ -1,0 +1,18 @@
+#ifndef NOTATION_NOTATION_H_
+#define NOTATION_NOTATION_H_
+
+/// notation: from what dictionaries and corpora write to the notation that phoneme reads, and back.
+/// This is the one header a caller includes.
+///
+/// Functions are pure and take any bytes; what cannot be placed is reported, not dropped. Any
+/// number of threads may call them at once. Nothing is thrown but the standard library's allocation
+/// exceptions.
+
+#include "notation/arpabet.h"
+#include "notation/cutting.h"
+#include "notation/jyutping.h"
+#include "notation/pinyin.h"
+#include "notation/records.h"
+#include "notation/spelling.h"
+
+#endif  // NOTATION_NOTATION_H_

@@ -1,0 +1,88 @@
+#ifndef NOTATION_PINYIN_H_
+#define NOTATION_PINYIN_H_
+
+/// Pinyin as dictionaries, corpora and people write it ("Běijīng", "lu:4", "dianr3"), to the
+/// notation that the library reads ("bei3 jing1", "lv4", "dian3 er5").
+
+#include <string_view>
+
+#include "notation/export.h"
+#include "notation/records.h"
+
+namespace qeo::notation {
+
+/// The rules of NormalizePinyin, all in use unless told otherwise.
+inline constexpr RuleSet kPinyinRules = RuleSet()
+                                            .With(Rule::kFullWidth)
+                                            .With(Rule::kPunctuation)
+                                            .With(Rule::kDiaeresis)
+                                            .With(Rule::kToneMark)
+                                            .With(Rule::kNeutralTone)
+                                            .With(Rule::kErhua)
+                                            .With(Rule::kFusedErhua)
+                                            .With(Rule::kAbbreviation);
+
+/// Converts Pinyin to the library's notation.
+///
+///   NormalizePinyin("Xī'ān, lu:4").text;   // "xi1 an1 lv4"
+///   NormalizePinyin("yīdīngdiǎnr").text;   // "yi1 ding1 dian3 er5"
+///   NormalizePinyin("san1 P").text;        // "san1"; .problems: foreign text {5, 1}
+///
+/// `text` is UTF-8 in any normalisation form, one line or entry: whether it has tones is decided
+/// for all of it. The result's `text` is small letters, tone digits and single spaces. What is
+/// written with a digit stays as it stands ("ni3hao3"); what is cut here is set apart by a space,
+/// and so is what a capital opened ("NiHao") or what stood around a problem.
+///
+/// The three kinds of text:
+///
+/// - With tone marks: a run of letters is cut so that each syllable has one mark at the most, on a
+///   vowel, or on m or n where it has none. Of all cuts that leave no letter out, the one of the
+///   fewest syllables; then the one with the least that a rule rewrites; then the one that lacks
+///   the fewest apostrophes ("Hénán" is he nan, "Hén'án" is hen an); then the one whose first
+///   syllable is the longest, and so on. An apostrophe belongs in front of a, e, o and the
+///   syllables m, n and ng within a word. It may be lacking where both syllables have a mark
+///   ("xīān") and in front of an er without a mark; elsewhere there is no cut, so that an unknown
+///   syllable ("biáng") is not read as two. A syllable without a mark has tone 5.
+/// - With tone digits: a run of letters is one syllable.
+/// - Without tones: a run of letters stays one word, for the caller to cut (CutWhole), syllables or
+///   not. Only a syllable that a rule rewrites is set apart: "yidianr" is "yi dian er".
+///
+/// The rules; one that is not in `rules` leaves what it would change to the others or a problem:
+///
+/// - kFullWidth: full-width letters and digits, and raised and lowered digits, to ASCII.
+/// - kPunctuation: punctuation and spaces of all kinds, middle dots, apostrophes and invisible
+///   format characters to a space. What the library takes for a separator (ASCII white space, "'",
+///   "`") needs no rule. Signs that stand for something (# % & * @ \ and symbols) are foreign text.
+/// - kDiaeresis: u with diaeresis, and "u:" after j, l, n, q, x and y, to v; v after j, q, x and y
+///   to u; the syllables lue and nue to lve and nve.
+/// - kToneMark: macron, acute, caron (or breve) and grave on a, e, i, o, u, ü, v, m, n and ê to
+///   digits; U+0251 to a and U+0261 to g; a syllable without a mark, in a text with marks, to 5.
+///   The library has no notation for ê: it is an unknown syllable.
+/// - kNeutralTone: the digit 0, and a syllable without a digit in a text with digits, to 5. Without
+///   it they stay as they are, which the library reads in the same way.
+/// - kErhua: an r that stands alone, with tone 5, 0 or none, to er.
+/// - kFusedErhua: a syllable with r at its end that is not known, and is known without it and has
+///   a vowel, to two: "nar4" to "na4 er5".
+/// - kAbbreviation: two capitals or more in a row, and one that stands alone, are reported as
+///   foreign text, with the digits that follow ("PK", "MP3"). Not when one of them has a mark, nor
+///   a syllable of one letter with its digit ("A1"). Without it capitals are read as letters.
+///
+/// The problems; their bytes are left out of the text and a space takes their place:
+///
+/// - kUnknownSyllable: letters that are no syllable ("xx5"), or that no cut covers.
+/// - kBadTone: a syllable with a digit beyond 5, with a mark and a digit, or r with 1 to 4; digits
+///   behind the first ("ni33": the second 3).
+/// - kForeignText: abbreviations, words with other Latin letters or marks, other scripts, symbols,
+///   digits that follow no letter. Neighbours are one problem.
+/// - kInvalidUtf8: bytes that are no UTF-8. Neighbours are one problem.
+///
+/// A tone digit that no digit of `text` stands for has the origin of the letter in front of it.
+///
+/// Every byte of `text` is in the result: at one of its `origins`, in the range of an application,
+/// in the range of a problem, or it is a separator of the library. The library reads the result's
+/// `text` without failure whatever `rules` is, and drops no letter of a text that has tones.
+NOTATION_EXPORT Normalized NormalizePinyin(std::string_view text, RuleSet rules = kPinyinRules);
+
+}  // namespace qeo::notation
+
+#endif  // NOTATION_PINYIN_H_

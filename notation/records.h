@@ -1,0 +1,101 @@
+#ifndef NOTATION_RECORDS_H_
+#define NOTATION_RECORDS_H_
+
+/// What the functions of qeo::notation take and return: rules that can be switched, the record of
+/// where each was applied, and the problems that were found. Offsets and lengths are bytes of the
+/// text that the caller passed in.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "notation/export.h"
+
+namespace qeo::notation {
+
+/// A change that a normaliser makes to what dictionaries and corpora write.
+enum class Rule : std::uint8_t {
+  kFullWidth,      ///< full-width letters and digits to ASCII
+  kPunctuation,    ///< middle dots, commas and other punctuation to a space
+  kDiaeresis,      ///< "u:", u with diaeresis, "lue" and "nue" to v (Pinyin)
+  kToneMark,       ///< tone marks to digits; unmarked among marked to 5 (Pinyin)
+  kNeutralTone,    ///< tone 0 or none to the neutral tone (Pinyin)
+  kErhua,          ///< "r5" to "er5" (Pinyin)
+  kFusedErhua,     ///< "dianr3" to "dian3 er5" (Pinyin)
+  kAbbreviation,   ///< upper-case abbreviations kept apart and reported
+  kGlued,          ///< a space between glued syllables, "wan2gung1" (Jyutping)
+  kAlias,          ///< a spelling replaced by its entry in an alias table (Jyutping)
+  kLowerCase,      ///< phone names to lower case (ARPAbet)
+  kReducedVowel,   ///< AH0 to ax (ARPAbet)
+  kSecondStress,   ///< stress 2 folded to 1 (ARPAbet)
+  kMissingStress,  ///< a vowel without a stress digit read as 0 (ARPAbet)
+};
+inline constexpr int kRuleCount = 14;
+
+/// The name of a rule as options and reports write it: "tone-mark".
+NOTATION_EXPORT std::string_view RuleName(Rule rule);
+
+/// A set of rules.
+class RuleSet {
+ public:
+  constexpr RuleSet() = default;
+
+  constexpr bool Has(Rule rule) const { return (bits_ & Bit(rule)) != 0; }
+  constexpr RuleSet With(Rule rule) const { return RuleSet(bits_ | Bit(rule)); }
+  constexpr RuleSet Without(Rule rule) const { return RuleSet(bits_ & ~Bit(rule)); }
+
+ private:
+  explicit constexpr RuleSet(std::uint32_t bits) : bits_(bits) {}
+  static constexpr std::uint32_t Bit(Rule rule) {
+    return std::uint32_t{1} << static_cast<unsigned>(rule);
+  }
+
+  std::uint32_t bits_ = 0;
+};
+
+/// Bytes of a text.
+struct Range {
+  std::size_t offset = 0;
+  std::size_t length = 0;
+};
+
+/// One application of a rule, and the bytes of the input that it changed.
+struct Application {
+  Rule rule = Rule::kFullWidth;
+  Range range;
+};
+
+enum class ProblemKind : std::uint8_t {
+  kUnknownSyllable,
+  kLettersLost,
+  kBadTone,
+  kForeignText,
+  kUnknownPhone,
+  kInvalidUtf8,
+};
+
+/// The name of a kind of problem as messages write it: "unknown syllable".
+NOTATION_EXPORT std::string_view ProblemName(ProblemKind kind);
+
+/// Bytes of the input that could not be placed.
+struct Problem {
+  ProblemKind kind = ProblemKind::kForeignText;
+  Range range;
+  std::string suggestion;  ///< a known syllable or phone one edit away, or empty
+};
+
+/// A text in the library's notation, and how it came about.
+struct Normalized {
+  std::string text;
+  /// For each byte of `text`, where in the input it comes from: the offset of the byte, or of the
+  /// first byte of what a rule changed. Never falls from one byte to the next.
+  std::vector<std::size_t> origins;
+  std::vector<Application> applied;  ///< in input order
+  std::vector<Problem> problems;     ///< in input order; empty when all was placed
+};
+
+}  // namespace qeo::notation
+
+#endif  // NOTATION_RECORDS_H_

@@ -1,0 +1,39 @@
+// Fills a hash table with the spellings of a language.
+
+#include "notation/syllable_set.h"
+
+#include <algorithm>
+#include <string>
+
+#include "notation/syllable_spellings.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation::internal {
+
+SyllableSet::SyllableSet(int language) {
+  for (const std::string& spelling : SyllableSpellings(language)) {
+    const bool is_small =
+        std::all_of(spelling.begin(), spelling.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+    if (!is_small || spelling.size() > kMaxLength) continue;  // "E": the library reads "e"
+    for (std::size_t length = 1; length <= spelling.size(); ++length) {
+      Add(Pack(std::string_view(spelling).substr(0, length)), kBeginning);
+    }
+    Add(Pack(spelling), kSyllable);
+  }
+}
+
+void SyllableSet::Add(PackedSpelling spelling, unsigned kind) {
+  std::size_t slot = SlotOf(spelling);
+  while (slots_[slot] != 0 && (slots_[slot] & kSpellingMask) != spelling) {
+    slot = (slot + 1) % kSlots;
+  }
+  slots_[slot] |= spelling | (std::uint64_t{kind} << kSpellingBits);
+}
+
+const SyllableSet& SyllableSet::Of(int language) {
+  static const SyllableSet mandarin(sp::LANGUAGE_MANDARIN);
+  static const SyllableSet cantonese(sp::LANGUAGE_CANTONESE);
+  return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
+}
+
+}  // namespace qeo::notation::internal

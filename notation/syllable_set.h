@@ -1,0 +1,76 @@
+#ifndef NOTATION_SYLLABLE_SET_H_
+#define NOTATION_SYLLABLE_SET_H_
+
+// The syllables of a language as a set of packed spellings, for looking up many quickly. Not
+// installed.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace qeo::notation::internal {
+
+/// A spelling of up to eight letters, the first in the lowest byte.
+using PackedSpelling = std::uint64_t;
+inline constexpr std::size_t kMaxPackedLength = sizeof(PackedSpelling);
+
+constexpr PackedSpelling PackLetter(char letter, std::size_t index) {
+  return PackedSpelling{static_cast<unsigned char>(letter)} << (8 * index);
+}
+
+constexpr char UnpackLetter(PackedSpelling spelling, std::size_t index) {
+  return static_cast<char>((spelling >> (8 * index)) & 0xffU);
+}
+
+constexpr PackedSpelling Pack(std::string_view spelling) {
+  PackedSpelling packed = 0;
+  for (std::size_t i = 0; i < spelling.size(); ++i) packed |= PackLetter(spelling[i], i);
+  return packed;
+}
+
+class SyllableSet {
+ public:
+  /// What letters are, as bits.
+  enum Kind : unsigned {
+    kNothing = 0,
+    kBeginning = 1,  ///< of a syllable, or all of it
+    kSyllable = 2,   ///< one that text can name
+  };
+
+  /// The set of a Chinese language, made at the first call.
+  static const SyllableSet& Of(int language);
+
+  /// What a spelling of small letters, not empty, is.
+  unsigned Find(PackedSpelling spelling) const {
+    for (std::size_t slot = SlotOf(spelling); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
+      if ((slots_[slot] & kSpellingMask) == spelling) {
+        return static_cast<unsigned>(slots_[slot] >> kSpellingBits);
+      }
+    }
+    return kNothing;
+  }
+
+  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling) != kNothing; }
+  bool Has(PackedSpelling spelling) const { return (Find(spelling) & kSyllable) != 0; }
+
+ private:
+  static constexpr int kSlotBits = 11;  // at most half of the slots are taken
+  static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
+  static constexpr int kSpellingBits = 48;
+  static constexpr std::size_t kMaxLength = kSpellingBits / 8;
+  static constexpr PackedSpelling kSpellingMask = (PackedSpelling{1} << kSpellingBits) - 1;
+
+  explicit SyllableSet(int language);
+  void Add(PackedSpelling spelling, unsigned kind);
+
+  static constexpr std::size_t SlotOf(PackedSpelling spelling) {
+    return static_cast<std::size_t>(spelling * 0x9e3779b97f4a7c15U >> (64 - kSlotBits));
+  }
+
+  std::array<std::uint64_t, kSlots> slots_ = {};  // a spelling and its kind above; 0 where free
+};
+
+}  // namespace qeo::notation::internal
+
+#endif  // NOTATION_SYLLABLE_SET_H_
