@@ -19,7 +19,9 @@ constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
 using Lengths = std::uint16_t;
 static_assert(kMaxSyllableLength < std::numeric_limits<Lengths>::digits, "a length has no bit");
 
-constexpr bool Has(Lengths lengths, std::size_t length) { return ((lengths >> length) & 1U) != 0; }
+constexpr bool Has(Lengths lengths, std::size_t length) {
+  return (unsigned{lengths} >> length & 1U) != 0;
+}
 
 constexpr bool IsSmall(char c) { return c >= 'a' && c <= 'z'; }
 constexpr bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
