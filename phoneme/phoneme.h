@@ -34,11 +34,11 @@ namespace qeo::sp {
 // Romanised Chinese text
 //
 // How text is cut into syllables: a digit closes the syllable in front of it, a capital opens one,
-// and white space, "'" and "`" stand between syllables. A run of letters between those that is not
-// itself a syllable is cut by longest match, from the front or, with pyw2py's `backward`, from the
-// end; what follows the last match is dropped without a failure ("hello" is "he"). A text without
-// any digit, capital or separator is cut by longest match as a whole. The letter u with diaeresis
-// is written "v".
+// and white space, "'" and "`" stand between syllables. A run of letters that is not itself a
+// syllable is cut by longest match, from the front or, with pyw2py's `backward`, from the end; what
+// no match reaches is dropped without a failure ("hello" is "he"). A run that a digit closes is
+// never cut ("nihao3" fails). A text without any digit, capital or separator is cut by longest
+// match as a whole. The letter u with diaeresis is written "v".
 //
 // A tone is one digit at the end of a syllable, folded into the language's range by ToneAdaptation;
 // a syllable without one has the top tone (5, in Cantonese 7).

@@ -8,7 +8,8 @@
 // piece that is closed by a digit is passed on as it is, syllable or not. Any other piece that is
 // no syllable is cut by longest match against the syllables of the language, and what no match
 // reaches is dropped. One oddity is kept: a piece with bytes in it that are no letters ("n-i") is
-// passed on whole when its letters alone are a syllable, unless it is the whole text.
+// passed on whole when its letters alone are a syllable, unless it is the whole text and begins
+// with no capital.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,7 +25,7 @@ namespace qeo::sp::internal {
 struct Piece {
   std::string_view text;  // as it stands in the input; its first byte may be a capital
   int row;                // the syllable's row, or NameIndex::kAbsent
-  signed char raw_tone;   // the closing digit, 0 without one
+  signed char raw_tone;   // of a syllable: the closing digit, 0 without one
 };
 
 constexpr bool IsSeparator(char c) {
