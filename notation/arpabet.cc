@@ -9,12 +9,12 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "notation/english_onsets.h"
+#include "notation/nearest_name.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -124,34 +124,14 @@ class EnglishPhones {
   std::array<const EnglishPhone*, kLetters* kLetters> by_beginning_ = {};
 };
 
-// How many bytes two names have in common at their beginning, when one edit or none makes them
-// equal and something is left in common.
-std::optional<std::size_t> SharedBeginning(std::string_view a, std::string_view b) {
-  const std::size_t shorter = std::min(a.size(), b.size());
-  const std::size_t longer = std::max(a.size(), b.size());
-  std::size_t front = 0;
-  while (front < shorter && a[front] == b[front]) ++front;
-  std::size_t back = 0;
-  while (back < shorter - front && a[a.size() - 1 - back] == b[b.size() - 1 - back]) ++back;
-  if (front + back == 0 || front + back + 1 < longer) return std::nullopt;
-  return front;
-}
-
-// The known name nearest to `name`: one edit away with the longest common beginning, the first in
-// the phone table among equals.
+// The known name nearest to `name`.
 std::string SuggestPhone(std::string_view name) {
   if (name.size() > kMaxNameLength) return {};
   std::string lower(name);
   std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
-  std::string_view best;
-  std::size_t most = 0;
-  for (const EnglishPhone& phone : EnglishPhones::Get().All()) {
-    const std::optional<std::size_t> shared = SharedBeginning(lower, phone.name);
-    if (!shared || (!best.empty() && *shared <= most)) continue;
-    best = phone.name;
-    most = *shared;
-  }
-  return std::string(best);
+  internal::NearestName nearest(lower);
+  for (const EnglishPhone& phone : EnglishPhones::Get().All()) nearest.Offer(phone.name);
+  return std::string(nearest.best());
 }
 
 // Text that remembers where its bytes come from.

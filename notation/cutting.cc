@@ -124,8 +124,15 @@ class Cutter {
 
   std::vector<std::vector<CutSyllable>> First(std::size_t max_cuts) const;
 
+  std::vector<CutSyllable> Forward() const;
+  std::vector<CutSyllable> Backward() const;
+
   bool DirectionsDiffer() const {
-    return std::all_of(text_.begin(), text_.end(), IsLetter) && Forward() != Backward();
+    const auto same = [](const CutSyllable& a, const CutSyllable& b) { return a.row == b.row; };
+    if (!std::all_of(text_.begin(), text_.end(), IsLetter)) return false;
+    const std::vector<CutSyllable> forward = Forward();
+    const std::vector<CutSyllable> backward = Backward();
+    return !std::equal(forward.begin(), forward.end(), backward.begin(), backward.end(), same);
   }
 
  private:
@@ -154,9 +161,6 @@ class Cutter {
   void LookAt(std::size_t begin);
   Branches Merge(const std::vector<Branches>& branches, std::size_t begin,
                  std::size_t max_cuts) const;
-  std::vector<int> Forward() const;
-  std::vector<int> Backward() const;
-
   std::size_t LongestAt(std::size_t begin) const {
     std::size_t length = tree_.longest();
     while (length > 0 && !Has(lengths_[begin], length)) --length;
@@ -244,29 +248,29 @@ Cutter::Branches Cutter::Merge(const std::vector<Branches>& branches, std::size_
 }
 
 // The longest matches from the front. What follows the last one is dropped up to the next capital.
-std::vector<int> Cutter::Forward() const {
-  std::vector<int> rows;
+std::vector<CutSyllable> Cutter::Forward() const {
+  std::vector<CutSyllable> cut;
   for (std::size_t begin = 0; begin < text_.size();) {
     const std::size_t length = LongestAt(begin);
-    if (length != 0) rows.push_back(RowAt(begin, length));
+    if (length != 0) cut.push_back(SyllableAt(begin, length));
     begin += std::max(length, kLetterLeftOut);
     while (length == 0 && begin < text_.size() && !IsCapital(text_[begin])) ++begin;
   }
-  return rows;
+  return cut;
 }
 
 // The longest matches from the end, in text order. What stands in front of the last one is dropped
 // down to the capital that opened it.
-std::vector<int> Cutter::Backward() const {
-  std::vector<int> rows;
+std::vector<CutSyllable> Cutter::Backward() const {
+  std::vector<CutSyllable> cut;
   for (std::size_t end = text_.size(); end > 0;) {
     const std::size_t length = LongestBefore(end);
-    if (length != 0) rows.push_back(RowAt(end - length, length));
+    if (length != 0) cut.push_back(SyllableAt(end - length, length));
     end -= std::max(length, kLetterLeftOut);
     while (length == 0 && end > 0 && !IsCapital(text_[end])) --end;
   }
-  std::reverse(rows.begin(), rows.end());
-  return rows;
+  std::reverse(cut.begin(), cut.end());
+  return cut;
 }
 
 }  // namespace
@@ -280,6 +284,19 @@ Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts) {
   cut.cuts = cutter.First(max_cuts);
   cut.directions_differ = cutter.DirectionsDiffer();
   return cut;
+}
+
+std::vector<CutSyllable> CutLetters(int language, std::string_view letters, Cutting cutting) {
+  const Cutter cutter(TreeOf(language), letters);
+  switch (cutting) {
+    case Cutting::kWhole:
+      return cutter.Best();
+    case Cutting::kForward:
+      return cutter.Forward();
+    case Cutting::kBackward:
+      return cutter.Backward();
+  }
+  return {};
 }
 
 }  // namespace qeo::notation

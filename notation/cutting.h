@@ -21,6 +21,13 @@ struct CutSyllable {
   int row = 0;  ///< its row in the syllable table of the language
 };
 
+/// How a word without tones is cut.
+enum class Cutting : std::uint8_t {
+  kWhole,     ///< so that every letter finds its syllable, if that can be (CutWhole)
+  kForward,   ///< the longest syllable from the front, again and again
+  kBackward,  ///< the longest syllable from the end
+};
+
 /// `Cut::count` when there are this many cuts or more.
 inline constexpr std::uint64_t kUncountedCuts = std::numeric_limits<std::uint64_t>::max();
 
@@ -57,6 +64,17 @@ struct Cut {
 /// Time and memory are linear in the text, whatever `count` is; with `max_cuts`, in the text times
 /// the number of cuts listed.
 NOTATION_EXPORT Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts = 0);
+
+/// The syllables of a text of letters in text order, cut in one of the three ways.
+///
+///   CutLetters(sp::LANGUAGE_MANDARIN, "yipinguo", Cutting::kForward);  // "yi", "ping"
+///
+/// kWhole gives what CutWhole has in `syllables`. The other two give what `pyw2py` gives for the
+/// text followed by a space: what stands behind the last longest match, or in front of it, up to
+/// the next capital, is left out. Text, language and cost are as with CutWhole; in the longest
+/// matches a byte that is no letter is left out like a letter that fits nowhere.
+NOTATION_EXPORT std::vector<CutSyllable> CutLetters(int language, std::string_view letters,
+                                                    Cutting cutting);
 
 }  // namespace qeo::notation
 

@@ -8,6 +8,7 @@
 /// number of threads may call them at once. Nothing is thrown but the standard library's allocation
 /// exceptions.
 
+#include "notation/analysis.h"
 #include "notation/arpabet.h"
 #include "notation/cutting.h"
 #include "notation/jyutping.h"

@@ -44,6 +44,7 @@ class RuleSet {
 
   constexpr bool Has(Rule rule) const { return (bits_ & Bit(rule)) != 0; }
   constexpr RuleSet With(Rule rule) const { return RuleSet(bits_ | Bit(rule)); }
+  constexpr RuleSet With(RuleSet rules) const { return RuleSet(bits_ | rules.bits_); }
   constexpr RuleSet Without(Rule rule) const { return RuleSet(bits_ & ~Bit(rule)); }
 
  private:
@@ -83,7 +84,9 @@ NOTATION_EXPORT std::string_view ProblemName(ProblemKind kind);
 struct Problem {
   ProblemKind kind = ProblemKind::kForeignText;
   Range range;
-  std::string suggestion;  ///< a known syllable or phone one edit away, or empty
+  /// What may have been meant, one edit away, as the library writes it: a phone, or from Analyze a
+  /// syllable with its tone digit. Empty when nothing is near.
+  std::string suggestion;
 };
 
 /// A text in the library's notation, and how it came about.

@@ -241,10 +241,11 @@ TEST(ArpabetToPronunciation, Suggestions) {
     const char* phone;
     const char* suggestion;
   } const cases[] = {
-      {"H", "hh"},   {"C", "ch"}, {"j", "jh"}, {"a", "aa"},   {"ix", "ih"},    {"ux", "uh"},
-      {"axr", "ax"}, {"nx", "n"}, {"dx", "d"}, {"hv", "hh"},  {"em", "er"},    {"eng", "ng"},
-      {"shh", "sh"}, {"kk", "k"}, {"qk", "k"}, {"qq", ""},    {"i", "ih"},     {"tS", "t"},
-      {"SP", "s"},   {"SPN", ""}, {"zzz", ""}, {"sl", "sil"}, {"sill", "sil"},
+      {"H", "hh"},  {"C", "ch"},   {"j", "jh"},     {"a", "aa"},    {"ix", "ih"},
+      {"ux", "uh"}, {"axr", "ax"}, {"nx", "n"},     {"dx", "d"},    {"hv", "hh"},
+      {"em", "er"}, {"eng", "ng"}, {"shh", "sh"},   {"kk", "k"},    {"qk", "k"},
+      {"qq", ""},   {"i", "ih"},   {"tS", "t"},     {"SP", "s"},    {"SPN", ""},
+      {"zzz", ""},  {"sl", "sil"}, {"sill", "sil"}, {"sli", "sil"}, {"ISL", "sil"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.phone);

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <ostream>
 #include <random>
@@ -233,6 +234,76 @@ TEST(CutWhole, UnregisteredLanguagesAreServedByMandarin) {
   EXPECT_EQ(seen, 72U);
 }
 
+TEST(CutLetters, Words) {
+  using namespace std::string_literals;
+  struct {
+    int language;
+    std::string text;
+    const char* whole;
+    const char* forward;
+    const char* backward;
+  } const cases[] = {
+      {LANGUAGE_MANDARIN, "", "", "", ""},
+      {LANGUAGE_MANDARIN, "nihao", "ni hao", "ni hao", "ni hao"},
+      {LANGUAGE_MANDARIN, "fangan", "fang an", "fang an", "fan gan"},
+      {LANGUAGE_MANDARIN, "keneng", "ken eng", "ken eng", "ke neng"},
+      {LANGUAGE_MANDARIN, "XiAn", "Xi An", "Xi An", "Xi An"},
+      {LANGUAGE_MANDARIN, "E", "E", "E", "E"},
+      // What the longest match does not reach is left out, up to the next capital.
+      {LANGUAGE_MANDARIN, "yipinguo", "yi pin guo", "yi ping", "yi pin guo"},
+      {LANGUAGE_MANDARIN, "nver", "nv er", "nve", "nv er"},
+      {LANGUAGE_MANDARIN, "hello", "he lo", "he", "lo"},
+      {LANGUAGE_MANDARIN, "baxba", "ba ba", "ba", "ba"},
+      {LANGUAGE_MANDARIN, "HelloNihao", "He lo Ni hao", "He Ni hao", "lo Ni hao"},
+      {LANGUAGE_MANDARIN, "NiHaoq", "Ni Hao", "Ni Hao", "Ni"},
+      {LANGUAGE_MANDARIN, "qNiHao", "Ni Hao", "Ni Hao", "Ni Hao"},
+      {LANGUAGE_MANDARIN, "XIAN", "A N", "A N", "A N"},
+      {LANGUAGE_MANDARIN, "xyz", "", "", ""},
+      // Bytes that are no letters fit nowhere.
+      {LANGUAGE_MANDARIN, "ni3hao", "ni hao", "ni", "hao"},
+      {LANGUAGE_MANDARIN, "ni hao", "ni hao", "ni", "hao"},
+      {LANGUAGE_MANDARIN, "ni'Hao", "ni Hao", "ni Hao", "Hao"},
+      {LANGUAGE_MANDARIN, "nihao ", "ni hao", "ni hao", ""},
+      {LANGUAGE_MANDARIN, "l\u00FCan", "an", "", "an"},
+      {LANGUAGE_MANDARIN, "ni\0hao"s, "ni hao", "ni", "hao"},
+      {LANGUAGE_CANTONESE, "ngongo", "ngong o", "ngong o", "ngo ngo"},
+      {LANGUAGE_CANTONESE, "jyutping", "jyut ping", "jyut ping", "jyut ping"},
+      {LANGUAGE_AMERICAN_ENGLISH, "nihao", "", "", ""},
+      {LANGUAGE_AMERICAN_ENGLISH, "", "", "", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.text));
+    const auto cut = [&c](Cutting cutting) {
+      return Show(c.language, c.text, CutLetters(c.language, c.text, cutting));
+    };
+    EXPECT_EQ(cut(Cutting::kWhole), c.whole);
+    EXPECT_EQ(cut(Cutting::kForward), c.forward);
+    EXPECT_EQ(cut(Cutting::kBackward), c.backward);
+  }
+}
+
+TEST(CutLetters, UnregisteredLanguagesAreServedByMandarin) {
+  std::size_t seen = 0;
+  for (const int language : sp::UnregisteredIds()) {
+    SCOPED_TRACE(language);
+    const auto cut = [language](Cutting cutting) {
+      return Show(LANGUAGE_MANDARIN, "yipinguo", CutLetters(language, "yipinguo", cutting));
+    };
+    EXPECT_EQ(cut(Cutting::kWhole), "yi pin guo");
+    EXPECT_EQ(cut(Cutting::kForward), "yi ping");
+    EXPECT_EQ(cut(Cutting::kBackward), "yi pin guo");
+    ++seen;
+  }
+  EXPECT_EQ(seen, 18U);
+}
+
+TEST(CutLetters, LongTextsAreNoProblem) {
+  const std::string text = Repeat("yiping", 100000);
+  for (const Cutting cutting : {Cutting::kWhole, Cutting::kForward, Cutting::kBackward}) {
+    EXPECT_EQ(CutLetters(LANGUAGE_MANDARIN, text, cutting).size(), 200000U);
+  }
+}
+
 // A slow second form: every way to cut a text or leave letters out, one by one.
 class EveryCut {
  public:
@@ -337,6 +408,22 @@ class CutWholeAgainstEveryCut : public testing::TestWithParam<sp::Language> {
               LongestMatch(GetParam().id, word, false) != LongestMatch(GetParam().id, word, true));
   }
 
+  // CutLetters gives what CutWhole and the library give.
+  void ExpectCutLetters(const std::string& word, const Cut& cut) const {
+    const int language = GetParam().id;
+    const auto pieces = [&](Cutting cutting) {
+      const std::vector<CutSyllable> syllables = CutLetters(language, word, cutting);
+      std::istringstream shown(Small(Show(language, word, syllables)));
+      return Strings(std::istream_iterator<std::string>(shown), {});
+    };
+    EXPECT_EQ(Show(language, word, CutLetters(language, word, Cutting::kWhole)),
+              Show(language, word, cut.syllables));
+    Strings forward;
+    sp::pyw2py(language, word + ' ', forward, false);
+    EXPECT_EQ(pieces(Cutting::kForward), forward);
+    EXPECT_EQ(pieces(Cutting::kBackward), LongestMatch(language, word, true));
+  }
+
   EveryCut every_cut_{GetParam().id, GetParam().syllable_count};
 };
 
@@ -356,6 +443,7 @@ TEST_P(CutWholeAgainstEveryCut, Words) {
       EXPECT_EQ(Show(GetParam().id, word, cut.syllables), expected[0]);
     }
     ExpectDirections(word, cut);
+    ExpectCutLetters(word, cut);
     most = std::max(most, expected.size());
     differing += cut.directions_differ ? 1 : 0;
   }
@@ -377,6 +465,7 @@ TEST_P(CutWholeAgainstEveryCut, LettersLeftOut) {
     EXPECT_EQ(Show(GetParam().id, word, cut.syllables), expected.at(0));
     EXPECT_EQ(cut.covers, !every_cut_.Cuts(word, false).empty());
     ExpectDirections(word, cut);
+    ExpectCutLetters(word, cut);
     covered += cut.covers ? 1 : 0;
   }
   EXPECT_GT(covered, 1000);

@@ -1,0 +1,261 @@
+// Normalises a text, cuts what has no tones, and traces each syllable back to the bytes that it was
+// read from. What is left of the text is either a problem already, or a separator.
+
+#include "notation/analysis.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "notation/characters.h"
+#include "notation/nearest_name.h"
+#include "notation/syllable_spellings.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation {
+namespace {
+
+using internal::Character;
+using internal::CharacterKind;
+using internal::ReadCharacter;
+
+constexpr char kNoDigit = '\0';
+constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+std::size_t End(Range range) { return range.offset + range.length; }
+
+template <typename A, typename B>
+bool ComesFirst(const A& a, const B& b) {
+  return a.range.offset < b.range.offset;
+}
+
+// Known syllables of a Chinese language, for suggestions.
+const std::vector<std::string>& SpellingsOf(int language) {
+  static const std::vector<std::string> mandarin =
+      internal::SyllableSpellings(sp::LANGUAGE_MANDARIN);
+  static const std::vector<std::string> cantonese =
+      internal::SyllableSpellings(sp::LANGUAGE_CANTONESE);
+  return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
+}
+
+bool IsTone(int language, char digit) {
+  const auto tone = static_cast<signed char>(digit - '0');
+  return sp::ToneAdaptation(language, tone) == tone;
+}
+
+// A syllable that is one edit away from the letters of `text`, with the tone of these if it is one.
+std::string SuggestSyllable(int language, std::string_view text) {
+  std::string letters;
+  char digit = kNoDigit;
+  for (std::size_t at = 0; at < text.size() && letters.size() <= kMaxSyllableLength;) {
+    const Character character = ReadCharacter(text, at);
+    at = End(character.range);
+    if (character.kind == CharacterKind::kDigit) digit = character.ascii;
+    if (character.kind != CharacterKind::kLetter) continue;
+    letters += character.ascii == internal::kCircumflexE ? 'e' : character.ascii;
+    if (character.tone != kNoDigit) digit = character.tone;
+  }
+  internal::NearestName nearest(letters);
+  for (const std::string& spelling : SpellingsOf(language)) nearest.Offer(spelling);
+  std::string suggestion(nearest.best());
+  if (!suggestion.empty() && digit != kNoDigit && IsTone(language, digit)) suggestion += digit;
+  return suggestion;
+}
+
+// Reads Chinese.
+class SyllableReader {
+ public:
+  SyllableReader(int language, std::string_view text, const AnalysisOptions& options)
+      : language_(language),
+        cutting_(options.cutting),
+        text_(text),
+        normalized_(language == sp::LANGUAGE_CANTONESE
+                        ? NormalizeJyutping(text, options.rules, options.aliases)
+                        : NormalizePinyin(text, options.rules)) {}
+
+  Analysis Read() {
+    Analysis analysis;
+    analysis.problems = std::move(normalized_.problems);
+    FindPieces();
+    for (std::size_t i = 0; i < pieces_.size(); ++i) {
+      const std::size_t limit =
+          i + 1 < pieces_.size() ? OriginOf(pieces_[i + 1].begin) : text_.size();
+      Place(pieces_[i], RangeOf(pieces_[i], limit), analysis);
+    }
+    for (Problem& problem : analysis.problems) Suggest(problem);
+    std::stable_sort(analysis.problems.begin(), analysis.problems.end(),
+                     ComesFirst<Problem, Problem>);
+    AddSyllableRecords(analysis.syllables);
+    analysis.applied = std::move(normalized_.applied);
+    return analysis;
+  }
+
+ private:
+  enum class PieceKind { kSyllable, kLost, kUnknown };
+
+  // Letters of the normalised text, and the digit behind them.
+  struct Piece {
+    PieceKind kind;
+    std::size_t begin;
+    std::size_t end;
+    char digit;
+  };
+
+  void FindPieces();
+  void CutWord(std::size_t begin, std::size_t end);
+  Range RangeOf(const Piece& piece, std::size_t limit);
+  void Place(const Piece& piece, Range range, Analysis& analysis) const;
+  void Suggest(Problem& problem) const;
+  void AddSyllableRecords(std::vector<AnalyzedSyllable>& syllables) const;
+
+  std::size_t OriginOf(std::size_t index) const { return normalized_.origins[index]; }
+  std::string LettersOf(const Piece& piece) const {
+    return normalized_.text.substr(piece.begin, piece.end - piece.begin);
+  }
+
+  int language_;
+  Cutting cutting_;
+  std::string_view text_;
+  Normalized normalized_;
+  std::vector<Piece> pieces_;
+  std::size_t next_applied_ = 0;  // the first application that is not in front of the next piece
+};
+
+void SyllableReader::FindPieces() {
+  const std::string& text = normalized_.text;
+  for (std::size_t begin = 0; begin < text.size();) {
+    std::size_t end = begin;
+    while (end < text.size() && text[end] != ' ' && !IsDigit(text[end])) ++end;
+    if (end < text.size() && IsDigit(text[end])) {
+      pieces_.push_back({PieceKind::kSyllable, begin, end, text[end]});
+      ++end;
+    } else {
+      CutWord(begin, end);
+    }
+    begin = end < text.size() && text[end] == ' ' ? end + 1 : end;
+  }
+}
+
+// Cuts letters without a tone. Those that the cut leaves out are pieces too.
+void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
+  const std::string_view word = std::string_view(normalized_.text).substr(begin, end - begin);
+  const std::vector<CutSyllable> cut = CutLetters(language_, word, cutting_);
+  const PieceKind left_out = cut.empty() ? PieceKind::kUnknown : PieceKind::kLost;
+  std::size_t placed = begin;
+  for (const CutSyllable& syllable : cut) {
+    const std::size_t offset = begin + syllable.range.offset;
+    if (placed < offset) pieces_.push_back({left_out, placed, offset, kNoDigit});
+    placed = offset + syllable.range.length;
+    pieces_.push_back({PieceKind::kSyllable, offset, placed, kNoDigit});
+  }
+  if (placed < end) pieces_.push_back({left_out, placed, end, kNoDigit});
+}
+
+// The bytes of the text that a piece was read from: up to the end of the character that its last
+// byte comes from, and what rules took with it, "u:" and the r of "dianr". It ends at `limit`.
+Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
+  const std::size_t begin = OriginOf(piece.begin);
+  const std::size_t last = OriginOf(piece.digit == kNoDigit ? piece.end - 1 : piece.end);
+  std::size_t end = End(ReadCharacter(text_, last).range);
+  const std::vector<Application>& applied = normalized_.applied;
+  for (; next_applied_ < applied.size(); ++next_applied_) {
+    const auto& [rule, range] = applied[next_applied_];
+    if (range.offset >= limit) break;
+    const bool is_letters = rule != Rule::kPunctuation && rule != Rule::kAbbreviation;
+    if (is_letters && range.offset >= begin) end = std::max(end, End(range));
+  }
+  return {begin, std::min(end, limit) - begin};
+}
+
+void SyllableReader::Place(const Piece& piece, Range range, Analysis& analysis) const {
+  switch (piece.kind) {
+    case PieceKind::kSyllable:
+      analysis.syllables.push_back({LettersOf(piece), piece.digit, range, 0, {}});
+      return;
+    case PieceKind::kLost:
+      analysis.problems.push_back({ProblemKind::kLettersLost, range, {}});
+      return;
+    case PieceKind::kUnknown:
+      analysis.problems.push_back({ProblemKind::kUnknownSyllable, range, {}});
+      return;
+  }
+}
+
+void SyllableReader::Suggest(Problem& problem) const {
+  if (problem.kind != ProblemKind::kUnknownSyllable && problem.kind != ProblemKind::kLettersLost) {
+    return;
+  }
+  problem.suggestion =
+      SuggestSyllable(language_, text_.substr(problem.range.offset, problem.range.length));
+}
+
+// Asks the library for all syllables at once.
+void SyllableReader::AddSyllableRecords(std::vector<AnalyzedSyllable>& syllables) const {
+  std::string text;
+  for (const AnalyzedSyllable& syllable : syllables) {
+    text += syllable.spelling;
+    text += syllable.digit == kNoDigit ? ' ' : syllable.digit;
+  }
+  std::vector<sp::SyllableInfo> records;
+  sp::py2ph(language_, text, records);
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    syllables[i].row = static_cast<int>(records[i].code) / internal::kTonesPerRow;
+    syllables[i].syllable = std::move(records[i]);
+  }
+}
+
+// Reads ARPAbet.
+Analysis AnalyzeArpabet(std::string_view text, RuleSet rules) {
+  Normalized normalized = ArpabetToPronunciation(text, rules);
+  std::vector<sp::SyllableInfo> records;
+  sp::pr2ph(sp::LANGUAGE_AMERICAN_ENGLISH, normalized.text, records);
+  Analysis analysis;
+  std::size_t begin = 0;  // of the syllable in the normalised text: "hh ax 0"
+  for (sp::SyllableInfo& record : records) {
+    const std::size_t comma = std::min(normalized.text.find(',', begin), normalized.text.size());
+    const std::size_t digit = comma - 1;
+    std::size_t end = normalized.origins[digit];
+    while (end < text.size() && !IsBlank(text[end])) ++end;
+    const std::size_t offset = normalized.origins[begin];
+    analysis.syllables.push_back({normalized.text.substr(begin, digit - 1 - begin),
+                                  normalized.text[digit],
+                                  {offset, end - offset},
+                                  -1,
+                                  std::move(record)});
+    begin = comma + 2;
+  }
+  analysis.applied = std::move(normalized.applied);
+  analysis.problems = std::move(normalized.problems);
+  return analysis;
+}
+
+// What is in no syllable and no problem.
+void AddSeparators(std::string_view text, Analysis& analysis) {
+  std::size_t owned = 0;  // up to here every byte has an owner
+  const auto own = [&analysis, &owned](Range range) {
+    if (owned < range.offset) analysis.separators.push_back({owned, range.offset - owned});
+    owned = std::max(owned, End(range));
+  };
+  auto problem = analysis.problems.begin();
+  for (const AnalyzedSyllable& syllable : analysis.syllables) {
+    for (; problem != analysis.problems.end() && ComesFirst(*problem, syllable); ++problem) {
+      own(problem->range);
+    }
+    own(syllable.range);
+  }
+  for (; problem != analysis.problems.end(); ++problem) own(problem->range);
+  own({text.size(), 0});
+}
+
+}  // namespace
+
+Analysis Analyze(int language, std::string_view text, const AnalysisOptions& options) {
+  Analysis analysis = language == sp::LANGUAGE_AMERICAN_ENGLISH
+                          ? AnalyzeArpabet(text, options.rules)
+                          : SyllableReader(language, text, options).Read();
+  AddSeparators(text, analysis);
+  return analysis;
+}
+
+}  // namespace qeo::notation

@@ -1,0 +1,72 @@
+#ifndef NOTATION_ANALYSIS_H_
+#define NOTATION_ANALYSIS_H_
+
+/// How a text is read, syllable by syllable, and everything in it that cannot be: the diagnosis of
+/// a line of a dictionary or a corpus.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "notation/arpabet.h"
+#include "notation/cutting.h"
+#include "notation/export.h"
+#include "notation/jyutping.h"
+#include "notation/pinyin.h"
+#include "notation/records.h"
+#include "phoneme/records.h"
+
+namespace qeo::notation {
+
+struct AnalysisOptions {
+  /// The rules in use; those of other notations do nothing. Without any, and with
+  /// Cutting::kForward, the library itself reads a text without problems in the same way, unless
+  /// it has two capitals in a row ("MA3", which is "ma3" here).
+  RuleSet rules = kPinyinRules.With(kJyutpingRules).With(kArpabetRules);
+  const AliasTable* aliases = nullptr;  ///< for Jyutping, may be null
+  Cutting cutting = Cutting::kWhole;    ///< of words without tones
+};
+
+/// A syllable of a text.
+struct AnalyzedSyllable {
+  /// Its letters without tone as the library spells them, "lv"; for English the names of its phones
+  /// with spaces between them, "hh ax".
+  std::string spelling;
+  char digit = '\0';  ///< its tone or stress digit in the library's notation; '\0' for none
+  /// The bytes of the text that it was read from, tone included. For English also the blanks
+  /// between its phones, and what could not be read among them.
+  Range range;
+  int row = -1;  ///< in the syllable table; -1 for English
+  /// As `py2ph` makes it: phones, code and tone; for English as `pr2ph` does: phones and raw tone.
+  sp::SyllableInfo syllable;
+};
+
+/// A text, read. Ranges are in text order and not empty; every byte of the text is in at least one
+/// of a syllable, a separator or a problem.
+struct Analysis {
+  std::vector<AnalyzedSyllable> syllables;
+  std::vector<Range> separators;  ///< white space, apostrophes and punctuation between syllables
+  std::vector<Application> applied;
+  std::vector<Problem> problems;  ///< all of them; empty when nothing is lost
+};
+
+/// Reads a text of Mandarin as NormalizePinyin does, of Cantonese as NormalizeJyutping, of American
+/// English as ArpabetToPronunciation.
+///
+///   Analysis analysis = Analyze(sp::LANGUAGE_MANDARIN, "Nǐ hoa3");
+///   // syllables: "ni", {0, 3}, code 2243; separators: {3, 1}
+///   // problems: unknown syllable {4, 4}, suggestion "hao3"
+///
+/// A word of a text without tones is cut as the options say. Letters that its cut leaves out are a
+/// problem of their own: kLettersLost, or kUnknownSyllable when nothing of the word is left. What
+/// the other kinds are is said where the text is normalised. Unlike there, a problem of these two
+/// kinds has a suggestion when a syllable is one edit away.
+///
+/// An unregistered language is served by Mandarin. Time and memory are linear in the text.
+NOTATION_EXPORT Analysis Analyze(int language, std::string_view text,
+                                 const AnalysisOptions& options = {});
+
+}  // namespace qeo::notation
+
+#endif  // NOTATION_ANALYSIS_H_
