@@ -42,11 +42,11 @@ std::string ReadAlias(std::string_view line, Alias& alias) {
   const std::string_view syllable = line.substr(tab + 1);
   if (syllable.find('\t') != syllable.npos) return "there is more than one tab";
   if (!IsSpelling(spelling)) {
-    return "'" + std::string(spelling) + "' is not a spelling of 1 to 8 small letters";
+    return '"' + std::string(spelling) + "\" is not a spelling of 1 to 8 small letters";
   }
   const internal::SyllableSet& syllables = internal::SyllableSet::Of(sp::LANGUAGE_CANTONESE);
   if (!IsSpelling(syllable) || !syllables.Has(internal::Pack(syllable))) {
-    return "'" + std::string(syllable) + "' is not a syllable of Jyutping";
+    return '"' + std::string(syllable) + "\" is not a syllable of Jyutping";
   }
   alias = {std::string(spelling), std::string(syllable)};
   return {};
@@ -66,7 +66,7 @@ ParsedAliases AliasTable::Parse(std::string_view text) {
     Alias alias;
     std::string error = ReadAlias(line, alias);
     if (error.empty() && !parsed.table.aliases_.emplace(alias.spelling, alias.syllable).second) {
-      error = "'" + alias.spelling + "' is replaced in an earlier line";
+      error = '"' + alias.spelling + "\" is replaced in an earlier line";
     }
     if (!error.empty()) parsed.errors.push_back({line_number, std::move(error)});
   }

@@ -1,58 +1,63 @@
 #include "tools/convert.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
-#include <cstdint>
+#include <cerrno>
+#include <memory>
 #include <optional>
-#include <string_view>
+#include <system_error>
+#include <utility>
 
+#include "tools/files.h"
+#include "tools/input.h"
 #include "tools/languages.h"
-#include "tools/lines.h"
-#include "tools/reader.h"
-#include "tools/writer.h"
+#include "tools/line_converter.h"
+#include "tools/output.h"
+#include "tools/progress.h"
+#include "tools/records.h"
+#include "tools/workers.h"
 
 namespace qeo::tool {
 namespace {
 
-// Field `column`, counted from 1, of a tab-separated line; nothing when the line has fewer.
-std::optional<std::string_view> Field(std::string_view line, std::size_t column) {
-  for (; column > 1; --column) {
-    const std::size_t tab = line.find('\t');
-    if (tab == std::string_view::npos) {
-      return std::nullopt;
-    }
-    line.remove_prefix(tab + 1);
-  }
-  return line.substr(0, line.find('\t'));
-}
-
 class Job {
  public:
-  explicit Job(const ConvertOptions& options)
-      : options_(options), reader_(options.conversion.language, options.conversion.from) {}
+  explicit Job(const ConvertOptions& options) : options_(options) {
+    if (options.output.empty()) {
+      results_.emplace(STDOUT_FILENO);
+    } else {
+      results_.emplace(options.output);
+    }
+    if (!options.rejects.empty()) {
+      rejects_.emplace(options.rejects);
+    }
+  }
 
   ExitStatus Run();
 
  private:
   void ConvertArguments();
-  void ConvertInput();
-  void ConvertLine(const Line& line);
-  bool ConvertText(std::string_view text);
-  void Report(std::string_view text, std::string_view problem);
+  void ConvertFile();
+  void ConvertInput(int file_descriptor, const std::string& name);
+  std::unique_ptr<Batch> NewBatch();
+  void Finish(std::unique_ptr<Batch> batch);
+  void Finish();
+  void Report(const Output& output, const char* action, const std::string& name);
   void Fail(std::string_view problem);
-  void Flush();
+  bool HasFailedToWrite() const {
+    return results_->error() != 0 || (rejects_ && rejects_->error() != 0);
+  }
 
   const ConvertOptions& options_;
-  Output results_{STDOUT_FILENO};
+  std::optional<Output> results_;
+  std::optional<Output> rejects_;
   Output messages_{STDERR_FILENO};
+  std::optional<Progress> progress_;
+  std::vector<std::unique_ptr<Batch>> spare_batches_;  // with the memory that they have
+  Totals totals_;
   ExitStatus status_ = kSuccess;
-  const char* place_ = "line";
-  std::uint64_t number_ = 0;  // of the line or argument
-
-  // Kept from line to line, to save allocations.
-  Reader reader_;
-  std::string text_;
-  std::string problem_;
+  bool is_complete_ = true;  // all has been read, and what was written so far is written
 };
 
 ExitStatus Job::Run() {
@@ -61,89 +66,146 @@ ExitStatus Job::Run() {
   if (!note.empty()) {
     AppendMessage(note, messages_.text());
   }
+  if (conversion.to == Target::kTsv) {
+    AppendRowHeader(results_->text());
+  }
   if (options_.texts.empty()) {
-    ConvertInput();
+    ConvertFile();
   } else {
     ConvertArguments();
   }
   messages_.Flush();
-  results_.Close();
-  if (results_.error() != 0) {
-    Fail(SystemProblem("cannot write the results", results_.error()));
+  Finish();
+  if (is_complete_ && options_.texts.empty() && !options_.is_quiet) {
+    AppendMessage(Summary(totals_), messages_.text());
   }
   messages_.Flush();
   return status_;
 }
 
 void Job::ConvertArguments() {
-  place_ = "argument";
+  LineConverter converter(options_, "argument");
+  std::uint64_t number = 0;
   for (const std::string& text : options_.texts) {
-    ConvertLine({text, "\n"});
+    std::unique_ptr<Batch> batch = NewBatch();
+    converter.ConvertLine(++number, {text, "\n"}, *batch);
+    Finish(std::move(batch));
   }
 }
 
-void Job::ConvertInput() {
-  LineReader lines(STDIN_FILENO);
-  Line line;
-  while (results_.error() == 0) {
-    if (!lines.HasLine()) {
-      Flush();  // who waits for an answer before writing on gets it
+void Job::ConvertFile() {
+  if (options_.input.empty()) {
+    return ConvertInput(STDIN_FILENO, "standard input");
+  }
+  const int file_descriptor = OpenFile(options_.input, O_RDONLY);
+  if (file_descriptor < 0) {
+    return Fail(SystemProblem("cannot read " + Quoted(options_.input), errno));
+  }
+  ConvertInput(file_descriptor, Quoted(options_.input));
+  ::close(file_descriptor);
+}
+
+void Job::ConvertInput(int file_descriptor, const std::string& name) {
+  std::vector<LineConverter> converters;
+  std::vector<OrderedWorkers<Batch>::Work> works;
+  converters.reserve(options_.jobs);
+  for (std::size_t i = 0; i < options_.jobs; ++i) {
+    LineConverter& converter = converters.emplace_back(options_, "line");
+    works.emplace_back([&converter](Batch& batch) { converter.ConvertBlock(batch); });
+  }
+  std::optional<OrderedWorkers<Batch>> started;
+  try {
+    started.emplace(std::move(works));
+  } catch (const std::system_error& error) {
+    return Fail(SystemProblem("cannot start " + std::to_string(options_.jobs) + " threads",
+                              error.code().value()));
+  }
+  OrderedWorkers<Batch>& workers = *started;
+  progress_.emplace(!options_.is_quiet, BytesAhead(file_descriptor));
+  BlockReader reader(file_descriptor);
+  std::uint64_t line_count = 0;
+  while (!HasFailedToWrite()) {
+    // Who waits for an answer before writing on gets it.
+    while (!workers.IsEmpty() && (workers.IsFull() || !reader.IsReady())) {
+      Finish(workers.TakeOldest());
     }
-    if (!lines.Next(line)) {
+    std::unique_ptr<Batch> batch = NewBatch();
+    if (!reader.Next(batch->input)) {
       break;
     }
-    ConvertLine(line);
+    line_count += batch->input.line_count;
+    workers.Give(std::move(batch));
+    progress_->Show(reader.byte_count(), line_count);
   }
-  if (lines.error() != 0) {
-    Fail(SystemProblem("cannot read standard input", lines.error()));
+  while (!workers.IsEmpty()) {
+    Finish(workers.TakeOldest());
   }
-}
-
-// Writes one line whatever happens, so that the output keeps step with the input.
-void Job::ConvertLine(const Line& line) {
-  ++number_;
-  std::string& out = results_.text();
-  std::optional<std::string_view> text = line.text;
-  if (options_.column != 0) {
-    text = Field(line.text, options_.column);
-    out += line.text;
-    out += '\t';
-  }
-  if (!text) {
-    Report(line.text, "no column " + std::to_string(options_.column));
-  } else if (!ConvertText(*text)) {
-    Report(*text, problem_);
-  }
-  out += line.end;
-  if (results_.IsLarge() || messages_.IsLarge()) {
-    Flush();
+  progress_->Clear();
+  if (reader.error() != 0) {
+    Fail(SystemProblem("cannot read " + name, reader.error()));
   }
 }
 
-bool Job::ConvertText(std::string_view text) {
-  const Conversion& conversion = options_.conversion;
-  text_ = text;
-  if (!reader_.Read(text_)) {
-    problem_ = reader_.problem();
-    return false;
+std::unique_ptr<Batch> Job::NewBatch() {
+  if (spare_batches_.empty()) {
+    return std::make_unique<Batch>();
   }
-  return Write(conversion.language, conversion.to, reader_, results_.text(), problem_);
+  std::unique_ptr<Batch> batch = std::move(spare_batches_.back());
+  spare_batches_.pop_back();
+  return batch;
 }
 
-void Job::Report(std::string_view text, std::string_view problem) {
-  Fail(std::string(place_) + ' ' + std::to_string(number_) + ": " + Quoted(text) + ": " +
-       std::string(problem));
+// Writes what became of a batch. The messages go first: they stand when the results cannot be
+// written.
+void Job::Finish(std::unique_ptr<Batch> batch) {
+  totals_.Add(batch->totals);
+  if (!batch->totals.failed.empty()) {
+    status_ = kFailure;
+  }
+  if (!batch->messages.empty()) {
+    if (progress_) {
+      progress_->Clear();
+    }
+    messages_.Write(batch->messages);
+  }
+  results_->Write(batch->results);
+  if (rejects_) {
+    rejects_->Write(batch->rejects);
+  }
+  batch->Clear();
+  spare_batches_.push_back(std::move(batch));
 }
 
+// Closes all files and gives them their names: a file of which a part is missing gets none.
+void Job::Finish() {
+  results_->Close();
+  if (rejects_) {
+    rejects_->Close();
+  }
+  if (is_complete_ && !HasFailedToWrite()) {
+    results_->GiveName();
+    if (rejects_) {
+      rejects_->GiveName();
+    }
+  }
+  Report(*results_, "cannot write the results", options_.output);
+  if (rejects_) {
+    Report(*rejects_, "cannot write the rejects", options_.rejects);
+  }
+}
+
+void Job::Report(const Output& output, const char* action, const std::string& name) {
+  if (output.error() != 0) {
+    Fail(SystemProblem(name.empty() ? action : std::string(action) + " to " + Quoted(name),
+                       output.error()));
+  }
+}
+
+// Something is missing in the results.
 void Job::Fail(std::string_view problem) {
+  is_complete_ = false;
   AppendMessage(problem, messages_.text());
   status_ = kFailure;
-}
-
-// The messages go first: writing results to a reader that has gone ends the process.
-void Job::Flush() {
-  messages_.Flush();
-  results_.Flush();
 }
 
 }  // namespace

@@ -1,12 +1,13 @@
 #ifndef TOOLS_CONVERT_H_
 #define TOOLS_CONVERT_H_
 
-/// `phoneme convert`: texts from the arguments or standard input, one result a line.
+/// `phoneme convert`: texts from the arguments, a file or standard input.
 
 #include <cstddef>
 #include <string>
 #include <vector>
 
+#include "tools/dictionary.h"
 #include "tools/messages.h"
 #include "tools/notations.h"
 
@@ -14,8 +15,13 @@ namespace qeo::tool {
 
 struct ConvertOptions {
   Conversion conversion;
-  std::size_t column = 0;          ///< field to convert, counted from 1; 0 for the whole line
-  std::vector<std::string> texts;  ///< when empty, the lines of standard input
+  Layout layout;
+  std::vector<std::string> texts;  ///< when empty, the lines of `input`
+  std::string input;               ///< a file, or empty for standard input
+  std::string output;              ///< a file, or empty for standard output
+  std::string rejects;             ///< a file for the lines that fail, or empty
+  std::size_t jobs = 1;            ///< threads that convert
+  bool is_quiet = false;           ///< neither progress nor totals
 };
 
 /// Converts all texts, which `options.conversion` must allow (ConversionProblem), and returns the

@@ -10,53 +10,127 @@ inline constexpr char kDescription[] =
 
 inline constexpr char kLanguageChoice[] = "mandarin, cantonese, english or a language id";
 
-inline constexpr char kColumnHelp[] = "Convert field N of tab-separated lines, append the result";
+inline constexpr char kFromHelp[] =
+    "what is read: pinyin, jyutping or arpabet (the default of their\n"
+    "languages), text, codes, ids or pronunciation";
+
+inline constexpr char kToHelp[] =
+    "what is written: syllables, phones, toned-phones, codes, ids,\n"
+    "pronunciation, marks, arpabet, json or tsv";
+
+inline constexpr char kStrictHelp[] =
+    "no rules: text, for english pronunciation, as the library itself\nreads it";
+
+inline constexpr char kCutHelp[] =
+    "how words without tones are cut: whole (default), forward or\nbackward";
+
+inline constexpr char kAliasesHelp[] = "replace spellings by the table in FILE (jyutping)";
+
+inline constexpr char kFormatHelp[] =
+    "what a line is: lines (default: a text), tsv, cedict, cmudict or\nkaldi";
+
+inline constexpr char kColumnHelp[] = "the field of tsv, which it implies (2 if not said)";
+
+inline constexpr char kHeadwordHelp[] = "the word of cedict: simplified (default) or traditional";
+
+inline constexpr char kOutputHelp[] = "write to FILE, which changes only when all is done";
+
+inline constexpr char kRejectsHelp[] = "write the lines that fail, as they stand, to FILE";
+
+inline constexpr char kLexiconHelp[] =
+    "entries are a word and its phones (--format kaldi if not said):\n"
+    "tell unknown phones, duplicate entries, phones that never occur";
 
 inline constexpr char kFooter[] = R"(Examples:
-  $ phoneme convert -l mandarin --to pronunciation "ni3hao3"
+  $ phoneme convert -l mandarin --to pronunciation "Nǐ hǎo"
   n i 3, h ao 3
   $ phoneme convert -l cantonese --to codes "nei5hou2"
   4035 2382
-  $ phoneme convert -l english --to ids "hh ax 0, l ow 1"
-  33 16 0 36 23 1
+  $ phoneme convert -l english --to pronunciation "HH AH0 L OW1"
+  hh ax 0, l ow 1
 
-'phoneme convert --help' explains the notations.
+'phoneme COMMAND --help' explains a command.
 Exit status: 0, 1 when a text failed or could not be read or written, 2 for bad usage.)";
 
-inline constexpr char kConvertFooter[] = R"(Notations, each for the Mandarin "ni3hao3":
-  text           ni3hao3        pinyin or jyutping, u with diaeresis written v
+inline constexpr char kConvertFooter[] =
+    R"(What people write is read by rules, each of which can be switched; a text that they cannot place
+whole fails. phoneme(1) explains the rules.
+
+Notations, each for "ni3hao3":
+  pinyin         Nǐ hǎo         tone marks, corpus habits (jyutping and arpabet alike)
+  text           ni3hao3        the library's pinyin or jyutping, u with diaeresis written v
   syllables      ni3 hao3       cut, with the tone in the language's range; reads back as text
   phones         n i h ao       phone names alone
+  toned-phones   n i3 h ao3     the tone or stress on the final or vowel
   codes          2243 1173      row of the syllable table * 10 + tone
   ids            24 35 3 28 43 3
                                 a phone is its id + 10; 0 to 9 closes a syllable and is its tone
   pronunciation  n i 3, h ao 3  phone names, then the tone digit, a comma between syllables
+  marks          nǐ hǎo         pinyin with tone marks
+  arpabet        HH AH0 L OW1   of english
+  json, tsv                     an object a line; a row a syllable under a heading
 
-Text and codes convert to everything; ids and pronunciation to phones, ids and pronunciation.
-English has no syllables: it is read from pronunciation or ids.
+Pinyin, jyutping, text and codes convert to everything; arpabet, ids and pronunciation to all but
+syllables, codes and marks.
 
 Examples:
-  $ phoneme convert -l mandarin --to codes "ni3hao3" "Xi'an"
+  $ phoneme convert -l mandarin --to codes "ni3hao3" "Xī'ān"
   2243 1173
-  3515 25
+  3511 21
+  $ phoneme convert -l mandarin --to syllables "yipinguo" "diǎnr" "lu:4"
+  yi5 pin5 guo5
+  dian3 er5
+  lv4
   $ phoneme convert -l cantonese --from codes --to syllables "4035 2382"
   nei5 hou2
-  $ phoneme convert -l english --to phones "hh ax 0, l ow 1"
-  hh ax l ow
-  $ printf 'hello\tni3hao3\tA1\n' | phoneme convert -l mandarin --to phones --column 2
+  $ printf 'hello\tni3hao3\tA1\n' | phoneme convert -q -l mandarin --to phones --column 2
   hello   ni3hao3 A1      n i h ao
-  $ printf 'ni3\nni3 xyz3\nhao3\n' | phoneme convert -l mandarin --to phones
-  phoneme: line 2: "ni3 xyz3": unknown syllable "xyz3"
+  $ echo '女兒 女儿 [nu:3 er2] /girl/' | phoneme convert -q -l mandarin --format cedict --to ids
+  女儿 24 39 3 49 2
+  $ printf 'ni3\nni3 hoa3\nhao3\n' | phoneme convert -l mandarin --to phones
+  phoneme: line 2: "ni3 hoa3": unknown syllable "hoa3", perhaps "hao3"
   n i
 
   h ao
+  phoneme: 3 lines: 2 converted, 1 failed (unknown syllable 1)
 
-Every line gives one line. One that fails gives an empty result, is told on standard error and
-makes the exit status 1. CRLF line ends are kept, and all bytes of the fields passed on.
-What the library drops without a failure is dropped here: letters behind the last syllable that
-it knows ("hello" is "he"), phones behind the last closing byte of ids.
+With lines and tsv every line gives one line; one that fails gives an empty result. In tsv the
+result is a new last field, and lines that begin with "# " are passed on. cedict, cmudict and kaldi
+give "WORD RESULT", without the entries that fail, comments and variant numbers.
+What fails is told on standard error and makes the exit status 1. A line has 1048576 bytes at the
+most. CRLF line ends are kept, a byte order mark is not.
+--strict drops without a word what the library drops: letters behind the last syllable that it knows
+("hello" is "he"), phones behind the last closing byte of ids.
 A language id that the library does not know is served by another language; a note says which.
 A text that begins with "-" goes behind "--".)";
+
+inline constexpr char kCheckFooter[] =
+    R"(Prints a line for everything that convert would not place, in the form that editors read:
+FILE:LINE:COLUMN: KIND: MESSAGE. Columns count bytes from 1. Exit status: 0 when all is clean, 1
+when something was found or could not be read, 2 for bad usage.
+
+Examples:
+  $ printf 'ni3hao3\nwo3 hoa3\nPK san1\n' >text; phoneme check -l mandarin text
+  text:2:5: unknown syllable: "hoa3", perhaps "hao3"
+  text:3:1: foreign text: "PK"
+  $ printf 'wan2gung1 VQ6\n' | phoneme check -l cantonese --json -
+  {"file":"-","line":1,"column":11,"length":3,"severity":"error","kind":"foreign text","message":"\"VQ6\""}
+  $ printf 'hi hh ay1\nhi hh ay1\nby b ai1\n' >lex; phoneme check -l english --lexicon lex | cut -c 1-60
+  lex:2:1: duplicate entry: "hi" as in line 1
+  lex:3:6: unknown phone: "ai"
+  lex:3:1: phones that never occur: aa ae ah ao aw ax er eh ey)";
+
+inline constexpr char kExplainFooter[] =
+    R"(Shows the rules that were applied, the syllables with their places, tones, phones and codes, how
+words without tones can be cut, what could not be placed, and what the library reads without rules.
+
+Example:
+  $ phoneme explain -l cantonese "wan2gung1" | sed -n '/^syllables/,/^$/p'
+  syllables
+    offset  bytes  text     syllable  tone    row  code  initial  final  phone ids
+         0      4  "wan2"   wan       2 -> 2  564  5642  -        uan    93 2
+         4      5  "gung1"  gung      1 -> 1  185  1851  g        ung    19 74 1
+)";
 
 inline constexpr char kPhonesFooter[] =
     R"(Columns: the id, its byte in a phone-id sequence, name, type, and the articulatory features of

@@ -1,25 +1,22 @@
 #include "tools/inventory.h"
 
-#include <cstdint>
 #include <map>
 #include <string_view>
 
-#include "phoneme/phoneme.h"
 #include "tools/languages.h"
 #include "tools/notations.h"
 #include "tools/numbers.h"
 
 namespace qeo::tool {
-namespace {
 
-sp::SpMapping TablesOf(int id) {
+sp::SpMapping TablesOf(int language) {
   std::map<int, sp::SpMapping> tables;
-  for (const Language& language : kLanguages) {
-    if (language.id == id) {
-      language.initialize(tables);
+  for (const Language& entry : kLanguages) {
+    if (entry.id == language) {
+      entry.initialize(tables);
     }
   }
-  return tables[id];
+  return tables[language];
 }
 
 const char* TypeName(std::int32_t type, bool has_syllables) {
@@ -32,6 +29,8 @@ const char* TypeName(std::int32_t type, bool has_syllables) {
       return "silence";
   }
 }
+
+namespace {
 
 void AppendField(std::string_view field, std::string& out) {
   out += '\t';

@@ -4,9 +4,19 @@
 /// `phoneme phones` and `phoneme syllables`: the tables of a language, tab-separated. The first
 /// line names the columns and begins with "# "; "-" stands for an empty field.
 
+#include <cstdint>
 #include <string>
 
+#include "phoneme/phoneme.h"
+
 namespace qeo::tool {
+
+/// The tables of a language, one of kLanguages.
+sp::SpMapping TablesOf(int language);
+
+/// The word for a phone type: in a language without syllables an initial is a consonant and a final
+/// a vowel.
+const char* TypeName(std::int32_t type, bool has_syllables);
 
 /// Appends the phones of `language`, one of kLanguages.
 void AppendPhoneList(int language, std::string& out);

@@ -4,99 +4,96 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <csignal>
 #include <cstddef>
 #include <exception>
-#include <iterator>
+#include <filesystem>
+#include <new>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
+#include "tools/check.h"
+#include "tools/command_line.h"
 #include "tools/convert.h"
+#include "tools/explain.h"
 #include "tools/help.h"
 #include "tools/inventory.h"
 #include "tools/languages.h"
-#include "tools/lines.h"
 #include "tools/messages.h"
 #include "tools/notations.h"
 #include "tools/numbers.h"
+#include "tools/output.h"
 
 namespace qeo::tool {
 namespace {
 
-// What the command line says, before it is understood.
-struct Arguments {
-  std::string language;
-  std::string from;
-  std::string to;
-  std::string column;
-};
+constexpr std::size_t kMostJobs = 256;
 
-template <typename Table>
-std::vector<std::string> Names(const Table& table) {
-  std::vector<std::string> names;
-  std::transform(std::begin(table), std::end(table), std::back_inserter(names),
-                 [](const auto& entry) { return entry.name; });
-  return names;
+std::string JobsProblem(const std::string& text) {
+  std::string problem = CountProblem(text);
+  if (!problem.empty() || *ParseNumber<std::size_t>(text) <= kMostJobs) {
+    return problem;
+  }
+  return Quoted(text) + " is more than " + std::to_string(kMostJobs) + " threads";
 }
 
-// The notation of a name that is in the table.
-template <typename Table>
-auto Find(const Table& table, const std::string& name) {
-  return std::find_if(std::begin(table), std::end(table),
-                      [&](const auto& entry) { return entry.name == name; })
-      ->notation;
-}
-
-std::string LanguageProblem(const std::string& text) {
-  return ParseLanguage(text) ? "" : Quoted(text) + " is no language: " + kLanguageChoice;
-}
-
-std::string ColumnProblem(const std::string& text) {
-  const bool is_column = ParseNumber<std::size_t>(text).value_or(0) > 0;
-  return is_column ? "" : Quoted(text) + " is no column: 1 is the first";
-}
-
-void AddLanguage(CLI::App& command, Arguments& arguments) {
-  command.add_option("-l,--language", arguments.language, kLanguageChoice)
-      ->required()
-      ->check(LanguageProblem)
-      ->type_name("LANG")
-      ->option_text("LANG (required)");
-}
-
-CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
-  CLI::App& command = *app.add_subcommand("convert", "Convert texts from one notation to another");
-  AddLanguage(command, arguments);
-  command.add_option("--to", arguments.to, "syllables, phones, codes, ids or pronunciation")
-      ->required()
-      ->check(CLI::IsMember(Names(kTargets)))
-      ->type_name("NOTATION")
-      ->option_text("NOTATION (required)");
-  command
-      .add_option("--from", arguments.from,
-                  "text (default), codes, ids or pronunciation (default for english)")
-      ->check(CLI::IsMember(Names(kSources)))
-      ->type_name("NOTATION")
-      ->option_text("NOTATION");
-  command.add_option("--column", arguments.column, kColumnHelp)
-      ->check(ColumnProblem)
-      ->type_name("N")
-      ->option_text("N");
-  // As many texts as come. Extra arguments stay off, because they would pull "[a,b]" apart.
-  command
-      .add_option("TEXT", CLI::callback_t(), "what to convert; the lines of standard input if none")
+// The texts of a command that reads files when there are none. Extra arguments stay off, because
+// they would pull "[a,b]" apart.
+void AddTexts(CLI::App& command, const char* name, const char* help, int argument_count) {
+  command.add_option(name, CLI::callback_t(), help)
       ->take_all()
       ->expected(argument_count, CLI::detail::expected_max_vector_size)
       ->allow_extra_args(false)
       ->option_text(" ");
+}
+
+CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
+  CLI::App& command = *app.add_subcommand("convert", "Convert texts from one notation to another");
+  AddLanguage(command, arguments, false);
+  AddChoice(command, "--to", arguments.to, kTargets, kToHelp)
+      .required()
+      ->option_text("NAME (required)");
+  AddReading(command, arguments);
+  AddLayout(command, arguments);
+  AddText(command, "-i,--input", arguments.input, "FILE", "read lines from FILE");
+  AddText(command, "-o,--output", arguments.output, "FILE", kOutputHelp);
+  AddText(command, "--rejects", arguments.rejects, "FILE", kRejectsHelp);
+  AddText(command, "-j,--jobs", arguments.jobs, "N", "convert with N threads").check(JobsProblem);
+  command.add_flag("-q,--quiet", arguments.is_quiet, "no progress bar, no totals")
+      ->disable_flag_override();
+  AddTexts(command, "TEXT", "what to convert; the lines of standard input if none", argument_count);
   command.footer(kConvertFooter);
+  return command;
+}
+
+CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
+  CLI::App& command = *app.add_subcommand("check", "Tell what in a file cannot be converted");
+  AddLanguage(command, arguments, false);
+  AddReading(command, arguments);
+  AddLayout(command, arguments);
+  command.add_flag("--lexicon", arguments.is_lexicon, kLexiconHelp);
+  command.add_flag("--json", arguments.is_json, "a JSON object a line");
+  AddTexts(command, "FILE", "the files to check; \"-\" is standard input", argument_count);
+  command.get_option("FILE")->required();
+  command.footer(kCheckFooter);
+  return command;
+}
+
+CLI::App& AddExplain(CLI::App& app, Arguments& arguments) {
+  CLI::App& command = *app.add_subcommand("explain", "Show how a text is read");
+  AddLanguage(command, arguments, false);
+  AddReading(command, arguments);
+  command.add_option("TEXT", arguments.input, "the text")->required()->option_text(" ");
+  command.footer(kExplainFooter);
   return command;
 }
 
 CLI::App& AddList(CLI::App& app, Arguments& arguments, const char* name, const char* description,
                   const char* footer) {
   CLI::App& command = *app.add_subcommand(name, description);
-  AddLanguage(command, arguments);
+  AddLanguage(command, arguments, true);
   command.footer(footer);
   return command;
 }
@@ -137,18 +134,118 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   if (app.get_subcommands().empty() && !strangers.empty()) {
     return BadUsage(app, "no command " + Quoted(strangers.front()));
   }
+  // An option that is not known is the likelier slip than the argument that is missing besides.
+  for (const std::string& stranger : app.remaining(true)) {
+    if (stranger.size() > 1 && stranger.front() == '-') {
+      return BadUsage(app, "The following argument was not expected: " + stranger);
+    }
+  }
   return BadUsage(app, error.what());
+}
+
+// What is wrong with the texts and files of a conversion taken together.
+std::string FilesProblem(const Arguments& arguments, const std::vector<std::string>& texts,
+                         const Layout& layout) {
+  if (!texts.empty() && !arguments.input.empty()) {
+    return "texts and --input do not go together";
+  }
+  std::error_code error;  // of files that do not exist yet
+  if (!arguments.output.empty() &&
+      (arguments.output == arguments.rejects ||
+       std::filesystem::equivalent(arguments.output, arguments.rejects, error))) {
+    return "--output and --rejects are the same file";
+  }
+  const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
+    return text.find('\n') != std::string::npos;
+  });
+  if (has_line_end && layout.format != Format::kLines) {
+    return "a text with a line end in it is no line of its format";
+  }
+  return "";
 }
 
 ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
                       const std::vector<std::string>& texts) {
-  const int language = ParseLanguage(arguments.language).value();
-  const Source from =
-      arguments.from.empty() ? DefaultSource(language) : Find(kSources, arguments.from);
-  const std::size_t column = ParseNumber<std::size_t>(arguments.column).value_or(0);
-  const ConvertOptions options{{language, from, Find(kTargets, arguments.to)}, column, texts};
-  const std::string problem = ConversionProblem(options.conversion);
-  return problem.empty() ? Convert(options) : BadUsage(app, problem);
+  Reading reading;
+  ConvertOptions options;
+  std::string problem = Understand(arguments, reading);
+  if (problem.empty()) {
+    problem = Understand(arguments, options.layout);
+  }
+  options.conversion = {
+      reading.language, reading.from, Meaning(kTargets, arguments.to), {}, reading.is_strict};
+  if (problem.empty()) {
+    problem = ConversionProblem(options.conversion);
+  }
+  if (problem.empty()) {
+    problem = FilesProblem(arguments, texts, options.layout);
+  }
+  if (!problem.empty()) {
+    return BadUsage(app, problem);
+  }
+  problem = LoadAliases(arguments, reading);
+  if (!problem.empty()) {
+    return PrintMessage(problem, kFailure);
+  }
+  options.conversion.reading = reading.options;
+  options.texts = texts;
+  options.input = arguments.input;
+  options.output = arguments.output;
+  options.rejects = arguments.rejects;
+  options.jobs = ParseNumber<std::size_t>(arguments.jobs).value_or(1);
+  options.is_quiet = arguments.is_quiet;
+  return Convert(options);
+}
+
+ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
+                    const std::vector<std::string>& files) {
+  Reading reading;
+  CheckOptions options;
+  std::string problem = Understand(arguments, reading);
+  if (problem.empty()) {
+    problem = Understand(arguments, options.layout);
+  }
+  if (problem.empty() && arguments.is_lexicon && arguments.format.empty() &&
+      arguments.column.empty()) {
+    options.layout.format = Format::kKaldi;
+  }
+  if (problem.empty() && arguments.is_lexicon && !options.layout.HasWords()) {
+    problem = "--lexicon has a meaning with --format kaldi, cmudict and cedict alone";
+  }
+  if (!problem.empty()) {
+    return BadUsage(app, problem);
+  }
+  problem = LoadAliases(arguments, reading);
+  if (!problem.empty()) {
+    return PrintMessage(problem, kFailure);
+  }
+  options.language = reading.language;
+  options.from = reading.from;
+  options.reading = reading.options;
+  options.is_lexicon = arguments.is_lexicon;
+  options.is_json = arguments.is_json;
+  options.files = files;
+  return Check(options);
+}
+
+ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
+  Reading reading;
+  std::string problem = Understand(arguments, reading);
+  const bool is_text = IsWritten(reading.from) || reading.from == Source::kText;
+  const bool is_known = FallbackNote(reading.language, PhoneLanguage(reading.language)).empty();
+  if (problem.empty() && !(is_text && is_known)) {
+    problem = "only pinyin, jyutping, arpabet and text are explained";
+  }
+  if (!problem.empty()) {
+    return BadUsage(app, problem);
+  }
+  problem = LoadAliases(arguments, reading);
+  if (!problem.empty()) {
+    return PrintMessage(problem, kFailure);
+  }
+  std::string explanation;
+  AppendExplanation(reading.language, arguments.input, reading.options, explanation);
+  return PrintResult(explanation);
 }
 
 void PrintNote(int language, int serving) {
@@ -187,6 +284,8 @@ ExitStatus Run(int argc, char** argv) {
   app.set_version_flag("--version", "phoneme " PHONEME_VERSION, "Print the version");
   app.footer(kFooter);
   const CLI::App& convert = AddConvert(app, arguments, argc);
+  const CLI::App& check = AddCheck(app, arguments, argc);
+  const CLI::App& explain = AddExplain(app, arguments);
   const CLI::App& phones =
       AddList(app, arguments, "phones", "List the phones of a language", kPhonesFooter);
   AddList(app, arguments, "syllables", "List the syllables of a language", kSyllablesFooter);
@@ -202,6 +301,12 @@ ExitStatus Run(int argc, char** argv) {
   if (convert.parsed()) {
     return RunConvert(app, arguments, convert.get_option("TEXT")->results());
   }
+  if (check.parsed()) {
+    return RunCheck(app, arguments, check.get_option("FILE")->results());
+  }
+  if (explain.parsed()) {
+    return RunExplain(app, arguments);
+  }
   return phones.parsed() ? RunPhones(arguments) : RunSyllables(app, arguments);
 }
 
@@ -209,9 +314,14 @@ ExitStatus Run(int argc, char** argv) {
 }  // namespace qeo::tool
 
 int main(int argc, char** argv) {
+  // A reader that has gone and a full disk are told like any other failure to write.
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   try {
     return qeo::tool::Run(argc, argv);
-  } catch (const std::exception& error) {  // memory has run out
+  } catch (const std::bad_alloc&) {
+    return qeo::tool::PrintMessage("out of memory", qeo::tool::kFailure);
+  } catch (const std::exception& error) {
     return qeo::tool::PrintMessage(error.what(), qeo::tool::kFailure);
   }
 }

@@ -3,41 +3,42 @@
 #include <cstddef>
 #include <system_error>
 
+#include "tools/glyphs.h"
+
 namespace qeo::tool {
 namespace {
 
 constexpr std::size_t kLongestQuote = 1000;  // bytes of the text
 
-bool IsControl(char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }
-
-// Whether a byte goes on with a UTF-8 character that began before it.
-bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 }  // namespace
 
 std::string Escaped(std::string_view text) {
-  constexpr char kDigits[] = "0123456789abcdef";
   std::string escaped;
-  for (const char c : text) {
-    if (IsControl(c)) {
-      const auto byte = static_cast<unsigned char>(c);
-      escaped += {'\\', 'x', kDigits[byte / 16], kDigits[byte % 16]};
-    } else {
-      escaped += c;
-    }
+  while (!text.empty()) {
+    const Glyph glyph = ReadGlyph(text);
+    escaped += glyph.shown;
+    text.remove_prefix(glyph.size);
   }
   return escaped;
 }
 
 std::string Quoted(std::string_view text) {
-  if (text.size() <= kLongestQuote) {
-    return '"' + Escaped(text) + '"';
+  std::string quoted = "\"";
+  std::size_t taken = 0;
+  while (taken < text.size()) {
+    const Glyph glyph = ReadGlyph(text.substr(taken));
+    taken += glyph.size;
+    if (taken > kLongestQuote) {
+      return quoted + "...\"";
+    }
+    quoted += glyph.shown;
   }
-  std::size_t size = kLongestQuote;
-  while (size > 0 && IsContinuation(text[size])) {
-    --size;
-  }
-  return '"' + Escaped(text.substr(0, size)) + "...\"";
+  return quoted + '"';
+}
+
+std::string Described(const notation::Problem& problem, std::string_view text) {
+  const std::string bytes = Quoted(text.substr(problem.range.offset, problem.range.length));
+  return problem.suggestion.empty() ? bytes : bytes + ", perhaps " + Quoted(problem.suggestion);
 }
 
 void AppendMessage(std::string_view message, std::string& out) {

@@ -6,16 +6,23 @@
 #include <string>
 #include <string_view>
 
+#include "notation/records.h"
+
 namespace qeo::tool {
 
 /// The exit statuses of the tool.
 enum ExitStatus { kSuccess = 0, kFailure = 1, kBadUsage = 2 };
 
-/// Returns `text` with every control byte as \xNN, so that it fits on one line of a terminal.
+/// Returns `text` as a terminal can show it, on one line: as ReadGlyph shows each of its glyphs.
 std::string Escaped(std::string_view text);
 
-/// Returns `text` escaped and in double quotes, cut short ("...") when it is very long.
+/// Returns `text` escaped and in double quotes, cut short ("...") behind a glyph when it is longer
+/// than 1000 bytes.
 std::string Quoted(std::string_view text);
+
+/// Returns the bytes of a problem in the text that has it, and what may have been meant:
+/// "hoa3", perhaps "hao3".
+std::string Described(const notation::Problem& problem, std::string_view text);
 
 /// Appends the line "phoneme: MESSAGE" to `out`.
 void AppendMessage(std::string_view message, std::string& out);

@@ -6,18 +6,34 @@
 #include <string>
 #include <string_view>
 
+#include "notation/notation.h"
+
 namespace qeo::tool {
 
-enum class Source { kText, kCodes, kIds, kPronunciation };
-enum class Target { kSyllables, kPhones, kCodes, kIds, kPronunciation };
+enum class Source { kPinyin, kJyutping, kArpabet, kText, kCodes, kIds, kPronunciation };
+enum class Target {
+  kSyllables,
+  kPhones,
+  kTonedPhones,
+  kCodes,
+  kIds,
+  kPronunciation,
+  kMarks,
+  kArpabet,
+  kJson,
+  kTsv,
+};
 
-template <typename Notation>
+template <typename Meaning>
 struct Named {
   const char* name;
-  Notation notation;
+  Meaning meaning;
 };
 
 inline constexpr Named<Source> kSources[] = {
+    {"pinyin", Source::kPinyin},
+    {"jyutping", Source::kJyutping},
+    {"arpabet", Source::kArpabet},
     {"text", Source::kText},
     {"codes", Source::kCodes},
     {"ids", Source::kIds},
@@ -27,26 +43,51 @@ inline constexpr Named<Source> kSources[] = {
 inline constexpr Named<Target> kTargets[] = {
     {"syllables", Target::kSyllables},
     {"phones", Target::kPhones},
+    {"toned-phones", Target::kTonedPhones},
     {"codes", Target::kCodes},
     {"ids", Target::kIds},
     {"pronunciation", Target::kPronunciation},
+    {"marks", Target::kMarks},
+    {"arpabet", Target::kArpabet},
+    {"json", Target::kJson},
+    {"tsv", Target::kTsv},
+};
+
+inline constexpr Named<notation::Cutting> kCuttings[] = {
+    {"whole", notation::Cutting::kWhole},
+    {"forward", notation::Cutting::kForward},
+    {"backward", notation::Cutting::kBackward},
 };
 
 /// A byte of a phone-id sequence below this closes a syllable, any other is a phone's id plus this.
 inline constexpr int kFirstPhoneByte = 10;
 
+/// Tells whether a notation is what people write, read by way of rules.
+constexpr bool IsWritten(Source from) {
+  return from == Source::kPinyin || from == Source::kJyutping || from == Source::kArpabet;
+}
+
 /// Tells whether the syllables of a notation have codes.
-constexpr bool HasCodes(Source from) { return from == Source::kText || from == Source::kCodes; }
+constexpr bool HasCodes(Source from) {
+  return from == Source::kPinyin || from == Source::kJyutping || from == Source::kText ||
+         from == Source::kCodes;
+}
 
 struct Conversion {
-  int language;
-  Source from;
-  Target to;
+  int language = 0;
+  Source from = Source::kText;
+  Target to = Target::kSyllables;
+  notation::AnalysisOptions reading = {};  // how a notation that people write is read
+  bool is_strict = false;                  // what the library drops is dropped
 };
 
-/// What a language is read from when the user does not say: text, or pronunciation where the
-/// language has no syllables.
-Source DefaultSource(int language);
+/// What a language is read from when the user does not say: what people write in it, or with
+/// `strict` what the library itself reads.
+Source DefaultSource(int language, bool strict);
+
+/// Returns why texts of a language cannot be read from a notation, or an empty string when they
+/// can.
+std::string SourceProblem(int language, Source from);
 
 /// Returns why there is no such conversion, or an empty string when there is.
 std::string ConversionProblem(const Conversion& conversion);

@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
+#include "tools/library_reading.h"
 #include "tools/messages.h"
 #include "tools/numbers.h"
 #include "xstr/xstr.h"
 
 namespace qeo::tool {
 namespace {
+
+constexpr char kDigits[] = "0123456789";
 
 // Takes the next word of `text` off its front; an empty word when there is none.
 std::string_view TakeWord(std::string_view& text) {
@@ -19,12 +23,23 @@ std::string_view TakeWord(std::string_view& text) {
   return word;
 }
 
+// Where a word that was taken from a text stands.
+notation::Range PlaceOf(std::string_view word, std::string_view text) {
+  return {static_cast<std::size_t>(word.data() - text.data()), word.size()};
+}
+
 }  // namespace
 
 bool Reader::Read(const std::string& text) {
   codes_.clear();
   syllables_.clear();
-  switch (from_) {
+  places_.clear();
+  applied_.clear();
+  switch (conversion_.from) {
+    case Source::kPinyin:
+    case Source::kJyutping:
+    case Source::kArpabet:
+      return ReadWritten(text);
     case Source::kText:
       return ReadText(text);
     case Source::kCodes:
@@ -38,34 +53,82 @@ bool Reader::Read(const std::string& text) {
 }
 
 std::size_t Reader::syllable_count() const {
-  return HasCodes(from_) ? codes_.size() : syllables_.size();
+  return HasCodes(conversion_.from) ? codes_.size() : syllables_.size();
 }
 
 const sp::SyllableInfo& Reader::Syllable(std::size_t index) {
-  if (!HasCodes(from_)) {
+  if (!HasCodes(conversion_.from)) {
     return syllables_[index];
   }
   Decode(codes_[index]);
   return decoded_;
 }
 
+bool Reader::ReadWritten(const std::string& text) {
+  return (!with_places_ && ReadPlainly(text)) || ReadWithPlaces(text);
+}
+
+// Most texts have no problem and need no cutting, and then it is enough to normalise them.
+bool Reader::ReadPlainly(const std::string& text) {
+  const notation::AnalysisOptions& options = conversion_.reading;
+  notation::Normalized normalized;
+  switch (conversion_.from) {
+    case Source::kPinyin:
+      normalized = notation::NormalizePinyin(text, options.rules);
+      break;
+    case Source::kJyutping:
+      normalized = notation::NormalizeJyutping(text, options.rules, options.aliases);
+      break;
+    default:
+      normalized = notation::ArpabetToPronunciation(text, options.rules);
+  }
+  const bool has_tones = normalized.text.find_first_of(kDigits) != std::string::npos;
+  if (!normalized.problems.empty() || !has_tones) {
+    return false;
+  }
+  applied_ = std::move(normalized.applied);
+  return HasCodes(conversion_.from) ? ReadText(normalized.text)
+                                    : ReadPronunciation(normalized.text);
+}
+
+bool Reader::ReadWithPlaces(const std::string& text) {
+  notation::Analysis analysis = notation::Analyze(conversion_.language, text, conversion_.reading);
+  if (!analysis.problems.empty()) {
+    const notation::Problem& first = analysis.problems.front();
+    const std::string_view kind = notation::ProblemName(first.kind);
+    std::string message = std::string(kind) + ' ' + Described(first, text);
+    if (analysis.problems.size() > 1) {
+      message += ", and " + std::to_string(analysis.problems.size() - 1) + " more";
+    }
+    return Fail(kind, std::move(message));
+  }
+  applied_ = std::move(analysis.applied);
+  for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
+    places_.push_back(syllable.range);
+    if (HasCodes(conversion_.from)) {
+      codes_.push_back(static_cast<unsigned short>(syllable.syllable.code));
+    } else {
+      syllables_.push_back(std::move(syllable.syllable));
+    }
+  }
+  return true;
+}
+
 bool Reader::ReadText(const std::string& text) {
-  if (sp::py2code(language_, text, codes_) == 0) {
+  if (sp::py2code(conversion_.language, text, codes_) == 0) {
     return true;
   }
-  std::vector<std::string> pieces;
-  sp::pyw2py(language_, text, pieces, false);
-  const auto unknown = std::find_if(pieces.begin(), pieces.end(), [&](const std::string& piece) {
-    return sp::py2code(language_, piece + ' ', codes_) != 0;  // the blank keeps it in one piece
-  });
-  return Unknown("syllable", unknown == pieces.end() ? text : *unknown);
+  const notation::Range piece =
+      UnknownPiece(conversion_.language, text).value_or(notation::Range{0, text.size()});
+  return Unknown("unknown syllable", text, piece);
 }
 
 bool Reader::ReadCodes(std::string_view text) {
-  for (std::string_view word = TakeWord(text); !word.empty(); word = TakeWord(text)) {
+  std::string_view rest = text;
+  for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
     const std::optional<unsigned short> code = ParseNumber<unsigned short>(word);
     if (!code || !Decode(*code)) {
-      return Unknown("syllable code", word);
+      return Unknown("unknown syllable code", text, PlaceOf(word, text));
     }
     codes_.push_back(*code);
   }
@@ -75,18 +138,21 @@ bool Reader::ReadCodes(std::string_view text) {
 // Leaves the syllable of a code in decoded_.
 bool Reader::Decode(unsigned short code) {
   decoded_.phones.clear();
-  return sp::code2ph(language_, code, decoded_) == 0;
+  return sp::code2ph(conversion_.language, code, decoded_) == 0;
 }
 
 bool Reader::ReadIds(std::string_view text) {
+  std::string_view rest = text;
   if (ParseIds(text) && RegroupIds()) {
-    return true;
+    const bool is_closed = phone_ids_.empty() || phone_ids_.back() < kFirstPhoneByte;
+    return is_closed || conversion_.is_strict ||
+           Fail("phones lost", "phones lost behind the last closing byte");
   }
-  std::string_view word = TakeWord(text);
+  std::string_view word = TakeWord(rest);
   while (ParseIds(word) && RegroupIds()) {
-    word = TakeWord(text);
+    word = TakeWord(rest);
   }
-  return Unknown("phone-id byte", word);
+  return Unknown("unknown phone-id byte", text, PlaceOf(word, text));
 }
 
 // Leaves the numbers of a text in phone_ids_.
@@ -102,7 +168,7 @@ bool Reader::ParseIds(std::string_view text) {
   return true;
 }
 
-bool Reader::RegroupIds() { return sp::ph2ph(language_, phone_ids_, syllables_) == 0; }
+bool Reader::RegroupIds() { return sp::ph2ph(conversion_.language, phone_ids_, syllables_) == 0; }
 
 // By way of the ids, because only phones that have one have a name to write.
 bool Reader::ReadPronunciation(const std::string& text) {
@@ -111,7 +177,7 @@ bool Reader::ReadPronunciation(const std::string& text) {
   }
   for (const std::string& token : xstr::split(text, ",", -1)) {
     if (!ParsePronunciation(token)) {
-      problem_ = SyllableProblem(xstr::trim(token, "\t\r\n ", true));
+      DescribeSyllable(xstr::trim(token, "\t\r\n ", true));
       break;
     }
   }
@@ -121,25 +187,33 @@ bool Reader::ReadPronunciation(const std::string& text) {
 // Leaves the phone ids of a pronunciation in phone_ids_.
 bool Reader::ParsePronunciation(const std::string& text) {
   phone_ids_.clear();
-  return sp::pr2ph(language_, text, phone_ids_) == 0;
+  return sp::pr2ph(conversion_.language, text, phone_ids_) == 0;
 }
 
-// What is wrong with one syllable of a pronunciation.
-std::string Reader::SyllableProblem(const std::string& token) {
+// Says what is wrong with one syllable of a pronunciation.
+void Reader::DescribeSyllable(const std::string& token) {
   const std::vector<std::string> pieces = xstr::split(token, " ", -1);
   if (pieces.size() < 2) {
-    return "not phones and a digit " + Quoted(token);
+    Fail("bad tone", "not phones and a digit " + Quoted(token));
+    return;
   }
   for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
     if (!ParsePronunciation("sil " + pieces[i] + " 0")) {
-      return "unknown phone " + Quoted(pieces[i]);
+      Fail("unknown phone", "unknown phone " + Quoted(pieces[i]));
+      return;
     }
   }
-  return "not one digit " + Quoted(pieces.back());
+  Fail("bad tone", "not one digit " + Quoted(pieces.back()));
 }
 
-bool Reader::Unknown(const char* kind, std::string_view piece) {
-  problem_ = std::string("unknown ") + kind + ' ' + Quoted(piece);
+bool Reader::Unknown(std::string_view kind, std::string_view text, notation::Range place) {
+  Fail(kind, std::string(kind) + ' ' + Quoted(text.substr(place.offset, place.length)));
+  failure_.place = place;
+  return false;
+}
+
+bool Reader::Fail(std::string_view kind, std::string message) {
+  failure_ = {kind, std::move(message), {}};
   codes_.clear();
   syllables_.clear();
   return false;

@@ -13,17 +13,32 @@
 
 namespace qeo::tool {
 
+/// Why a text was not read.
+struct Failure {
+  std::string_view kind;  ///< one of a few constant names, to count failures by
+  std::string message;    ///< one line, for the user
+  /// The bytes of the text that it is about; none when they are not known.
+  notation::Range place = {};
+};
+
 /// Reads texts one after the other and keeps its memory from one to the next.
 class Reader {
  public:
-  Reader(int language, Source from) : language_(language), from_(from) {}
+  /// `with_places`: keep the place in the text of each syllable, where the notation has places.
+  Reader(const Conversion& conversion, bool with_places)
+      : conversion_(conversion), with_places_(with_places) {}
 
-  /// Reads a text. Returns false when the library does not know it all; problem() then names the
-  /// first piece that it does not know, and there are no syllables.
+  /// Reads a text. Returns false when it cannot all be read; failure() then tells why, and there
+  /// are no syllables.
   bool Read(const std::string& text);
 
-  /// One line, for the user.
-  const std::string& problem() const { return problem_; }
+  const Failure& failure() const { return failure_; }
+
+  /// Tells whether the notation is one that rules read.
+  bool is_written() const { return IsWritten(conversion_.from); }
+
+  /// Tells whether the syllables have codes.
+  bool has_codes() const { return HasCodes(conversion_.from); }
 
   /// The syllables of the last text.
   std::size_t syllable_count() const;
@@ -32,7 +47,19 @@ class Reader {
   /// the source notation, and its tone digit in `tone` or in `raw_tone`; the other is 0.
   const sp::SyllableInfo& Syllable(std::size_t index);
 
+  /// The code of syllable `index` in a notation that has codes.
+  unsigned short Code(std::size_t index) const { return codes_[index]; }
+
+  /// The bytes of the text that each syllable was read from; empty without places.
+  const std::vector<notation::Range>& places() const { return places_; }
+
+  /// The rules that were applied to the text.
+  const std::vector<notation::Application>& applied() const { return applied_; }
+
  private:
+  bool ReadWritten(const std::string& text);
+  bool ReadPlainly(const std::string& text);
+  bool ReadWithPlaces(const std::string& text);
   bool ReadText(const std::string& text);
   bool ReadCodes(std::string_view text);
   bool ReadIds(std::string_view text);
@@ -42,18 +69,21 @@ class Reader {
   bool ParseIds(std::string_view text);
   bool ParsePronunciation(const std::string& text);
   bool RegroupIds();
-  std::string SyllableProblem(const std::string& token);
-  bool Unknown(const char* kind, std::string_view piece);
+  void DescribeSyllable(const std::string& token);
+  bool Fail(std::string_view kind, std::string message);
+  bool Unknown(std::string_view kind, std::string_view text, notation::Range place);
 
-  int language_;
-  Source from_;
-  std::string problem_;
+  const Conversion& conversion_;
+  bool with_places_;
+  Failure failure_;
 
-  // Text and codes are kept as codes, ids and pronunciations as syllables.
+  // What has codes is kept as codes, the rest as syllables.
   std::vector<unsigned short> codes_;
   sp::SyllableInfo decoded_;
   std::vector<unsigned char> phone_ids_;
   std::vector<sp::SyllableInfo> syllables_;
+  std::vector<notation::Range> places_;
+  std::vector<notation::Application> applied_;
 };
 
 }  // namespace qeo::tool

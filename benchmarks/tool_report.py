@@ -1,0 +1,102 @@
+"""Runs the tool on the files of lines_benchmark and prints the second table of docs/performance.md.
+
+    tool_report.py TOOL DIRECTORY RESULT    RESULT is the JSON of lines_benchmark
+
+A time is the least of some runs: other work on the machine only ever adds.
+"""
+
+import json
+import os
+import sys
+import time
+
+# file, what the library does for it, options of the tool
+ROWS = [
+    ("text", "py2code", ["--strict", "-l", "mandarin", "--to", "codes"]),
+    ("pinyin", "NormalizePinyin, py2code", ["-l", "mandarin", "--to", "codes"]),
+    ("marks", "NormalizePinyin, py2code", ["-l", "mandarin", "--to", "codes"]),
+    ("toneless", "Analyze", ["-l", "mandarin", "--to", "codes"]),
+    ("arpabet", "ArpabetToPronunciation, pr2ph", ["-l", "english", "--to", "ids"]),
+]
+MOST = 3  # times the library
+LEAST = 1.7  # times one thread, with two
+RUNS = 7
+
+
+def start(tool, options, path):
+    devices = [(os.POSIX_SPAWN_OPEN, 0, path, os.O_RDONLY, 0),
+               (os.POSIX_SPAWN_OPEN, 1, os.devnull, os.O_WRONLY, 0)]
+    return os.posix_spawn(tool, [tool, "convert", "-q", *options], os.environ,
+                          file_actions=devices)
+
+
+def run(tool, options, path):
+    """CPU seconds and seconds that one run took."""
+    begin = time.monotonic()
+    _, status, usage = os.wait4(start(tool, options, path), 0)
+    if status != 0:
+        sys.exit(f"{tool} failed on {path}")
+    return usage.ru_utime + usage.ru_stime, time.monotonic() - begin
+
+
+def memory(tool, options, path):
+    """The most MiB that a run had in memory. What wait4 tells would count this script's as well."""
+    process = start(tool, options, path)
+    most = 0
+    while os.waitpid(process, os.WNOHANG) == (0, 0):
+        with open(f"/proc/{process}/status", encoding="ascii") as file:
+            for line in file:
+                if line.startswith("VmHWM:"):
+                    most = int(line.split()[1])
+        time.sleep(0.001)
+    return most / 1024
+
+
+def least(tool, options, path):
+    """The least of each figure, as each is only ever too large."""
+    return [min(figures) for figures in zip(*(run(tool, options, path) for _ in range(RUNS)))]
+
+
+def main():
+    tool, directory, result = sys.argv[1:]
+    with open(result, encoding="utf-8") as file:
+        document = json.load(file)
+    library, syllables = {}, {}
+    for measured in document["benchmarks"]:
+        if measured.get("error_occurred"):
+            sys.exit(f"{measured['name']}: {measured['error_message']}")
+        if measured["run_type"] == "iteration":
+            name = measured["run_name"]
+            seconds = measured["cpu_time"] / 1e3
+            library[name] = min(seconds, library.get(name, seconds))
+            syllables[name] = round(measured["items_per_second"] * seconds)
+    missed = []
+    print("| lines | the library's own work | ns a syllable | the tool | times the library | at most |"
+          " with -j 2 | times -j 1 | at least |")
+    print("|---|---|---:|---:|---:|---:|---:|---:|---:|")
+    for name, work, options in ROWS:
+        path = os.path.join(directory, name + ".txt")
+        cpu, elapsed = least(tool, options, path)
+        _, elapsed_by_two = least(tool, [*options, "-j", "2"], path)
+        scale = 1e9 / syllables[name]
+        ratio, gain = cpu / library[name], elapsed / elapsed_by_two
+        print(f"| {name} | `{work}` | {library[name] * scale:.1f} | {cpu * scale:.1f} | {ratio:.2f} |"
+              f" {MOST} | {elapsed_by_two * scale:.1f} | {gain:.2f} | {LEAST} |")
+        if ratio > MOST or gain < LEAST:
+            missed.append(name)
+    path = os.path.join(directory, "text.txt")
+    longer = os.path.join(directory, "longer.txt")
+    with open(path, "rb") as file, open(longer, "wb") as copies:
+        lines = file.read()
+        for _ in range(8):
+            copies.write(lines)
+    print("\nMemory: " + ", ".join(
+        f"{memory(tool, ROWS[0][2], name):.1f} MiB for {os.path.getsize(name) / 1e6:.0f} MB of text"
+        for name in (path, longer)) + ".")
+    os.remove(longer)
+    if missed:
+        print(f"\nOutside the limits: {', '.join(missed)}")
+
+
+if __name__ == "__main__":
+    main()

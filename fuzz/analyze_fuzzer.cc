@@ -1,0 +1,94 @@
+// Analyze: every byte of any text is in a syllable, a separator or a problem; what it calls a
+// separator is one, and its syllables are the library's.
+
+#include <algorithm>
+#include <vector>
+
+#include "fuzz/fuzzing.h"
+#include "notation/notation.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation {
+namespace {
+
+using fuzzing::Expect;
+
+constexpr int kLanguages[] = {sp::LANGUAGE_MANDARIN, sp::LANGUAGE_CANTONESE,
+                              sp::LANGUAGE_AMERICAN_ENGLISH};
+constexpr Cutting kCuttings[] = {Cutting::kWhole, Cutting::kForward, Cutting::kBackward};
+
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+bool IsWithin(Range range, std::size_t offset) {
+  return offset >= range.offset && offset - range.offset < range.length;
+}
+
+// How many of the records hold a byte.
+template <typename Record>
+std::ptrdiff_t CountOwners(const std::vector<Record>& records, std::size_t offset) {
+  return std::count_if(records.begin(), records.end(),
+                       [offset](const Record& record) { return IsWithin(record.range, offset); });
+}
+
+// Whether a byte may be a separator: one of the library's, or what the punctuation rule took.
+bool IsSeparator(int language, const Analysis& analysis, const std::string& text, std::size_t at) {
+  if (IsBlank(text[at])) return true;
+  if (language == sp::LANGUAGE_AMERICAN_ENGLISH) return false;
+  const bool is_punctuation = std::any_of(
+      analysis.applied.begin(), analysis.applied.end(), [at](const Application& application) {
+        return application.rule == Rule::kPunctuation && IsWithin(application.range, at);
+      });
+  return is_punctuation || text[at] == '\'' || text[at] == '`';
+}
+
+void ExpectOwners(int language, const std::string& text, const Analysis& analysis) {
+  const bool is_chinese = language != sp::LANGUAGE_AMERICAN_ENGLISH;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const auto separators = std::count_if(analysis.separators.begin(), analysis.separators.end(),
+                                          [at](Range range) { return IsWithin(range, at); });
+    const auto others = CountOwners(analysis.syllables, at) + CountOwners(analysis.problems, at);
+    Expect(separators + others > 0, "every byte has an owner");
+    Expect(separators == 0 || others == 0, "a separator is nothing else");
+    Expect(!is_chinese || separators + others == 1, "a byte has one owner in Chinese");
+    Expect(separators == 0 || IsSeparator(language, analysis, text, at),
+           "separators are separators");
+  }
+}
+
+// Asks the library for the syllables one by one.
+void ExpectLibrarySyllables(int language, const Analysis& analysis) {
+  std::vector<sp::SyllableInfo> records;
+  for (const AnalyzedSyllable& syllable : analysis.syllables) {
+    if (language == sp::LANGUAGE_AMERICAN_ENGLISH) {
+      const int result = sp::pr2ph(language, syllable.spelling + ' ' + syllable.digit, records);
+      Expect(result == 0 && records.size() == 1, "an English syllable parses");
+      Expect(records[0].raw_tone == syllable.syllable.raw_tone, "its stress is that of the digit");
+    } else {
+      const char end = syllable.digit == '\0' ? ' ' : syllable.digit;
+      const int result = sp::py2ph(language, syllable.spelling + end, records);
+      Expect(result == 0 && records.size() == 1, "a syllable is one of the library's");
+      Expect(records[0].code == syllable.syllable.code, "its code is the library's");
+      Expect(syllable.row == static_cast<int>(records[0].code / 10), "its row is that of the code");
+    }
+    Expect(records[0].phones == syllable.syllable.phones, "its phones are the library's");
+  }
+}
+
+}  // namespace
+}  // namespace qeo::notation
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace qeo::notation;
+  qeo::fuzzing::Input input(data, size);
+  const int language = kLanguages[input.Choose(std::size(kLanguages))];
+  AnalysisOptions options;
+  options.cutting = kCuttings[input.Choose(std::size(kCuttings))];
+  if (input.Choose(4) == 0) options.rules = {};
+  const std::size_t switched = input.Choose(64);  // from kRuleCount on: none
+  if (switched < kRuleCount) options.rules = options.rules.Without(static_cast<Rule>(switched));
+  const std::string text = input.Rest();
+  const Analysis analysis = Analyze(language, text, options);
+  ExpectOwners(language, text, analysis);
+  ExpectLibrarySyllables(language, analysis);
+  return 0;
+}

@@ -1,0 +1,192 @@
+#include "tools/check.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+#include <string_view>
+
+#include "tools/files.h"
+#include "tools/findings.h"
+#include "tools/input.h"
+#include "tools/languages.h"
+#include "tools/lexicon_check.h"
+#include "tools/library_reading.h"
+#include "tools/output.h"
+#include "tools/reader.h"
+
+namespace qeo::tool {
+namespace {
+
+// A message without the kind of failure that it may begin with: findings name it anyway.
+std::string WithoutKind(const Failure& failure) {
+  const std::string kind = std::string(failure.kind) + ' ';
+  const bool begins_with_kind = failure.message.compare(0, kind.size(), kind) == 0;
+  return begins_with_kind ? failure.message.substr(kind.size()) : failure.message;
+}
+
+class Checker {
+ public:
+  explicit Checker(const CheckOptions& options)
+      : options_(options),
+        conversion_{options.language, options.from, Target::kPhones, options.reading},
+        reader_(conversion_, false),
+        findings_(options.is_json) {}
+
+  ExitStatus Run();
+
+ private:
+  void CheckFile(const std::string& path);
+  void CheckInput(int file_descriptor, const std::string& path);
+  void CheckBlock(const Block& block);
+  void CheckLine(std::uint64_t number, std::string_view line);
+  void CheckText(std::uint64_t number, std::size_t offset, std::string_view text);
+  void CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text);
+  void ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text);
+  void ReportLost(std::uint64_t number, std::size_t offset, const std::string& text);
+  void Fail(std::string_view problem);
+
+  const CheckOptions& options_;
+  Conversion conversion_;
+  Reader reader_;
+  FindingWriter findings_;
+  std::optional<LexiconCheck> lexicon_;
+  Output messages_{STDERR_FILENO};
+  bool has_failed_ = false;
+};
+
+ExitStatus Checker::Run() {
+  const std::string note = FallbackNote(conversion_.language, ServingLanguage(conversion_));
+  if (!note.empty()) {
+    AppendMessage(note, messages_.text());
+  }
+  for (const std::string& path : options_.files) {
+    CheckFile(path);
+  }
+  findings_.Close();
+  if (findings_.error() != 0) {
+    Fail(SystemProblem("cannot write the findings", findings_.error()));
+  }
+  messages_.Flush();
+  return has_failed_ || findings_.has_problems() ? kFailure : kSuccess;
+}
+
+void Checker::CheckFile(const std::string& path) {
+  findings_.BeginFile(path);
+  if (path == "-") {
+    return CheckInput(STDIN_FILENO, path);
+  }
+  const int file_descriptor = OpenFile(path, O_RDONLY);
+  if (file_descriptor < 0) {
+    return Fail(SystemProblem("cannot read " + Quoted(path), errno));
+  }
+  CheckInput(file_descriptor, path);
+  ::close(file_descriptor);
+}
+
+void Checker::CheckInput(int file_descriptor, const std::string& path) {
+  if (options_.is_lexicon) {
+    lexicon_.emplace(PhoneLanguage(options_.language), options_.from == Source::kArpabet,
+                     findings_);
+  }
+  BlockReader reader(file_descriptor);
+  Block block;
+  std::uint64_t line_count = 0;
+  while (findings_.error() == 0 && reader.Next(block)) {
+    line_count += block.line_count;
+    CheckBlock(block);
+    if (!reader.IsReady()) {
+      findings_.Flush();
+    }
+  }
+  if (reader.error() != 0) {
+    return Fail(SystemProblem("cannot read " + InputName(path), reader.error()));
+  }
+  if (lexicon_) {
+    lexicon_->Finish(line_count);
+  }
+}
+
+void Checker::CheckBlock(const Block& block) {
+  if (block.is_overlong) {
+    if (block.is_first_part) {
+      findings_.Write({block.first_line, 0, 0, "line too long",
+                       "longer than " + std::to_string(kLongestLine) + " bytes", "", true});
+    }
+    return;
+  }
+  std::string_view rest = block.text;
+  for (std::uint64_t number = block.first_line; !rest.empty(); ++number) {
+    CheckLine(number, TakeLine(rest).text);
+  }
+}
+
+void Checker::CheckLine(std::uint64_t number, std::string_view line) {
+  const Entry entry = ReadEntry(options_.layout, line);
+  if (entry.kind == EntryKind::kComment) {
+    return;
+  }
+  if (entry.kind == EntryKind::kBroken) {
+    findings_.Write(
+        {number, 0, line.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
+    return;
+  }
+  const auto offset = static_cast<std::size_t>(entry.text.data() - line.data());
+  if (lexicon_) {
+    lexicon_->Add(number, offset, entry);
+  } else {
+    CheckText(number, offset, entry.text);
+  }
+}
+
+void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_view text) {
+  if (IsWritten(options_.from)) {
+    return CheckWritten(number, offset, text);
+  }
+  const std::string copy(text);
+  if (!reader_.Read(copy)) {
+    return ReportUnread(number, offset, copy);
+  }
+  if (options_.from == Source::kText) {
+    ReportLost(number, offset, copy);
+  }
+}
+
+void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
+  const notation::Analysis analysis =
+      notation::Analyze(ServingLanguage(conversion_), text, options_.reading);
+  for (const notation::Problem& problem : analysis.problems) {
+    findings_.Write({number, offset + problem.range.offset, problem.range.length,
+                     notation::ProblemName(problem.kind), Described(problem, text),
+                     problem.suggestion, true});
+  }
+}
+
+void Checker::ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text) {
+  const Failure& failure = reader_.failure();
+  const bool has_place = failure.place.length != 0;
+  const notation::Range place = has_place ? failure.place : notation::Range{0, text.size()};
+  findings_.Write(
+      {number, offset + place.offset, place.length, failure.kind, WithoutKind(failure), "", true});
+}
+
+// The library reads such a text without a failure, and without these bytes.
+void Checker::ReportLost(std::uint64_t number, std::size_t offset, const std::string& text) {
+  for (const notation::Range& lost : LettersLost(options_.language, text)) {
+    findings_.Write({number, offset + lost.offset, lost.length,
+                     notation::ProblemName(notation::ProblemKind::kLettersLost),
+                     Quoted(std::string_view(text).substr(lost.offset, lost.length)), "", true});
+  }
+}
+
+void Checker::Fail(std::string_view problem) {
+  AppendMessage(problem, messages_.text());
+  has_failed_ = true;
+}
+
+}  // namespace
+
+ExitStatus Check(const CheckOptions& options) { return Checker(options).Run(); }
+
+}  // namespace qeo::tool

@@ -1,0 +1,102 @@
+#ifndef TOOLS_COMMAND_LINE_H_
+#define TOOLS_COMMAND_LINE_H_
+
+/// The options that several commands share: how they are declared, and what they mean.
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <string>
+
+#include "notation/notation.h"
+#include "tools/dictionary.h"
+#include "tools/notations.h"
+
+namespace qeo::tool {
+
+/// What the command line says, before it is understood.
+struct Arguments {
+  std::string language;
+  std::string from;
+  std::string to;
+  std::string cut;
+  std::string aliases;
+  std::string format;
+  std::string column;
+  std::string headword;
+  std::string input;
+  std::string output;
+  std::string rejects;
+  std::string jobs;
+  std::array<bool, notation::kRuleCount> switched = {};  ///< rules that are not as by default
+  bool is_strict = false;
+  bool is_quiet = false;
+  bool is_json = false;
+  bool is_lexicon = false;
+};
+
+void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required);
+
+/// --from, --strict, --cut, --aliases and a switch for each rule.
+void AddReading(CLI::App& command, Arguments& arguments);
+
+/// --format, --column and --headword.
+void AddLayout(CLI::App& command, Arguments& arguments);
+
+/// An option that takes one of the names of a table.
+template <typename Table>
+CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& value,
+                       const Table& table, const std::string& help) {
+  std::vector<std::string> names;
+  for (const auto& entry : table) {
+    names.emplace_back(entry.name);
+  }
+  return *command.add_option(name, value, help)
+              ->check(CLI::IsMember(names))
+              ->type_name("NAME")
+              ->option_text("NAME");
+}
+
+/// An option that takes a text of any sort.
+CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& value,
+                     const char* type, const char* help);
+
+/// What a name of a table means; the first entry when none is given.
+template <typename Table>
+auto Meaning(const Table& table, const std::string& name) {
+  for (const auto& entry : table) {
+    if (name == entry.name) {
+      return entry.meaning;
+    }
+  }
+  return std::begin(table)->meaning;
+}
+
+/// How texts are to be read, and all that this refers to.
+struct Reading {
+  int language = 0;
+  Source from = Source::kText;
+  bool is_strict = false;
+  notation::AliasTable aliases;
+  notation::AnalysisOptions options;  ///< refers to `aliases`
+
+  Reading() = default;
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+};
+
+/// Understands the options of AddLanguage and AddReading. Returns what is wrong with them, or an
+/// empty text.
+std::string Understand(const Arguments& arguments, Reading& reading);
+
+/// Loads the table of --aliases, if there is one, for `reading`. Returns what is wrong with it.
+std::string LoadAliases(const Arguments& arguments, Reading& reading);
+
+/// Understands the options of AddLayout.
+std::string Understand(const Arguments& arguments, Layout& layout);
+
+/// Returns why a text is no positive number, or an empty text.
+std::string CountProblem(const std::string& text);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_COMMAND_LINE_H_

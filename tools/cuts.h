@@ -1,0 +1,26 @@
+#ifndef TOOLS_CUTS_H_
+#define TOOLS_CUTS_H_
+
+/// The ways to cut the words of a text that are written without tones, for the user to compare.
+
+#include <string>
+#include <string_view>
+
+#include "notation/cutting.h"
+
+namespace qeo::tool {
+
+/// Appends how the words that no digit closes are cut in each way of kCuttings, of which `used` is
+/// marked, and how they could be cut. What a cut leaves out stands in brackets: "yi ping [uo]".
+///
+/// The words on which kCuttings differ come first, then those that can be cut in several ways or in
+/// none; what is beyond the first few is counted, as is what can be cut in one way only. Nothing is
+/// appended for a text without such words.
+///
+/// `text` is normalised: letters, digits and blanks.
+void AppendCutsOfWords(int language, std::string_view text, notation::Cutting used,
+                       std::string& out);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_CUTS_H_

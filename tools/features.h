@@ -1,0 +1,18 @@
+#ifndef TOOLS_FEATURES_H_
+#define TOOLS_FEATURES_H_
+
+/// The articulatory features of English phones in words.
+
+#include <string>
+
+#include "phoneme/phoneme.h"
+
+namespace qeo::tool {
+
+/// Returns what the features of a phone say: "fricative, glottal, voiceless"; nothing for a phone
+/// that has none.
+std::string FeatureWords(const sp::PhoneInfo& phone);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_FEATURES_H_

@@ -1,0 +1,51 @@
+#include "tools/findings.h"
+
+#include "tools/json.h"
+#include "tools/messages.h"
+#include "tools/numbers.h"
+
+namespace qeo::tool {
+
+void FindingWriter::Write(const Finding& finding) {
+  has_problems_ = has_problems_ || finding.is_problem;
+  if (is_json_) {
+    WriteJson(finding);
+  } else {
+    WriteText(finding);
+  }
+  output_.text() += '\n';
+  if (output_.IsLarge()) {
+    output_.Flush();
+  }
+}
+
+// FILE:LINE:COLUMN: KIND: MESSAGE, with a column that counts bytes from 1.
+void FindingWriter::WriteText(const Finding& finding) {
+  std::string& out = output_.text();
+  out += Escaped(file_);
+  out += ':';
+  AppendNumber(finding.line, out);
+  out += ':';
+  AppendNumber(finding.offset + 1, out);
+  out += ": ";
+  out += finding.kind;
+  out += ": ";
+  out += finding.message;
+}
+
+void FindingWriter::WriteJson(const Finding& finding) {
+  Json json;
+  json["file"] = file_;
+  json["line"] = finding.line;
+  json["column"] = finding.offset + 1;
+  json["length"] = finding.length;
+  json["severity"] = finding.is_problem ? "error" : "note";
+  json["kind"] = finding.kind;
+  json["message"] = finding.message;
+  if (!finding.suggestion.empty()) {
+    json["suggestion"] = finding.suggestion;
+  }
+  AppendJsonText(json, output_.text());
+}
+
+}  // namespace qeo::tool

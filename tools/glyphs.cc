@@ -1,0 +1,97 @@
+// Asks utf8proc what each character is. Only its kind counts and not its script: a table of
+// harmless characters would always leave somebody's letters out.
+
+#include "tools/glyphs.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+
+namespace qeo::tool {
+namespace {
+
+// Bytes as \xNN.
+std::string Hex(std::string_view bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string hex;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    hex += {'\\', 'x', kDigits[byte / 16], kDigits[byte % 16]};
+  }
+  return hex;
+}
+
+bool IsShown(const utf8proc_property_t& character) {
+  switch (character.category) {
+    case UTF8PROC_CATEGORY_CC:  // controls
+    case UTF8PROC_CATEGORY_CF:  // format characters, of which some change the direction
+    case UTF8PROC_CATEGORY_CN:  // unassigned
+    case UTF8PROC_CATEGORY_ZL:  // these two separate lines and paragraphs
+    case UTF8PROC_CATEGORY_ZP:
+      return false;
+    default:
+      return !character.ignorable;  // fillers and selectors, which leave no trace
+  }
+}
+
+std::size_t CellsOf(utf8proc_int32_t code_point, const utf8proc_property_t& character) {
+  const auto cells = static_cast<std::size_t>(utf8proc_charwidth(code_point));
+  // Unlike the other marks these stand beside their letter, which utf8proc does not count.
+  return character.category == UTF8PROC_CATEGORY_MC ? std::max<std::size_t>(cells, 1) : cells;
+}
+
+}  // namespace
+
+Glyph ReadGlyph(std::string_view text) {
+  utf8proc_int32_t code_point = 0;
+  const utf8proc_ssize_t read =
+      utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                       static_cast<utf8proc_ssize_t>(text.size()), &code_point);
+  if (read > 0) {
+    const std::string_view bytes = text.substr(0, static_cast<std::size_t>(read));
+    const utf8proc_property_t& character = *utf8proc_get_property(code_point);
+    if (IsShown(character)) {
+      return {std::string(bytes), CellsOf(code_point, character), bytes.size()};
+    }
+  }
+  const std::size_t size = read > 0 ? static_cast<std::size_t>(read) : 1;
+  const std::string hex = Hex(text.substr(0, size));
+  return {hex, hex.size(), size};
+}
+
+std::size_t Cells(std::string_view text) {
+  std::size_t cells = 0;
+  while (!text.empty()) {
+    const Glyph glyph = ReadGlyph(text);
+    cells += glyph.cells;
+    text.remove_prefix(glyph.size);
+  }
+  return cells;
+}
+
+std::string Fitted(std::string_view text, std::size_t cells) {
+  constexpr std::string_view kDots = "...";
+  constexpr std::size_t kBytesPerCell = 8;  // marks take no cell, and a letter may have many
+  std::string shown;
+  std::size_t used = 0;
+  std::size_t kept = 0;  // of `shown`, with room for the dots
+  while (!text.empty()) {
+    const Glyph glyph = ReadGlyph(text);
+    used += glyph.cells;
+    shown += glyph.shown;
+    if (used > cells || shown.size() > kBytesPerCell * cells) {
+      return shown.substr(0, kept).append(kDots);
+    }
+    if (used + kDots.size() <= cells) {
+      kept = shown.size();
+    }
+    text.remove_prefix(glyph.size);
+  }
+  return shown;
+}
+
+std::string Quote(std::string_view text, std::size_t cells) {
+  return '"' + Fitted(text, cells - 2) + '"';
+}
+
+}  // namespace qeo::tool

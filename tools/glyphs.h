@@ -1,0 +1,38 @@
+#ifndef TOOLS_GLYPHS_H_
+#define TOOLS_GLYPHS_H_
+
+/// Bytes of any origin as a terminal can show them: text as it stands, and as \xNN what the
+/// terminal would obey and what nobody would see.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace qeo::tool {
+
+/// A character, or a byte that is none.
+struct Glyph {
+  std::string shown;
+  std::size_t cells = 0;  ///< that it takes on a terminal
+  std::size_t size = 0;   ///< bytes of the text
+};
+
+/// Reads the glyph that `text` begins with, which is not empty.
+///
+/// Letters, marks, signs and blanks of any script are shown as they stand. Bytes that are no UTF-8,
+/// controls, changes of direction and other format characters, invisible and unassigned characters
+/// become the numbers of their bytes: "\xc2\x85".
+Glyph ReadGlyph(std::string_view text);
+
+/// Returns how many cells a text takes when it is shown glyph by glyph.
+std::size_t Cells(std::string_view text);
+
+/// Returns as much of `text` as fits into `cells`, with "..." behind it when that is not all.
+std::string Fitted(std::string_view text, std::size_t cells);
+
+/// Returns `text` in double quotes and fitted, the quotes included.
+std::string Quote(std::string_view text, std::size_t cells);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_GLYPHS_H_

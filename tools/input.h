@@ -1,0 +1,69 @@
+#ifndef TOOLS_INPUT_H_
+#define TOOLS_INPUT_H_
+
+/// Input as blocks of whole lines, in constant memory. Lines are bytes of any value.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace qeo::tool {
+
+/// Bytes of the longest line that is taken, its end not counted: 1 MiB. A carriage return counts.
+/// What a line needs in memory while it is read is a few hundred times its length at the most.
+inline constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+
+/// Whole lines of the input, or a part of a line that is longer than kLongestLine.
+struct Block {
+  std::string text;
+  std::uint64_t first_line = 0;  ///< the number of its first line, counted from 1
+  std::uint64_t line_count = 0;
+  bool is_overlong = false;    ///< `text` is a part of one line that is too long
+  bool is_first_part = false;  ///< of that line
+};
+
+struct Line {
+  std::string_view text;  ///< without its end
+  std::string_view end;   ///< "\n" or "\r\n"; "\n" for a last line that has none
+};
+
+/// Takes the first line off `text`, which is not empty.
+Line TakeLine(std::string_view& text);
+
+/// Reads a file from where it stands to its end. A byte order mark at the beginning is left out.
+class BlockReader {
+ public:
+  explicit BlockReader(int file_descriptor) : file_descriptor_(file_descriptor) {}
+
+  /// Tells whether Next will return without waiting for another program.
+  bool IsReady() const;
+
+  /// Reads as many lines as one read gives, one at the least. Returns false at the end of the input
+  /// and after a read error, which also swallows a line that it cut in two.
+  bool Next(Block& block);
+
+  /// The errno of a failed read, 0 when there was none.
+  int error() const { return error_; }
+
+  /// Bytes read so far.
+  std::uint64_t byte_count() const { return byte_count_; }
+
+ private:
+  void ReadLine(std::string& text);
+  bool TakeLines(Block& block);
+  bool TakePart(Block& block);
+  bool Fill(std::string& text);
+
+  int file_descriptor_;
+  int error_ = 0;
+  bool is_at_beginning_ = true;
+  bool is_in_long_line_ = false;
+  std::uint64_t byte_count_ = 0;
+  std::uint64_t next_line_ = 1;
+  std::string rest_;  // read, and not yet returned
+};
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_INPUT_H_

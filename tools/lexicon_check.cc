@@ -1,0 +1,90 @@
+#include "tools/lexicon_check.h"
+
+#include <algorithm>
+
+#include "phoneme/phoneme.h"
+#include "tools/messages.h"
+
+namespace qeo::tool {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\v\f";
+constexpr std::string_view kDigitsAndComma = "0123456789,";
+
+char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+}  // namespace
+
+LexiconCheck::LexiconCheck(int language, bool ignores_case, FindingWriter& findings)
+    : findings_(findings), ignores_case_(ignores_case) {
+  for (int id = 0;; ++id) {
+    const sp::PhoneInfo* const phone = sp::GetPhoneInfoById(language, id);
+    if (phone->id != id) {
+      break;
+    }
+    const bool is_silence = phone->type == sp::PHONE_TYPE_SILENCE;
+    const bool is_new = seen_.emplace(phone->name, is_silence).second;
+    if (is_new) {
+      names_.emplace_back(phone->name);
+    }
+  }
+}
+
+void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const Entry& entry) {
+  std::string key(entry.word);
+  bool has_phones = false;
+  const std::string_view text = entry.text;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find_first_of(kBlanks, begin), text.size());
+    const std::string piece = Known(text.substr(begin, end - begin));
+    const std::string name = piece.substr(0, piece.find_last_not_of(kDigitsAndComma) + 1);
+    has_phones = has_phones || !name.empty();
+    CheckPhone(line, offset + begin, name, text.substr(begin, name.size()));
+    key += ' ' + piece.substr(0, piece.find_last_not_of(',') + 1);
+    begin = std::min(text.find_first_not_of(kBlanks, end), text.size());
+  }
+  if (!has_phones) {
+    findings_.Write({line, offset, text.size(), "not an entry", "no phones", "", true});
+  }
+  const auto [first, is_new] = entries_.emplace(std::move(key), line);
+  if (!is_new) {
+    findings_.Write({line, 0, 0, "duplicate entry",
+                     Quoted(entry.word) + " as in line " + std::to_string(first->second), "",
+                     true});
+  }
+}
+
+// A piece in the case that the phones have.
+std::string LexiconCheck::Known(std::string_view piece) const {
+  std::string known(piece);
+  if (ignores_case_) {
+    std::transform(known.begin(), known.end(), known.begin(), ToLower);
+  }
+  return known;
+}
+
+void LexiconCheck::CheckPhone(std::uint64_t line, std::size_t offset, const std::string& name,
+                              std::string_view written) {
+  const auto found = seen_.find(name);
+  if (found != seen_.end()) {
+    found->second = true;
+  } else if (!name.empty()) {
+    findings_.Write({line, offset, name.size(), "unknown phone", Quoted(written), "", true});
+  }
+}
+
+void LexiconCheck::Finish(std::uint64_t line_count) {
+  std::string unused;
+  for (const std::string& name : names_) {
+    if (!seen_.at(name)) {
+      unused += unused.empty() ? "" : " ";
+      unused += name;
+    }
+  }
+  if (!unused.empty()) {
+    findings_.Write({std::max<std::uint64_t>(line_count, 1), 0, 0, "phones that never occur",
+                     unused, "", false});
+  }
+}
+
+}  // namespace qeo::tool

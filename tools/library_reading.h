@@ -1,0 +1,30 @@
+#ifndef TOOLS_LIBRARY_READING_H_
+#define TOOLS_LIBRARY_READING_H_
+
+/// How the library itself reads romanised text, without the rules of the notations: what stops it,
+/// and what it drops without a word.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "notation/records.h"
+
+namespace qeo::tool {
+
+/// Returns the first piece of a text that is no syllable, for which the library fails; nothing when
+/// it reads the text.
+///
+///   UnknownPiece(sp::LANGUAGE_MANDARIN, "ni3 hoa3");  // {4, 4}, "hoa3"
+std::optional<notation::Range> UnknownPiece(int language, const std::string& text);
+
+/// Returns what the library drops from a text that it reads: the bytes between its syllables that
+/// are no separators, one range a run, in text order.
+///
+///   LettersLost(sp::LANGUAGE_MANDARIN, "yipinguo");  // {6, 2}, "uo": the syllables are yi, ping
+///   LettersLost(sp::LANGUAGE_MANDARIN, "san1 P");    // {5, 1}, "P"
+std::vector<notation::Range> LettersLost(int language, const std::string& text);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_LIBRARY_READING_H_

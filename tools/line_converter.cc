@@ -1,0 +1,121 @@
+#include "tools/line_converter.h"
+
+#include "tools/messages.h"
+#include "tools/records.h"
+
+namespace qeo::tool {
+
+LineConverter::LineConverter(const ConvertOptions& options, const char* place)
+    : layout_(options.layout),
+      to_(options.conversion.to),
+      place_(place),
+      reader_(options.conversion, WritesRecords()),
+      writer_(options.conversion.to) {}
+
+void LineConverter::ConvertBlock(Batch& batch) {
+  if (batch.input.is_overlong) {
+    return RejectPart(batch);
+  }
+  std::string_view rest = batch.input.text;
+  for (std::uint64_t number = batch.input.first_line; !rest.empty(); ++number) {
+    ConvertLine(number, TakeLine(rest), batch);
+  }
+}
+
+// In a format of plain lines each line gives one, also when it fails, so that the output keeps step
+// with the input. A lexicon has no entries that are empty.
+void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& batch) {
+  std::string& out = batch.results;
+  const std::size_t begin = out.size();
+  const Entry entry = ReadEntry(layout_, line.text);
+  if (entry.kind == EntryKind::kComment) {
+    ++batch.totals.comments;
+    if (layout_.format == Format::kTsv && !WritesRecords()) {
+      out.append(line.text).append(line.end);
+    }
+    return;
+  }
+  if (!WritesRecords()) {
+    if (layout_.format == Format::kTsv) {
+      out.append(line.text) += '\t';
+    } else if (layout_.HasWords()) {
+      out.append(entry.word) += ' ';
+    }
+  }
+  if (!ConvertEntry(number, entry, out)) {
+    out.resize(begin);
+    return Fail(number, line, entry, batch);
+  }
+  ++batch.totals.converted;
+  batch.totals.CountRules(reader_.applied());
+  if (to_ != Target::kTsv) {
+    out += line.end;
+  }
+}
+
+bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out) {
+  if (entry.kind == EntryKind::kBroken) {
+    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+    return false;
+  }
+  text_ = entry.text;
+  if (!reader_.Read(text_)) {
+    failure_ = reader_.failure();
+    return false;
+  }
+  if (layout_.HasWords() && reader_.syllable_count() == 0) {
+    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+    return false;
+  }
+  const RecordHead head = {number, entry.word, text_};
+  if (to_ == Target::kJson) {
+    AppendJson(head, reader_, out);
+  } else if (to_ == Target::kTsv) {
+    AppendRows(head, reader_, out);
+  } else if (!writer_.Write(reader_, out)) {
+    failure_ = writer_.failure();
+    return false;
+  }
+  return true;
+}
+
+void LineConverter::Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch) {
+  const std::string_view text = entry.kind == EntryKind::kBroken ? line.text : entry.text;
+  AddMessage(number, Quoted(text) + ": " + failure_.message, batch);
+  ++batch.totals.failed[failure_.kind];
+  batch.rejects.append(line.text).append(line.end);
+  WriteFailure(number, line, entry, batch.results);
+}
+
+void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const Entry& entry,
+                                 std::string& out) {
+  if (to_ == Target::kJson) {
+    const bool is_broken = entry.kind == EntryKind::kBroken;
+    AppendJsonFailure({number, entry.word, is_broken ? line.text : entry.text}, failure_, out);
+    out += line.end;
+  } else if (to_ != Target::kTsv && !layout_.HasWords()) {
+    if (layout_.format == Format::kTsv) {
+      out.append(line.text) += '\t';
+    }
+    out += line.end;
+  }
+}
+
+// A line that is too long comes in parts, and fails once.
+void LineConverter::RejectPart(Batch& batch) {
+  batch.rejects += batch.input.text;
+  if (!batch.input.is_first_part) {
+    return;
+  }
+  failure_ = {"line too long", "longer than " + std::to_string(kLongestLine) + " bytes", {}};
+  AddMessage(batch.input.first_line, failure_.message, batch);
+  ++batch.totals.failed[failure_.kind];
+  WriteFailure(batch.input.first_line, {"", "\n"}, {}, batch.results);
+}
+
+void LineConverter::AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const {
+  AppendMessage(std::string(place_) + ' ' + std::to_string(number) + ": " + std::string(message),
+                batch.messages);
+}
+
+}  // namespace qeo::tool

@@ -1,0 +1,131 @@
+#include "tools/records.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "phoneme/phoneme.h"
+#include "tools/json.h"
+#include "tools/numbers.h"
+#include "tools/writer.h"
+
+namespace qeo::tool {
+namespace {
+
+constexpr char kNone[] = "-";
+
+std::string SpellingOf(const sp::SyllableInfo& syllable) {
+  return sp::code2py(syllable.language, static_cast<unsigned short>(syllable.code), true);
+}
+
+// What Append writes, without the separator behind the last word.
+std::string Written(Target to, const sp::SyllableInfo& syllable) {
+  std::string text;
+  AppendSyllable(to, syllable, text);
+  if (!text.empty()) {
+    text.pop_back();
+  }
+  return text.empty() ? kNone : text;
+}
+
+// ARPAbet may have tabs and the like between the phones of a syllable.
+std::string OnOneField(std::string_view text) {
+  std::string field(text);
+  std::replace_if(
+      field.begin(), field.end(), [](char c) { return c >= '\t' && c <= '\r'; }, ' ');
+  return field;
+}
+
+Json HeadOf(const RecordHead& head) {
+  Json json;
+  json["line"] = head.line;
+  if (!head.word.empty()) {
+    json["word"] = head.word;
+  }
+  json["text"] = head.text;
+  return json;
+}
+
+Json SyllableOf(const RecordHead& head, Reader& reader, std::size_t index) {
+  const sp::SyllableInfo& syllable = reader.Syllable(index);
+  Json json;
+  if (!reader.places().empty()) {
+    const notation::Range& place = reader.places()[index];
+    json["read"] = head.text.substr(place.offset, place.length);
+    json["offset"] = place.offset;
+    json["length"] = place.length;
+  }
+  if (reader.has_codes()) {
+    json["syllable"] = SpellingOf(syllable);
+    json["code"] = syllable.code;
+  }
+  json["tone"] = ToneDigit(syllable);
+  json["phones"] = Json::array();
+  json["ids"] = Json::array();
+  for (const sp::PhoneInfo* phone : syllable.phones) {
+    json["phones"].push_back(phone->name);
+    json["ids"].push_back(phone->id + kFirstPhoneByte);
+  }
+  json["ids"].push_back(ToneDigit(syllable));
+  return json;
+}
+
+}  // namespace
+
+void AppendRowHeader(std::string& out) {
+  out += "# line\tword\tread\toffset\tlength\tsyllable\ttone\tcode\tphones\tids\n";
+}
+
+void AppendRows(const RecordHead& head, Reader& reader, std::string& out) {
+  const auto append = [&out](std::string_view field) {
+    out += '\t';
+    out += field.empty() ? kNone : field;
+  };
+  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
+    const sp::SyllableInfo& syllable = reader.Syllable(i);
+    AppendNumber(head.line, out);
+    append(head.word);
+    if (reader.places().empty()) {
+      append({});
+      append({});
+      append({});
+    } else {
+      const notation::Range& place = reader.places()[i];
+      append(OnOneField(head.text.substr(place.offset, place.length)));
+      append(std::to_string(place.offset));
+      append(std::to_string(place.length));
+    }
+    append(reader.has_codes() ? SpellingOf(syllable) : "");
+    append(std::to_string(ToneDigit(syllable)));
+    append(reader.has_codes() ? std::to_string(syllable.code) : "");
+    append(Written(Target::kPhones, syllable));
+    append(Written(Target::kIds, syllable));
+    out += '\n';
+  }
+}
+
+void AppendJson(const RecordHead& head, Reader& reader, std::string& out) {
+  Json json = HeadOf(head);
+  json["syllables"] = Json::array();
+  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
+    json["syllables"].push_back(SyllableOf(head, reader, i));
+  }
+  if (reader.is_written()) {
+    json["rules"] = Json::array();
+    for (const notation::Application& application : reader.applied()) {
+      json["rules"].push_back({{"rule", notation::RuleName(application.rule)},
+                               {"offset", application.range.offset},
+                               {"length", application.range.length}});
+    }
+  }
+  AppendJsonText(json, out);
+}
+
+void AppendJsonFailure(const RecordHead& head, const Failure& failure, std::string& out) {
+  Json json = HeadOf(head);
+  json["failure"] = failure.kind;
+  json["message"] = failure.message;
+  AppendJsonText(json, out);
+}
+
+}  // namespace qeo::tool
