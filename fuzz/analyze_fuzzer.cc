@@ -4,24 +4,18 @@
 #include <algorithm>
 #include <vector>
 
-#include "fuzz/fuzzing.h"
-#include "notation/notation.h"
-#include "phoneme/phoneme.h"
+#include "fuzz/normalizing.h"
 
 namespace qeo::notation {
 namespace {
 
 using fuzzing::Expect;
+using fuzzing::IsBlank;
+using fuzzing::IsWithin;
 
 constexpr int kLanguages[] = {sp::LANGUAGE_MANDARIN, sp::LANGUAGE_CANTONESE,
                               sp::LANGUAGE_AMERICAN_ENGLISH};
 constexpr Cutting kCuttings[] = {Cutting::kWhole, Cutting::kForward, Cutting::kBackward};
-
-bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-bool IsWithin(Range range, std::size_t offset) {
-  return offset >= range.offset && offset - range.offset < range.length;
-}
 
 // How many of the records hold a byte.
 template <typename Record>
@@ -55,6 +49,13 @@ void ExpectOwners(int language, const std::string& text, const Analysis& analysi
   }
 }
 
+// With the rule off, Mandarin keeps the 0 that stands for no tone.
+bool IsTone(int language, char digit) {
+  const auto tone = static_cast<signed char>(digit - '0');
+  const bool is_none = digit == '\0' || (digit == '0' && language == sp::LANGUAGE_MANDARIN);
+  return is_none || sp::ToneAdaptation(language, tone) == tone;
+}
+
 // Asks the library for the syllables one by one.
 void ExpectLibrarySyllables(int language, const Analysis& analysis) {
   std::vector<sp::SyllableInfo> records;
@@ -69,6 +70,7 @@ void ExpectLibrarySyllables(int language, const Analysis& analysis) {
       Expect(result == 0 && records.size() == 1, "a syllable is one of the library's");
       Expect(records[0].code == syllable.syllable.code, "its code is the library's");
       Expect(syllable.row == static_cast<int>(records[0].code / 10), "its row is that of the code");
+      Expect(IsTone(language, syllable.digit), "its tone needs no folding");
     }
     Expect(records[0].phones == syllable.syllable.phones, "its phones are the library's");
   }

@@ -37,6 +37,26 @@ class Input {
     return byte % count;
   }
 
+  /// True for half of the bytes; false at the end of the input.
+  bool ChooseBool() { return Choose(2) == 1; }
+
+  /// A number of all values, from four bytes or what is left of them.
+  int TakeInt() {
+    std::uint32_t bits = 0;
+    for (int i = 0; i < 4; ++i) bits = bits << 8U | static_cast<std::uint32_t>(Choose(256));
+    return static_cast<int>(bits);
+  }
+
+  /// As many bytes as the next byte says, or what is left of them.
+  std::string TakePart() {
+    const std::size_t size = Choose(256);
+    std::string part(bytes_.substr(0, size));
+    bytes_.remove_prefix(part.size());
+    return part;
+  }
+
+  bool IsAtEnd() const { return bytes_.empty(); }
+
   /// What is left, cut short so that one run stays quick.
   std::string Rest() const { return std::string(bytes_.substr(0, kMostBytes)); }
 

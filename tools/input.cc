@@ -53,13 +53,18 @@ bool BlockReader::Next(Block& block) {
   rest_.clear();
   block.is_first_part = !is_in_long_line_;
   ReadLine(block.text);
-  if (is_at_beginning_ && block.text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0) {
+  if (HasMark(block.text)) {
     block.text.erase(0, kByteOrderMark.size());
   }
   is_at_beginning_ = false;
   block.is_overlong = is_in_long_line_;
   block.first_line = next_line_;
   return is_in_long_line_ ? TakePart(block) : TakeLines(block);
+}
+
+// Whether a byte order mark, which is no part of the first line, stands in front of it.
+bool BlockReader::HasMark(std::string_view text) const {
+  return is_at_beginning_ && text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
 }
 
 // Makes `text` hold at least one line, or more of one that is too long.
@@ -75,7 +80,7 @@ void BlockReader::ReadLine(std::string& text) {
   do {
     newline = text.find('\n', scanned);
     scanned = std::min(newline, text.size());
-    is_in_long_line_ = scanned > kLongestLine;
+    is_in_long_line_ = scanned > kLongestLine + (HasMark(text) ? kByteOrderMark.size() : 0);
   } while (newline == std::string::npos && !is_in_long_line_ && Fill(text));
 }
 

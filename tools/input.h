@@ -50,6 +50,7 @@ class BlockReader {
   std::uint64_t byte_count() const { return byte_count_; }
 
  private:
+  bool HasMark(std::string_view text) const;
   void ReadLine(std::string& text);
   bool TakeLines(Block& block);
   bool TakePart(Block& block);

@@ -1,0 +1,132 @@
+#ifndef FUZZ_LINE_READING_H_
+#define FUZZ_LINE_READING_H_
+
+// A plain splitter of lines, and what must hold for what BlockReader and TakeLine of the tool make
+// of the same bytes.
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fuzz/fuzzing.h"
+#include "tools/input.h"
+
+namespace qeo::fuzzing {
+
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+inline bool HasMark(const std::string& text) {
+  return text.compare(0, kByteOrderMark.size(), kByteOrderMark) == 0;
+}
+
+struct SlowLine {
+  std::string text;
+  std::string end;
+  bool is_overlong = false;
+  bool is_open = false;  // the text ends without a newline
+};
+
+// Bytes up to the newline, with a return in front of it counted among the text for the limit.
+inline std::vector<SlowLine> SplitSlowly(const std::string& text) {
+  std::vector<SlowLine> lines;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t newline = text.find('\n', begin);
+    const std::size_t end = std::min(newline, text.size());
+    const bool is_open = newline == std::string::npos;
+    SlowLine line = {text.substr(begin, end - begin), "\n", end - begin > tool::kLongestLine,
+                     is_open};
+    if (!is_open && !line.text.empty() && line.text.back() == '\r') {
+      line.text.pop_back();
+      line.end = "\r\n";
+    }
+    lines.push_back(line);
+    begin = end + 1;
+  }
+  return lines;
+}
+
+inline int OpenFile(const std::string& text) {
+  const int file = ::memfd_create("lines", MFD_CLOEXEC);
+  Expect(file >= 0, "there is a file");
+  for (std::size_t written = 0; written < text.size();) {
+    const ssize_t count = ::write(file, text.data() + written, text.size() - written);
+    Expect(count > 0, "the file takes the text");
+    written += static_cast<std::size_t>(count);
+  }
+  Expect(::lseek(file, 0, SEEK_SET) == 0, "the file begins again");
+  return file;
+}
+
+class Checker {
+ public:
+  explicit Checker(const std::string& text) : expected_(SplitSlowly(text)) {}
+
+  void Add(const tool::Block& block) {
+    Expect(!block.text.empty(), "a block is not empty");
+    if (block.is_overlong) {
+      AddPart(block);
+    } else {
+      AddLines(block);
+    }
+  }
+
+  void ExpectAll() const { Expect(next_ == expected_.size(), "there are all lines"); }
+
+ private:
+  void AddLines(const tool::Block& block) {
+    Expect(part_.empty(), "a line that is too long comes to its end");
+    Expect(block.first_line == next_ + 1, "the first line's number counts the lines before it");
+    std::string_view rest = block.text;
+    for (std::uint64_t left = block.line_count; left > 0; --left) {
+      Expect(!rest.empty(), "there are as many lines as is said");
+      const tool::Line line = tool::TakeLine(rest);
+      Expect(next_ < expected_.size(), "there are no more lines");
+      const SlowLine& expected = expected_[next_++];
+      Expect(!expected.is_overlong, "no line is too long");
+      Expect(line.text == expected.text && line.end == expected.end, "a line is the slow form's");
+    }
+    Expect(rest.empty(), "there are no more lines than is said");
+  }
+
+  void AddPart(const tool::Block& block) {
+    Expect(next_ < expected_.size(), "there are no more lines");
+    const SlowLine& expected = expected_[next_];
+    Expect(expected.is_overlong, "the line is too long");
+    Expect(block.first_line == next_ + 1, "each part has the line's number");
+    Expect(block.is_first_part == part_.empty(), "the first part is told");
+    Expect(block.line_count == (part_.empty() ? 1 : 0), "the line is counted once");
+    part_ += block.text;
+    const std::string whole = expected.text + (expected.is_open ? "" : expected.end);
+    Expect(part_ == whole.substr(0, part_.size()), "the parts are the line");
+    if (part_ != whole) return;
+    ++next_;
+    part_.clear();
+  }
+
+  std::vector<SlowLine> expected_;
+  std::size_t next_ = 0;
+  std::string part_;  // of a line that is too long, as far as it has come
+};
+
+/// Reads a file to its end, and closes it.
+inline void ExpectLines(int file, const std::string& text) {
+  Checker checker(HasMark(text) ? text.substr(kByteOrderMark.size()) : text);
+  tool::BlockReader reader(file);
+  tool::Block block;
+  block.text = "stale";
+  Expect(reader.IsReady(), "there is something to read, or the end");
+  while (reader.Next(block)) checker.Add(block);
+  checker.ExpectAll();
+  Expect(!reader.Next(block), "the end stays the end");
+  Expect(reader.error() == 0, "there is no error");
+  Expect(reader.byte_count() == text.size(), "all bytes are counted");
+  ::close(file);
+}
+
+}  // namespace qeo::fuzzing
+
+#endif  // FUZZ_LINE_READING_H_

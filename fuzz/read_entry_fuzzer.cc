@@ -1,0 +1,99 @@
+// ReadEntry of the tool: for each format the kind, the word and the pronunciation are those of a
+// slow form that takes the words of the line one by one; all are views into the line.
+
+#include "fuzz/fuzzing.h"
+#include "notation/arpabet.h"
+#include "tools/dictionary.h"
+#include "xstr/xstr.h"
+
+namespace {
+
+using namespace qeo;
+using fuzzing::Expect;
+using tool::EntryKind;
+using tool::Format;
+
+constexpr char kBlanks[] = " \t\r\v\f";
+
+struct SlowEntry {
+  EntryKind kind = EntryKind::kBroken;
+  std::string word;
+  std::string text;
+};
+
+SlowEntry Make(const std::string& word, const std::string& text) {
+  return {word.empty() || text.empty() ? EntryKind::kBroken : EntryKind::kEntry, word, text};
+}
+
+std::string Trim(const std::string& text) { return xstr::trim(text, kBlanks, true); }
+
+std::string TakeWord(std::string& line) {
+  std::string word;
+  while (!line.empty() && std::string(kBlanks).find(line[0]) == std::string::npos) {
+    word += line[0];
+    line.erase(0, 1);
+  }
+  line = xstr::trim(line, kBlanks, false);
+  return word;
+}
+
+SlowEntry ReadTsv(const std::string& line, std::size_t column) {
+  if (line.compare(0, 2, "# ") == 0) return {EntryKind::kComment, "", ""};
+  const std::vector<std::string> fields = xstr::split(line, "\t", 0);
+  if (fields.size() < column) return {};
+  return {EntryKind::kEntry, "", fields[column - 1]};
+}
+
+SlowEntry ReadCedict(std::string line, tool::Headword headword) {
+  const std::string traditional = TakeWord(line);
+  const std::string simplified = TakeWord(line);
+  const std::string& word = headword == tool::Headword::kTraditional ? traditional : simplified;
+  const std::vector<std::string> parts = xstr::split(line, "]", 2);
+  if (line.compare(0, 1, "[") != 0 || parts.size() < 2) return Make(word, "");
+  return Make(word, Trim(parts[0].substr(1)));
+}
+
+SlowEntry ReadCmudict(const std::string& line) {
+  const notation::CmudictLine parsed = notation::ParseCmudictLine(line);
+  if (parsed.kind != notation::CmudictLineKind::kEntry) return {EntryKind::kComment, "", ""};
+  return Make(std::string(parsed.word), std::string(parsed.phones));
+}
+
+SlowEntry ReadSlowly(const tool::Layout& layout, const std::string& line) {
+  if (layout.format == Format::kLines) return {EntryKind::kEntry, "", line};
+  if (layout.format == Format::kTsv) return ReadTsv(line, layout.column);
+  std::string entry = Trim(line);
+  const bool is_comment = layout.format == Format::kCedict && entry.compare(0, 1, "#") == 0;
+  if (entry.empty() || is_comment) return {EntryKind::kComment, "", ""};
+  if (layout.format == Format::kCedict) return ReadCedict(entry, layout.headword);
+  if (layout.format == Format::kCmudict) return ReadCmudict(entry);
+  const std::string word = TakeWord(entry);
+  return Make(word, entry);
+}
+
+bool IsWithin(std::string_view part, const std::string& line) {
+  return part.empty() ||
+         (part.data() >= line.data() && part.data() + part.size() <= line.data() + line.size());
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzzing::Input input(data, size);
+  tool::Layout layout;
+  layout.format = tool::kFormats[input.Choose(std::size(tool::kFormats))].meaning;
+  layout.headword = tool::kHeadwords[input.Choose(std::size(tool::kHeadwords))].meaning;
+  layout.column = 1 + input.Choose(8);
+  const std::string line = input.Rest();
+
+  const tool::Entry entry = tool::ReadEntry(layout, line);
+  const SlowEntry expected = ReadSlowly(layout, line);
+  Expect(entry.kind == expected.kind, "the kind is the slow form's");
+  Expect(IsWithin(entry.word, line) && IsWithin(entry.text, line), "both are views into the line");
+  Expect(!tool::BrokenLineProblem(layout).empty(), "what is wrong has a name");
+  if (entry.kind != EntryKind::kEntry) return 0;
+  Expect(entry.word == expected.word, "the word is the slow form's");
+  Expect(entry.text == expected.text, "the pronunciation is the slow form's");
+  Expect(!layout.HasWords() || (!entry.word.empty() && !entry.text.empty()), "an entry has both");
+  return 0;
+}
