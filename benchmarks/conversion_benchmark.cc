@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "benchmarks/allocation_counter.h"
 #include "benchmarks/corpus.h"
 #include "phoneme/phoneme.h"
+#include "tests/allocation_counter.h"
 #include "tests/reference/reference.h"
 
 namespace qeo::sp::benchmarks {
@@ -65,9 +65,9 @@ void BM_convert(benchmark::State& state, const std::vector<Input>& inputs, std::
     state.SkipWithError("the library and its reference form disagree");
     return;
   }
-  const std::size_t before = CountAllocations();
+  const std::size_t before = allocations::Count();
   Total(inputs, convert);
-  const auto allocations = static_cast<double>(CountAllocations() - before);
+  const auto allocations = static_cast<double>(allocations::Count() - before);
   state.counters["allocations"] = allocations / static_cast<double>(syllable_count);
   for (auto _ : state) benchmark::DoNotOptimize(Total(inputs, convert));
   state.SetItemsProcessed(state.iterations() * syllable_count);
@@ -160,6 +160,23 @@ void Register(const std::string& name, const std::vector<Input>& inputs, std::si
   }
 }
 
+/// Registers a conversion that one thread does and that two do at once, each all inputs with an
+/// output container of its own.
+template <typename Input, typename Make>
+void RegisterThreads(const std::string& name, const std::vector<Input>& inputs,
+                     std::size_t syllables, Make make) {
+  const auto syllable_count = static_cast<std::int64_t>(syllables);
+  auto reference = make(kReference);
+  const std::int64_t expected = Total(inputs, reference);
+  benchmark::RegisterBenchmark(("threads/" + name).c_str(),
+                               [=, &inputs](benchmark::State& state) {
+                                 BM_convert(state, inputs, expected, syllable_count,
+                                            make(kLibrary));
+                               })
+      ->ThreadRange(1, 2)
+      ->UseRealTime();
+}
+
 void RegisterScan(const std::string& name, const std::vector<std::string>& texts,
                   std::size_t syllable_count) {
   benchmark::RegisterBenchmark(name.c_str(), [=, &texts](benchmark::State& state) {
@@ -195,6 +212,25 @@ void RegisterPronunciations(const std::string& suffix, const Corpus& corpus) {
            [=](const Form& form) { return ParsePhoneIds(form, language); });
   Register("ph2ph/bytes" + suffix, corpus.phone_ids, count,
            [=](const Form& form) { return Regroup(form, language); });
+}
+
+void RegisterTwoThreads(const Corpus& corpus) {
+  const int language = corpus.language;
+  const std::size_t count = corpus.syllable_count;
+  RegisterThreads("py2code/toned/mandarin", corpus.toned, count,
+                  [=](const Form& form) { return ToCodes(form, language); });
+  RegisterThreads("py2ph/toned/mandarin", corpus.toned, count,
+                  [=](const Form& form) { return ToSyllables(form, language); });
+  RegisterThreads("pyw2py/forward/mandarin", corpus.toneless, count,
+                  [=](const Form& form) { return ToSpellings(form, language, false); });
+  RegisterThreads("pr2ph/syllables/mandarin", corpus.pronunciations, count,
+                  [=](const Form& form) { return ParseSyllables(form, language); });
+  RegisterThreads("pr2ph/bytes/mandarin", corpus.pronunciations, count,
+                  [=](const Form& form) { return ParsePhoneIds(form, language); });
+  RegisterThreads("ph2ph/bytes/mandarin", corpus.phone_ids, count,
+                  [=](const Form& form) { return Regroup(form, language); });
+  RegisterThreads("code2ph/codes/mandarin", corpus.codes, count,
+                  [=](const Form& form) { return Expand(form, language); });
 }
 
 /// Registers words of three syllables and one text that is all those words without a separator. The
@@ -233,6 +269,7 @@ void RegisterAll(std::size_t word_count) {
   RegisterPronunciations("/mandarin", mandarin);
   RegisterPronunciations("/cantonese", cantonese);
   RegisterPronunciations("/english", english);
+  RegisterTwoThreads(mandarin);
 
   static const std::vector<std::string> words = MakePlainWords(word_count * kLongTextBytesPerWord);
   static const std::vector<std::string> text = {

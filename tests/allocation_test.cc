@@ -1,72 +1,14 @@
 // How many blocks of memory each conversion allocates when its output container is reused. The
-// counts are exact: this executable counts every operator new.
+// counts are exact: this executable is linked to allocation_counter.cc.
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <vector>
 
 #include "phoneme/phoneme.h"
-
-namespace {
-
-std::size_t allocation_count = 0;
-
-void* Allocate(std::size_t size) noexcept {
-  ++allocation_count;
-  return std::malloc(size == 0 ? 1 : size);
-}
-
-void* AllocateAligned(std::size_t size, std::align_val_t alignment) noexcept {
-  ++allocation_count;
-  const auto unit = static_cast<std::size_t>(alignment);
-  return std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
-}
-
-// Not inlined, or g++ takes it for a free() of what another operator new gave.
-[[gnu::noinline]] void Free(void* block) noexcept { std::free(block); }
-
-void* OrThrow(void* block) {
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) { return OrThrow(Allocate(size)); }
-void* operator new[](std::size_t size) { return OrThrow(Allocate(size)); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void* operator new(std::size_t size, std::align_val_t alignment) {
-  return OrThrow(AllocateAligned(size, alignment));
-}
-void* operator new[](std::size_t size, std::align_val_t alignment) {
-  return OrThrow(AllocateAligned(size, alignment));
-}
-void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-  return AllocateAligned(size, alignment);
-}
-void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-  return AllocateAligned(size, alignment);
-}
-
-void operator delete(void* block) noexcept { Free(block); }
-void operator delete[](void* block) noexcept { Free(block); }
-void operator delete(void* block, std::size_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t) noexcept { Free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { Free(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { Free(block); }
-void operator delete(void* block, std::align_val_t) noexcept { Free(block); }
-void operator delete[](void* block, std::align_val_t) noexcept { Free(block); }
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { Free(block); }
-void operator delete(void* block, std::align_val_t, const std::nothrow_t&) noexcept { Free(block); }
-void operator delete[](void* block, std::align_val_t, const std::nothrow_t&) noexcept {
-  Free(block);
-}
+#include "tests/allocation_counter.h"
 
 namespace qeo::sp {
 namespace {
@@ -77,9 +19,9 @@ using Bytes = std::vector<unsigned char>;
 template <typename Call>
 std::size_t AllocationsOfASecondCall(const Call& call) {
   call();
-  const std::size_t before = allocation_count;
+  const std::size_t before = allocations::Count();
   call();
-  return allocation_count - before;
+  return allocations::Count() - before;
 }
 
 std::string Repeat(const std::string& unit, std::size_t count) {
@@ -92,9 +34,9 @@ std::string Repeat(const std::string& unit, std::size_t count) {
 
 // The phone sets are there before main: also the first call of the process makes nothing.
 TEST(Allocations, NoneInTheFirstCall) {
-  const std::size_t before = allocation_count;
+  const std::size_t before = allocations::Count();
   const int id = GetPhoneInfoById(LANGUAGE_CANTONESE, 94)->id;
-  EXPECT_EQ(allocation_count - before, 0U);
+  EXPECT_EQ(allocations::Count() - before, 0U);
   EXPECT_EQ(id, 94);
 }
 
@@ -269,7 +211,7 @@ TEST(Allocations, OneASyllableInPh2Ph) {
 TEST(Allocations, NoneInCode2PhAndCode2Py) {
   SyllableInfo syllable;
   syllable.phones.reserve(2);
-  const std::size_t before = allocation_count;
+  const std::size_t before = allocations::Count();
   std::size_t phones = 0;
   std::size_t letters = 0;
   for (const int language : {10000, 10001, 20000, 30000}) {
@@ -280,7 +222,7 @@ TEST(Allocations, NoneInCode2PhAndCode2Py) {
       letters += code2py(language, static_cast<unsigned short>(code), true).size();
     }
   }
-  EXPECT_EQ(allocation_count - before, 0U);
+  EXPECT_EQ(allocations::Count() - before, 0U);
   EXPECT_GT(phones, 20'000U);
   EXPECT_GT(letters, 200'000U);
 }
@@ -288,7 +230,7 @@ TEST(Allocations, NoneInCode2PhAndCode2Py) {
 TEST(Allocations, NoneInTheLookups) {
   const std::string names[] = {"iou", "aa", "E", "nope", ""};
   const PhoneInfo* phone = GetPhoneInfoById(LANGUAGE_AMERICAN_ENGLISH, 8);
-  const std::size_t before = allocation_count;
+  const std::size_t before = allocations::Count();
   int sum = 0;
   for (const int language : {10000, 10001, 20000, 20005, 30000}) {
     for (int value = 0; value < 256; ++value) {
@@ -303,7 +245,7 @@ TEST(Allocations, NoneInTheLookups) {
       sum += LexiconEnPhoneTypeStr(name.c_str()) + LexiconEnPhoneId(name.c_str());
     }
   }
-  EXPECT_EQ(allocation_count - before, 0U);
+  EXPECT_EQ(allocations::Count() - before, 0U);
   EXPECT_NE(sum, 0);
 }
 

@@ -6,14 +6,17 @@
 # In a transcript "$ " stands before a command, "> " before each line of its standard output, "! "
 # before each line of its standard error, and "exit N" says its status when it is not 0. All other
 # lines are for the reader. Commands find the tool as `phoneme`, the real lexicons in $DATA, and an
-# empty directory to work in. To accept new results after reading them: PHONEME_ACCEPT=1.
+# empty directory to work in; $LIMITS is not empty where the tool can start with little memory, which
+# it cannot under some sanitizers. To accept new results after reading them: PHONEME_ACCEPT=1.
 
 set -eu
 PATH=$(dirname "$1"):$PATH
 case_file=$(realpath "$2")
 DATA=$(realpath "$3")
 LC_ALL=C
-export PATH DATA LC_ALL
+LIMITS=yes
+{ (ulimit -v 100000 && phoneme --version); } >/dev/null 2>&1 || LIMITS=
+export PATH DATA LC_ALL LIMITS
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
