@@ -44,6 +44,7 @@ class Checker {
   void CheckText(std::uint64_t number, std::size_t offset, std::string_view text);
   void CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text);
   void ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text);
+  void ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text);
   void ReportLost(std::uint64_t number, std::size_t offset, const std::string& text);
   void Fail(std::string_view problem);
 
@@ -77,12 +78,11 @@ void Checker::CheckFile(const std::string& path) {
   if (path == "-") {
     return CheckInput(STDIN_FILENO, path);
   }
-  const int file_descriptor = OpenFile(path, O_RDONLY);
-  if (file_descriptor < 0) {
+  const File file = OpenFile(path, O_RDONLY);
+  if (!file.IsOpen()) {
     return Fail(SystemProblem("cannot read " + Quoted(path), errno));
   }
-  CheckInput(file_descriptor, path);
-  ::close(file_descriptor);
+  CheckInput(file.descriptor(), path);
 }
 
 void Checker::CheckInput(int file_descriptor, const std::string& path) {
@@ -128,9 +128,7 @@ void Checker::CheckLine(std::uint64_t number, std::string_view line) {
     return;
   }
   if (entry.kind == EntryKind::kBroken) {
-    findings_.Write(
-        {number, 0, line.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
-    return;
+    return ReportBroken(number, 0, line);
   }
   const auto offset = static_cast<std::size_t>(entry.text.data() - line.data());
   if (lexicon_) {
@@ -151,6 +149,15 @@ void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_vi
   if (options_.from == Source::kText) {
     ReportLost(number, offset, copy);
   }
+  for (std::size_t i = 0; i < reader_.syllable_count(); ++i) {
+    if (reader_.Syllable(i).phones.empty()) {
+      findings_.Write({number, offset, copy.size(), "no phones",
+                       "syllable " + std::to_string(i + 1), "", true});
+    }
+  }
+  if (options_.layout.HasWords() && reader_.syllable_count() == 0) {
+    ReportBroken(number, offset, text);
+  }
 }
 
 void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
@@ -161,6 +168,22 @@ void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string
                      notation::ProblemName(problem.kind), Described(problem, text),
                      problem.suggestion, true});
   }
+  for (const notation::AnalyzedSyllable& syllable : analysis.syllables) {
+    if (syllable.syllable.phones.empty()) {
+      const std::string_view written = text.substr(syllable.range.offset, syllable.range.length);
+      findings_.Write({number, offset + syllable.range.offset, syllable.range.length, "no phones",
+                       Quoted(written), "", true});
+    }
+  }
+  if (options_.layout.HasWords() && analysis.syllables.empty() && analysis.problems.empty()) {
+    ReportBroken(number, offset, text);
+  }
+}
+
+// An entry without a word, or without a syllable.
+void Checker::ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text) {
+  findings_.Write(
+      {number, offset, text.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
 }
 
 void Checker::ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text) {

@@ -28,14 +28,17 @@ struct RuleSwitch {
 
 // A rule that is in use by default has a switch that begins with "no". Aliases need their table.
 constexpr RuleSwitch kRuleSwitches[] = {
-    {Rule::kFullWidth, "--no-full-width", "full-width letters and digits to ASCII"},
-    {Rule::kPunctuation, "--no-punctuation", "punctuation between syllables to a space"},
+    {Rule::kFullWidth, "--no-full-width",
+     "full-width letters and digits to ASCII (pinyin, jyutping)"},
+    {Rule::kPunctuation, "--no-punctuation",
+     "punctuation between syllables to a space (pinyin, jyutping)"},
     {Rule::kDiaeresis, "--no-diaeresis", "u: and u with diaeresis, lue and nue to v (pinyin)"},
     {Rule::kToneMark, "--no-tone-mark", "tone marks to digits (pinyin)"},
     {Rule::kNeutralTone, "--no-neutral-tone", "tone 0 or none to 5 (pinyin)"},
     {Rule::kErhua, "--no-erhua", "r5 to er5 (pinyin)"},
     {Rule::kFusedErhua, "--no-fused-erhua", "dianr3 to dian3 er5 (pinyin)"},
-    {Rule::kAbbreviation, "--no-abbreviation", "capitals kept apart and reported"},
+    {Rule::kAbbreviation, "--no-abbreviation",
+     "capitals kept apart and reported (pinyin, jyutping)"},
     {Rule::kGlued, "--no-glued", "a space between glued syllables (jyutping)"},
     {Rule::kLowerCase, "--no-lower-case", "phone names to lower case (arpabet)"},
     {Rule::kReducedVowel, "--no-reduced-vowel", "AH0 to ax (arpabet)"},
@@ -78,18 +81,16 @@ std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
 
 // Reads a small file whole. Returns the errno of a failure, or 0.
 int ReadFile(const std::string& path, std::string& text) {
-  const int file_descriptor = OpenFile(path, O_RDONLY);
-  if (file_descriptor < 0) {
+  const File file = OpenFile(path, O_RDONLY);
+  if (!file.IsOpen()) {
     return errno;
   }
   char buffer[4096];
   ssize_t count = 0;
-  while ((count = ::read(file_descriptor, buffer, sizeof buffer)) > 0) {
+  while ((count = ::read(file.descriptor(), buffer, sizeof buffer)) > 0) {
     text.append(buffer, static_cast<std::size_t>(count));
   }
-  const int error = count < 0 ? errno : 0;
-  ::close(file_descriptor);
-  return error;
+  return count < 0 ? errno : 0;
 }
 
 std::string ReadAliases(const std::string& path, notation::AliasTable& aliases) {
@@ -142,9 +143,12 @@ void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required) {
       ->option_text(is_required ? "LANG (required)" : "LANG");
 }
 
-void AddReading(CLI::App& command, Arguments& arguments) {
+void AddSource(CLI::App& command, Arguments& arguments) {
   AddChoice(command, "--from", arguments.from, kSources, kFromHelp);
   command.add_flag("--strict", arguments.is_strict, kStrictHelp)->disable_flag_override();
+}
+
+void AddRules(CLI::App& command, Arguments& arguments) {
   AddChoice(command, "--cut", arguments.cut, kCuttings, kCutHelp);
   AddText(command, "--aliases", arguments.aliases, "FILE", kAliasesHelp);
   for (const RuleSwitch& rule_switch : kRuleSwitches) {

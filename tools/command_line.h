@@ -36,8 +36,11 @@ struct Arguments {
 
 void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required);
 
-/// --from, --strict, --cut, --aliases and a switch for each rule.
-void AddReading(CLI::App& command, Arguments& arguments);
+/// --from and --strict.
+void AddSource(CLI::App& command, Arguments& arguments);
+
+/// --cut, --aliases and a switch for each rule.
+void AddRules(CLI::App& command, Arguments& arguments);
 
 /// --format, --column and --headword.
 void AddLayout(CLI::App& command, Arguments& arguments);
@@ -84,8 +87,8 @@ struct Reading {
   Reading& operator=(const Reading&) = delete;
 };
 
-/// Understands the options of AddLanguage and AddReading. Returns what is wrong with them, or an
-/// empty text.
+/// Understands the options of AddLanguage, AddSource and AddRules. Returns what is wrong with them,
+/// or an empty text.
 std::string Understand(const Arguments& arguments, Reading& reading);
 
 /// Loads the table of --aliases, if there is one, for `reading`. Returns what is wrong with it.

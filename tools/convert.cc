@@ -41,8 +41,8 @@ class Job {
   void ConvertFile();
   void ConvertInput(int file_descriptor, const std::string& name);
   std::unique_ptr<Batch> NewBatch();
-  void Finish(std::unique_ptr<Batch> batch);
-  void Finish();
+  void WriteBatch(std::unique_ptr<Batch> batch);
+  void CloseFiles();
   void Report(const Output& output, const char* action, const std::string& name);
   void Fail(std::string_view problem);
   bool HasFailedToWrite() const {
@@ -75,7 +75,7 @@ ExitStatus Job::Run() {
     ConvertArguments();
   }
   messages_.Flush();
-  Finish();
+  CloseFiles();
   if (is_complete_ && options_.texts.empty() && !options_.is_quiet) {
     AppendMessage(Summary(totals_), messages_.text());
   }
@@ -89,7 +89,7 @@ void Job::ConvertArguments() {
   for (const std::string& text : options_.texts) {
     std::unique_ptr<Batch> batch = NewBatch();
     converter.ConvertLine(++number, {text, "\n"}, *batch);
-    Finish(std::move(batch));
+    WriteBatch(std::move(batch));
   }
 }
 
@@ -97,12 +97,11 @@ void Job::ConvertFile() {
   if (options_.input.empty()) {
     return ConvertInput(STDIN_FILENO, "standard input");
   }
-  const int file_descriptor = OpenFile(options_.input, O_RDONLY);
-  if (file_descriptor < 0) {
+  const File file = OpenFile(options_.input, O_RDONLY);
+  if (!file.IsOpen()) {
     return Fail(SystemProblem("cannot read " + Quoted(options_.input), errno));
   }
-  ConvertInput(file_descriptor, Quoted(options_.input));
-  ::close(file_descriptor);
+  ConvertInput(file.descriptor(), Quoted(options_.input));
 }
 
 void Job::ConvertInput(int file_descriptor, const std::string& name) {
@@ -125,9 +124,9 @@ void Job::ConvertInput(int file_descriptor, const std::string& name) {
   BlockReader reader(file_descriptor);
   std::uint64_t line_count = 0;
   while (!HasFailedToWrite()) {
-    // Who waits for an answer before writing on gets it.
+    // A program that waits for an answer before it writes more gets it.
     while (!workers.IsEmpty() && (workers.IsFull() || !reader.IsReady())) {
-      Finish(workers.TakeOldest());
+      WriteBatch(workers.TakeOldest());
     }
     std::unique_ptr<Batch> batch = NewBatch();
     if (!reader.Next(batch->input)) {
@@ -138,7 +137,7 @@ void Job::ConvertInput(int file_descriptor, const std::string& name) {
     progress_->Show(reader.byte_count(), line_count);
   }
   while (!workers.IsEmpty()) {
-    Finish(workers.TakeOldest());
+    WriteBatch(workers.TakeOldest());
   }
   progress_->Clear();
   if (reader.error() != 0) {
@@ -157,7 +156,7 @@ std::unique_ptr<Batch> Job::NewBatch() {
 
 // Writes what became of a batch. The messages go first: they stand when the results cannot be
 // written.
-void Job::Finish(std::unique_ptr<Batch> batch) {
+void Job::WriteBatch(std::unique_ptr<Batch> batch) {
   totals_.Add(batch->totals);
   if (!batch->totals.failed.empty()) {
     status_ = kFailure;
@@ -177,7 +176,7 @@ void Job::Finish(std::unique_ptr<Batch> batch) {
 }
 
 // Closes all files and gives them their names: a file of which a part is missing gets none.
-void Job::Finish() {
+void Job::CloseFiles() {
   results_->Close();
   if (rejects_) {
     rejects_->Close();

@@ -16,7 +16,7 @@ namespace {
 
 // Of a text; an ordinary word has fewer cuts.
 constexpr std::size_t kMaxWords = 2;
-constexpr std::size_t kMaxCuts = 4;
+constexpr std::size_t kMaxCuts = 3;
 
 struct WordsToCut {
   std::vector<std::string_view> ambiguous;  // in the order in which they are shown

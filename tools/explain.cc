@@ -26,9 +26,9 @@ namespace {
 
 // Rows of a list that are shown; an ordinary word has fewer.
 constexpr std::size_t kMaxRules = 6;
-constexpr std::size_t kMaxSyllables = 8;
-constexpr std::size_t kMaxPhones = 12;
-constexpr std::size_t kMaxProblems = 6;
+constexpr std::size_t kMaxSyllables = 6;
+constexpr std::size_t kMaxPhones = 6;
+constexpr std::size_t kMaxProblems = 4;
 
 std::string OrDash(std::string_view text) { return text.empty() ? "-" : std::string(text); }
 
@@ -278,7 +278,9 @@ void Explanation::AppendWithoutRules(std::string& out) const {
     return AppendLine("fails", reader.failure().message, "\n", out);
   }
   Records records;
-  HasSyllableTable() ? sp::py2ph(language_, text_, records) : sp::pr2ph(language_, text_, records);
+  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
+    records.push_back(reader.Syllable(i));
+  }
   AppendLine("reads", Notation(records), " ", out);
   // A pronunciation that is read at all is read whole.
   AppendLine("loses", HasSyllableTable() ? ShowLost(language_, text_) : "nothing", ", ", out);

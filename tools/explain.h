@@ -13,7 +13,7 @@ namespace qeo::tool {
 /// the library's notations, cuts of words without tones, problems, and what the library reads
 /// without any rule. `language` is one of kLanguages.
 ///
-/// The text may be any bytes. The lines are UTF-8 without control characters, at most 100 cells of
+/// The text may be any bytes. The lines are UTF-8 without control characters, at most 80 cells of
 /// a terminal wide, and long lists are cut short ("... and 7 more").
 void AppendExplanation(int language, const std::string& text,
                        const notation::AnalysisOptions& options, std::string& out);

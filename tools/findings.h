@@ -3,6 +3,8 @@
 
 /// What a check has found, in the form that editors and CI systems read or as JSON.
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -46,7 +48,7 @@ class FindingWriter {
   bool is_json_;
   bool has_problems_ = false;
   std::string file_;
-  Output output_{1};
+  Output output_{STDOUT_FILENO};
 };
 
 }  // namespace qeo::tool

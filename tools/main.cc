@@ -55,7 +55,8 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
   AddChoice(command, "--to", arguments.to, kTargets, kToHelp)
       .required()
       ->option_text("NAME (required)");
-  AddReading(command, arguments);
+  AddSource(command, arguments);
+  AddRules(command, arguments);
   AddLayout(command, arguments);
   AddText(command, "-i,--input", arguments.input, "FILE", "read lines from FILE");
   AddText(command, "-o,--output", arguments.output, "FILE", kOutputHelp);
@@ -71,7 +72,8 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
 CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
   CLI::App& command = *app.add_subcommand("check", "Tell what in a file cannot be converted");
   AddLanguage(command, arguments, false);
-  AddReading(command, arguments);
+  AddSource(command, arguments);
+  AddRules(command, arguments);
   AddLayout(command, arguments);
   command.add_flag("--lexicon", arguments.is_lexicon, kLexiconHelp);
   command.add_flag("--json", arguments.is_json, "a JSON object a line");
@@ -83,8 +85,8 @@ CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
 
 CLI::App& AddExplain(CLI::App& app, Arguments& arguments) {
   CLI::App& command = *app.add_subcommand("explain", "Show how a text is read");
-  AddLanguage(command, arguments, false);
-  AddReading(command, arguments);
+  AddLanguage(command, arguments, true);
+  AddRules(command, arguments);
   command.add_option("TEXT", arguments.input, "the text")->required()->option_text(" ");
   command.footer(kExplainFooter);
   return command;
@@ -143,16 +145,23 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   return BadUsage(app, error.what());
 }
 
+// Whether two names lead to the same file, which need not exist yet.
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;  // then the name stands as it is
+  const auto resolved = [&error](const std::string& name) {
+    const std::filesystem::path path = std::filesystem::absolute(name, error);
+    return std::filesystem::weakly_canonical(path, error);
+  };
+  return !b.empty() && (resolved(a) == resolved(b) || std::filesystem::equivalent(a, b, error));
+}
+
 // What is wrong with the texts and files of a conversion taken together.
 std::string FilesProblem(const Arguments& arguments, const std::vector<std::string>& texts,
                          const Layout& layout) {
   if (!texts.empty() && !arguments.input.empty()) {
     return "texts and --input do not go together";
   }
-  std::error_code error;  // of files that do not exist yet
-  if (!arguments.output.empty() &&
-      (arguments.output == arguments.rejects ||
-       std::filesystem::equivalent(arguments.output, arguments.rejects, error))) {
+  if (!arguments.output.empty() && IsSameFile(arguments.output, arguments.rejects)) {
     return "--output and --rejects are the same file";
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
@@ -231,10 +240,8 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
 ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
   Reading reading;
   std::string problem = Understand(arguments, reading);
-  const bool is_text = IsWritten(reading.from) || reading.from == Source::kText;
-  const bool is_known = FallbackNote(reading.language, PhoneLanguage(reading.language)).empty();
-  if (problem.empty() && !(is_text && is_known)) {
-    problem = "only pinyin, jyutping, arpabet and text are explained";
+  if (problem.empty() && !IsWritten(reading.from)) {
+    problem = "language " + LanguageName(reading.language) + " is not known";
   }
   if (!problem.empty()) {
     return BadUsage(app, problem);

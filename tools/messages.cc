@@ -16,7 +16,7 @@ std::string Escaped(std::string_view text) {
   std::string escaped;
   while (!text.empty()) {
     const Glyph glyph = ReadGlyph(text);
-    escaped += glyph.shown;
+    escaped += glyph.shown == "\\" ? "\\\\" : glyph.shown;
     text.remove_prefix(glyph.size);
   }
   return escaped;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -20,46 +21,53 @@ namespace {
 constexpr std::size_t kLargeBytes = std::size_t{1} << 17;
 constexpr mode_t kNewFileMode = 0666;  // less what the user's umask takes away
 
-// Names of files that are not finished, which a signal handler can read.
-using FileName = std::array<char, PATH_MAX>;
-std::array<FileName, 2> unfinished_files = {};
+// A file that is not finished, for a signal handler: the name counts while `is_set`.
+struct UnfinishedFile {
+  std::array<char, PATH_MAX> name = {};
+  volatile std::sig_atomic_t is_set = 0;
+};
+std::array<UnfinishedFile, 2> unfinished_files = {};
 
 extern "C" void RemoveUnfinishedFiles(int signal) {
-  for (const FileName& name : unfinished_files) {
-    if (name[0] != '\0') {
-      ::unlink(name.data());
+  for (const UnfinishedFile& file : unfinished_files) {
+    if (file.is_set != 0) {
+      ::unlink(file.name.data());
     }
   }
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
 
-// The entry for a name that is not there yet, or null.
-FileName* FindUnfinished(const std::string& name) {
-  for (FileName& entry : unfinished_files) {
-    if (entry.data() == name) {
-      return &entry;
-    }
+// Leaves a signal that is ignored, as under nohup, ignored.
+void HandleSignal(int signal) {
+  struct sigaction action = {};
+  if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
+    action.sa_handler = RemoveUnfinishedFiles;
+    ::sigaction(signal, &action, nullptr);
   }
-  return nullptr;
 }
 
 void RemoveWhenKilled(const std::string& name) {
-  FileName* const entry = FindUnfinished("");
-  if (entry == nullptr || name.size() >= entry->size()) {
-    return;
-  }
-  name.copy(entry->data(), name.size());
-  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
-    if (std::signal(signal, RemoveUnfinishedFiles) == SIG_IGN) {
-      std::signal(signal, SIG_IGN);  // as under nohup
+  for (UnfinishedFile& file : unfinished_files) {
+    if (file.is_set != 0 || name.size() >= file.name.size()) {
+      continue;
     }
+    file.name.fill('\0');
+    name.copy(file.name.data(), name.size());
+    std::atomic_signal_fence(std::memory_order_release);
+    file.is_set = 1;
+    break;
+  }
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    HandleSignal(signal);
   }
 }
 
 void KeepWhenKilled(const std::string& name) {
-  if (FileName* const entry = FindUnfinished(name); entry != nullptr) {
-    entry->fill('\0');
+  for (UnfinishedFile& file : unfinished_files) {
+    if (file.is_set != 0 && file.name.data() == name) {
+      file.is_set = 0;
+    }
   }
 }
 
@@ -67,7 +75,7 @@ void KeepWhenKilled(const std::string& name) {
 mode_t ModeOf(const std::string& path) {
   struct stat status = {};
   if (::stat(path.c_str(), &status) == 0) {
-    return status.st_mode & 07777;
+    return status.st_mode & 0777;
   }
   const mode_t mask = ::umask(0);
   ::umask(mask);
@@ -103,11 +111,11 @@ std::string ResolveLinks(const std::string& path) {
 
 Output::Output(const std::string& path) {
   if (IsSpecialFile(path)) {
-    file_descriptor_ = OpenFile(path, O_WRONLY);
+    file_ = OpenFile(path, O_WRONLY);
   } else {
     OpenBeside(ResolveLinks(path));
   }
-  if (file_descriptor_ < 0) {
+  if (!file_.IsOpen()) {
     Fail(errno);
   }
 }
@@ -117,13 +125,17 @@ void Output::OpenBeside(const std::string& path) {
     return;
   }
   temporary_ = path.substr(0, path.rfind('/') + 1) + ".phoneme-XXXXXX";
-  file_descriptor_ = MoveBeyondStandard(::mkostemp(temporary_.data(), O_CLOEXEC));
-  if (file_descriptor_ < 0) {
+  const int created = ::mkostemp(temporary_.data(), O_CLOEXEC);
+  if (created < 0) {
     return;
   }
-  path_ = path;
+  path_ = path;  // from here on the destructor removes the file
+  file_ = MoveBeyondStandard(created);
+  if (!file_.IsOpen()) {
+    return;
+  }
   RemoveWhenKilled(temporary_);
-  if (::fchmod(file_descriptor_, ModeOf(path)) != 0) {
+  if (::fchmod(file_.descriptor(), ModeOf(path)) != 0) {
     Fail(errno);
   }
 }
@@ -148,7 +160,7 @@ void Output::Write(std::string_view lines) {
 void Output::Send(std::string_view lines) {
   std::string_view rest = lines;
   while (!rest.empty() && error_ == 0) {
-    const ssize_t count = ::write(file_descriptor_, rest.data(), rest.size());
+    const ssize_t count = ::write(file_.descriptor(), rest.data(), rest.size());
     if (count >= 0) {
       rest.remove_prefix(static_cast<std::size_t>(count));
     } else if (errno != EINTR) {
@@ -160,12 +172,12 @@ void Output::Send(std::string_view lines) {
 
 void Output::TakeBackPartOfLine(std::string_view written) {
   const std::size_t part = written.size() - (written.rfind('\n') + 1);
-  const off_t end = ::lseek(file_descriptor_, 0, SEEK_CUR);
+  const off_t end = ::lseek(file_.descriptor(), 0, SEEK_CUR);
   struct stat status = {};
-  const bool is_file = ::fstat(file_descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+  const bool is_file = ::fstat(file_.descriptor(), &status) == 0 && S_ISREG(status.st_mode);
   if (part > 0 && end >= 0 && is_file) {
     // Nothing can be done about a failure: the first one is being reported already.
-    static_cast<void>(::ftruncate(file_descriptor_, end - static_cast<off_t>(part)) == 0);
+    static_cast<void>(::ftruncate(file_.descriptor(), end - static_cast<off_t>(part)) == 0);
   }
 }
 
@@ -173,10 +185,9 @@ bool Output::IsLarge() const { return text_.size() >= kLargeBytes; }
 
 void Output::Close() {
   Flush();
-  if (file_descriptor_ >= 0 && ::close(file_descriptor_) != 0) {
-    Fail(errno);
+  if (const int error = file_.Close(); error != 0) {
+    Fail(error);
   }
-  file_descriptor_ = -1;
 }
 
 void Output::GiveName() {

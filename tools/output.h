@@ -6,17 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "tools/files.h"
+
 namespace qeo::tool {
 
-/// Where text is written. What is written is remembered as failed once and for all.
+/// Where text is written. A failure is remembered, and nothing is written after it.
 class Output {
  public:
   /// Writes to an open file descriptor.
-  explicit Output(int file_descriptor) : file_descriptor_(file_descriptor) {}
+  explicit Output(int file_descriptor) : file_(file_descriptor) {}
 
   /// Writes to a file that gets its name, in place of an older one, from GiveName alone; until then
-  /// it has another one in the same directory, which goes when it is not finished, or the process
-  /// is killed by a signal that can be caught. What is no regular file, a pipe or a device, is
+  /// it has another one in the same directory, which goes when it is not finished, or SIGHUP,
+  /// SIGINT or SIGTERM ends the process. What is no regular file, a pipe or a device, is
   /// written to as it is.
   explicit Output(const std::string& path);
 
@@ -52,7 +54,7 @@ class Output {
   void OpenBeside(const std::string& path);
   void TakeBackPartOfLine(std::string_view written);
 
-  int file_descriptor_ = -1;
+  File file_;
   int error_ = 0;
   std::string text_;
   std::string path_;       // to be given at the end, empty when there is none

@@ -6,15 +6,16 @@
 # Sets `options` to those of a command. A comma joins two spellings of the same option.
 _phoneme_options() {
   local language='-h,--help -l,--language'
-  local reading='--from --strict --cut --aliases'
+  local source='--from --strict'
+  local reading='--cut --aliases'
   local layout='--format --column --headword'
   local rules='--no-full-width --no-punctuation --no-diaeresis --no-tone-mark --no-neutral-tone
     --no-erhua --no-fused-erhua --no-abbreviation --no-glued --no-lower-case --no-reduced-vowel
     --no-missing-stress --second-stress'
   local files='-i,--input -o,--output --rejects'
   case $1 in
-    convert) options="$language --to $reading $layout $files -j,--jobs -q,--quiet $rules" ;;
-    check) options="$language $reading $layout --lexicon --json $rules" ;;
+    convert) options="$language --to $source $reading $layout $files -j,--jobs -q,--quiet $rules" ;;
+    check) options="$language $source $reading $layout --lexicon --json $rules" ;;
     explain) options="$language $reading $rules" ;;
     phones | syllables) options=$language ;;
     '') options='-h,--help --version' ;;

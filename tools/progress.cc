@@ -14,7 +14,7 @@ namespace {
 constexpr auto kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr std::size_t kBarWidth = 40;
 
-// The bar is no result, so a terminal that takes it not is no failure.
+// The bar is no result, so a terminal that does not take it is no failure.
 void Draw(std::string_view text) {
   static_cast<void>(::write(STDERR_FILENO, text.data(), text.size()) == 0);
 }

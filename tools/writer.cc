@@ -134,11 +134,15 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   std::size_t size = 0;
   const std::size_t count = reader.syllable_count();
   for (std::size_t i = 0; i < count; ++i) {
-    const std::size_t code = reader.Code(i);
-    if ((code >= by_code_.size() || by_code_[code].size == 0) && !AddCode(reader, i)) {
-      return FailAt(i);
+    const CodeText& text = TextOf(reader, i);
+    if (text.size == 0) {
+      out.append(texts.data(), size);
+      size = 0;
+      if (!AppendSyllable(to_, reader.Syllable(i), out)) {
+        return FailAt(i);
+      }
+      continue;
     }
-    const CodeText& text = by_code_[code];
     if (size + text.bytes.size() > texts.size()) {
       out.append(texts.data(), size);
       size = 0;
@@ -150,20 +154,21 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   return true;
 }
 
-// Makes the text of a code. Returns false when it has none.
-bool Writer::AddCode(Reader& reader, std::size_t index) {
-  std::string made;
-  if (!AppendSyllable(to_, reader.Syllable(index), made)) {
-    return false;
-  }
+// The text of a code, made when it is asked for first; of size 0 when it has none or it is too
+// long.
+const Writer::CodeText& Writer::TextOf(Reader& reader, std::size_t index) {
   const std::size_t code = reader.Code(index);
   if (code >= by_code_.size()) {
     by_code_.resize(code + 1);
   }
   CodeText& text = by_code_[code];
-  text.size = static_cast<std::uint8_t>(std::min(made.size(), text.bytes.size()));
-  std::copy_n(made.begin(), text.size, text.bytes.begin());
-  return true;
+  std::string made;
+  if (text.size == 0 && AppendSyllable(to_, reader.Syllable(index), made) &&
+      made.size() <= text.bytes.size()) {
+    text.size = static_cast<std::uint8_t>(made.size());
+    std::copy(made.begin(), made.end(), text.bytes.begin());
+  }
+  return text;
 }
 
 bool Writer::WriteSyllables(Reader& reader, std::string& out) {

@@ -29,16 +29,16 @@ class Writer {
   const Failure& failure() const { return failure_; }
 
  private:
-  // A syllable as text, with what stands behind it. No notation needs more than half of the room.
+  // A syllable as text, with what stands behind it.
   struct CodeText {
-    std::uint8_t size = 0;  // 0 where it has not been made
+    std::uint8_t size = 0;  // 0 where there is none
     std::array<char, 31> bytes = {};
   };
 
   bool WriteArpabet(Reader& reader, std::string& out);
   bool WriteCodes(Reader& reader, std::string& out);
   bool WriteSyllables(Reader& reader, std::string& out);
-  bool AddCode(Reader& reader, std::size_t index);
+  const CodeText& TextOf(Reader& reader, std::size_t index);
   bool FailAt(std::size_t index);
 
   Target to_;

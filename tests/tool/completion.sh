@@ -70,7 +70,7 @@ convert --lexicon|
 check --le|--lexicon
 check --to|
 explain --form|
-explain --f|--from
+check --fr|--from
 phones --f|
 phones |-h --help -l --language
 syllables --|--help --language
