@@ -22,7 +22,7 @@ constexpr char kNoDigit = '\0';
 constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool EndsPhone(char c) { return c <= ' '; }  // of a known phone's letters, digits and white space
 std::size_t End(Range range) { return range.offset + range.length; }
 
 template <typename A, typename B>
@@ -32,10 +32,9 @@ bool ComesFirst(const A& a, const B& b) {
 
 // Known syllables of a Chinese language, for suggestions.
 const std::vector<std::string>& SpellingsOf(int language) {
-  static const std::vector<std::string> mandarin =
-      internal::SyllableSpellings(sp::LANGUAGE_MANDARIN);
-  static const std::vector<std::string> cantonese =
-      internal::SyllableSpellings(sp::LANGUAGE_CANTONESE);
+  using internal::SyllableSpellings;
+  static const std::vector<std::string> mandarin = SyllableSpellings(sp::LANGUAGE_MANDARIN);
+  static const std::vector<std::string> cantonese = SyllableSpellings(sp::LANGUAGE_CANTONESE);
   return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
 }
 
@@ -163,7 +162,7 @@ Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
     const auto& [rule, range] = applied[next_applied_];
     if (range.offset >= limit) break;
     const bool is_letters = rule != Rule::kPunctuation && rule != Rule::kAbbreviation;
-    if (is_letters && range.offset >= begin) end = std::max(end, End(range));
+    if (is_letters) end = std::max(end, End(range));
   }
   return {begin, std::min(end, limit) - begin};
 }
@@ -216,7 +215,7 @@ Analysis AnalyzeArpabet(std::string_view text, RuleSet rules) {
     const std::size_t comma = std::min(normalized.text.find(',', begin), normalized.text.size());
     const std::size_t digit = comma - 1;
     std::size_t end = normalized.origins[digit];
-    while (end < text.size() && !IsBlank(text[end])) ++end;
+    while (end < text.size() && !EndsPhone(text[end])) ++end;
     const std::size_t offset = normalized.origins[begin];
     analysis.syllables.push_back({normalized.text.substr(begin, digit - 1 - begin),
                                   normalized.text[digit],

@@ -30,9 +30,9 @@ constexpr std::string_view kReducedInArpabet = "AH";
 
 constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-constexpr bool IsStress(char c) { return c >= '0' && c <= '2'; }
+constexpr bool IsStress(char digit) { return digit <= '2'; }
 constexpr char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-constexpr char ToUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
+constexpr char SmallToUpper(char c) { return static_cast<char>(c - 32); }
 
 std::string_view Bytes(std::string_view text, Range range) {
   return text.substr(range.offset, range.length);
@@ -104,7 +104,7 @@ class EnglishPhones {
       if (info->id != id) break;
       const std::string_view name = info->name;
       std::string upper(name);
-      std::transform(upper.begin(), upper.end(), upper.begin(), ToUpper);
+      std::transform(upper.begin(), upper.end(), upper.begin(), SmallToUpper);
       phones_.push_back(
           {name, upper, info->type == sp::PHONE_TYPE_FINAL, internal::PhoneKey(name)});
     }
@@ -374,10 +374,10 @@ class PronunciationReader {
   Writer writer_;
 };
 
-// The number in "(2)" at the end of a word, and the word without it.
+// The number in "(2)" at the end of a word, not empty, and the word without it.
 int TakeVariant(std::string_view& word) {
   constexpr std::size_t kMaxDigits = 9;
-  if (word.empty() || word.back() != ')') return 0;
+  if (word.back() != ')') return 0;
   const std::size_t open = word.rfind('(');
   if (open == std::string_view::npos || open == 0) return 0;
   const std::string_view digits = word.substr(open + 1, word.size() - open - 2);
@@ -397,9 +397,10 @@ std::size_t FindComment(std::string_view text) {
   return text.size();
 }
 
+// `line` is not empty.
 bool IsCommentLine(std::string_view line) {
   if (line.substr(0, 3) == ";;;") return true;
-  return !line.empty() && line[0] == '#' && (line.size() == 1 || IsBlank(line[1]));
+  return line[0] == '#' && (line.size() == 1 || IsBlank(line[1]));
 }
 
 }  // namespace

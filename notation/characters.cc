@@ -81,7 +81,7 @@ Decoded Decode(std::string_view text, std::size_t offset) {
   return {code_point, static_cast<std::size_t>(length)};
 }
 
-// A code point and what it is made of; no canonical decomposition is longer than four.
+// A code point and what it is made of; no decomposition that is asked for is longer than four.
 struct Parts {
   std::array<utf8proc_int32_t, 4> code_points = {};
   std::size_t count = 0;
@@ -93,9 +93,7 @@ Parts Decompose(utf8proc_int32_t code_point, utf8proc_option_t compatibility) {
   const utf8proc_ssize_t count = utf8proc_decompose_char(
       code_point, parts.code_points.data(), static_cast<utf8proc_ssize_t>(parts.code_points.size()),
       static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | compatibility), &last_boundary);
-  const bool fits = count > 0 && static_cast<std::size_t>(count) <= parts.code_points.size();
-  if (!fits) parts.code_points[0] = code_point;
-  parts.count = fits ? static_cast<std::size_t>(count) : 1;
+  parts.count = std::min(static_cast<std::size_t>(count), parts.code_points.size());
   return parts;
 }
 

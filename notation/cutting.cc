@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 #include "notation/syllable_spellings.h"
 #include "phoneme/phoneme.h"

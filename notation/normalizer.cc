@@ -8,6 +8,7 @@
 #include <limits>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "notation/characters.h"
@@ -20,13 +21,13 @@ constexpr char kNoTone = '\0';
 constexpr char kNeutralTone = '5';
 constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
 
-// Small letters, one a bit.
+// Small letters, one a bit, asked of small letters, kCircumflexE and none.
 class LetterSet {
  public:
   explicit constexpr LetterSet(std::string_view letters) {
     for (const char letter : letters) bits_ |= Bit(letter);
   }
-  constexpr bool Has(char c) const { return c >= 'a' && c <= 'z' && (bits_ & Bit(c)) != 0; }
+  constexpr bool Has(char c) const { return c >= 'a' && (bits_ & Bit(c)) != 0; }
 
  private:
   static constexpr std::uint32_t Bit(char letter) { return std::uint32_t{1} << (letter - 'a'); }
@@ -401,7 +402,7 @@ void Normalizer::PlaceWord() {
     std::size_t end = begin;
     while (end < word_.size() && word_[end].is_capital) ++end;
     const Piece capitals = {begin, end};
-    const bool is_word_start = capitals.size() == 1 && end < word_.size() && !word_[end].is_capital;
+    const bool is_word_start = capitals.size() == 1 && end < word_.size();
     if (begin > 0) SetApart(word_[begin].offset);
     if (!is_word_start && IsAbbreviation(capitals)) {
       const Range range = RangeWithDigits(capitals);
@@ -653,11 +654,10 @@ void Normalizer::PutSyllable(Piece piece, const Reading& reading, Tone tone) {
   for (std::size_t i = piece.begin; i < piece.end; ++i) ApplyLetterRules(word_[i]);
   const bool is_replaced = reading.is_lone_r || reading.is_alias;
   std::size_t origin = letters.offset;
-  for (std::size_t i = 0; i < kMaxPackedLength; ++i) {
-    const char letter = UnpackLetter(reading.spelling, i);
-    if (letter == '\0') break;
-    if (!is_replaced) origin = word_[piece.begin + i].offset;
-    Append(letter, origin);
+  std::size_t index = piece.begin;
+  for (PackedSpelling left = reading.spelling; left != 0; left >>= 8U) {
+    if (!is_replaced) origin = word_[index++].offset;
+    Append(UnpackLetter(left, 0), origin);
   }
   if (reading.is_lone_r) Apply(Rule::kErhua, letters);
   if (reading.is_alias) Apply(Rule::kAlias, letters);
@@ -694,7 +694,7 @@ void Normalizer::Start(Range syllable) {
   if (!result_.text.empty()) {
     if (space_ != kNowhere) {
       Append(' ', space_);
-    } else if (IsDigit(result_.text.back()) && rules_.Has(Rule::kGlued)) {
+    } else if (rules_.Has(Rule::kGlued)) {  // all but a digit leaves a space due behind it
       Append(' ', syllable.offset);
       Apply(Rule::kGlued, syllable);
     }

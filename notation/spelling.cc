@@ -103,8 +103,8 @@ bool AppendMarked(unsigned code, Spacing spacing, std::string& text) {
 }
 
 bool AppendJyutping(unsigned code, Spacing spacing, std::string& text) {
-  static const std::vector<std::string> spellings =
-      internal::SyllableSpellings(sp::LANGUAGE_CANTONESE);
+  using internal::SyllableSpellings;
+  static const std::vector<std::string> spellings = SyllableSpellings(sp::LANGUAGE_CANTONESE);
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
   if (row >= spellings.size() || !IsTone(sp::LANGUAGE_CANTONESE, tone)) return false;

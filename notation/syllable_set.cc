@@ -2,7 +2,6 @@
 
 #include "notation/syllable_set.h"
 
-#include <algorithm>
 #include <string>
 
 #include "notation/syllable_spellings.h"
@@ -12,9 +11,7 @@ namespace qeo::notation::internal {
 
 SyllableSet::SyllableSet(int language) {
   for (const std::string& spelling : SyllableSpellings(language)) {
-    const bool is_small =
-        std::all_of(spelling.begin(), spelling.end(), [](char c) { return c >= 'a' && c <= 'z'; });
-    if (!is_small || spelling.size() > kMaxLength) continue;  // "E": the library reads "e"
+    if (spelling == "E") continue;  // the library reads "e"
     for (std::size_t length = 1; length <= spelling.size(); ++length) {
       Add(Pack(std::string_view(spelling).substr(0, length)), kBeginning);
     }

@@ -57,8 +57,7 @@ class SyllableSet {
  private:
   static constexpr int kSlotBits = 11;  // at most half of the slots are taken
   static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
-  static constexpr int kSpellingBits = 48;
-  static constexpr std::size_t kMaxLength = kSpellingBits / 8;
+  static constexpr int kSpellingBits = 48;  // six letters, as many as the library looks up
   static constexpr PackedSpelling kSpellingMask = (PackedSpelling{1} << kSpellingBits) - 1;
 
   explicit SyllableSet(int language);

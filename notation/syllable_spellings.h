@@ -4,7 +4,6 @@
 // The rows of a language's syllable table as text, read once through the library's public functions
 // by those who need them often. Not installed.
 
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -19,13 +18,13 @@ inline constexpr int kTonesPerRow = 10;
 inline std::vector<std::string> SyllableSpellings(int language) {
   std::vector<std::string> spellings;
   sp::SyllableInfo syllable;
-  for (int code = 0; code <= std::numeric_limits<unsigned short>::max(); code += kTonesPerRow) {
+  for (int code = 0;; code += kTonesPerRow) {
     const auto short_code = static_cast<unsigned short>(code);
     syllable.phones.clear();
-    if (sp::code2ph(language, short_code, syllable) != 0) break;
+    const int result = sp::code2ph(language, short_code, syllable);
+    if (result != 0) return spellings;
     spellings.push_back(sp::code2py(language, short_code, false));
   }
-  return spellings;
 }
 
 }  // namespace qeo::notation::internal

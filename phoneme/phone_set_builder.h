@@ -58,7 +58,8 @@ void AddPhones(const PhoneInfo (&rows)[kCount], SpMapping& mapping) {
 /// The phone called `name`, null for "". The subscript enters a name that no row carries with a
 /// null value, so that such a name is known and yet has no phone.
 inline const PhoneInfo* ResolvePhone(const char* name, SpMapping& mapping) {
-  return *name == '\0' ? nullptr : mapping.phone_map[name];
+  if (*name == '\0') return nullptr;
+  return mapping.phone_map[name];
 }
 
 /// Points `mapping` at a syllable table, after AddPhones, and resolves every syllable's phones.

@@ -1,4 +1,5 @@
-// The fast index of names, held against the ordered maps it is built from.
+// The fast index of names, held against the ordered maps it is built from, and the end of a cut
+// that looks its syllables up there.
 
 #include "phoneme/name_index.h"
 
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "phoneme/phoneme.h"
+#include "phoneme/pinyin_splitter.h"
 
 namespace qeo::sp::internal {
 namespace {
@@ -107,6 +109,29 @@ INSTANTIATE_TEST_SUITE_P(Language, NameIndexOf,
                          testing::Values(LANGUAGE_MANDARIN, LANGUAGE_CANTONESE,
                                          LANGUAGE_AMERICAN_ENGLISH),
                          testing::PrintToStringParamName());
+
+// Whatever rule sends a piece, none follows the one that the sink refuses.
+TEST(SplitPinyin, EndsWhereTheSinkSaysSo) {
+  const NameIndex syllables = MakeIndex({{"ni", 0}, {"hao", 1}, {"ma", 2}});
+  struct {
+    const char* text;
+    bool backward;
+    std::vector<std::string> pieces;  // two of them
+  } const cases[] = {
+      {"ni3hao3ma1", false, {"ni3", "hao3"}}, {"x3y3z3", false, {"x3", "y3"}},
+      {"nihaoma", false, {"ni", "hao"}},      {"nihaoma", true, {"ma", "hao"}},
+      {"nihao ma", true, {"hao", "ni"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    std::vector<std::string> pieces;
+    SplitPinyin(syllables, c.text, c.backward, [&pieces](const Piece& piece) {
+      pieces.emplace_back(piece.text);
+      return pieces.size() < 2;
+    });
+    EXPECT_EQ(pieces, c.pieces);
+  }
+}
 
 TEST(NameIndex, HoldsNothing) {
   const NameIndex index = MakeIndex({});

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -463,6 +464,17 @@ TEST(Analyze, AppliedRules) {
 }
 
 // The rules of other notations do nothing.
+// Only what is a rule or a kind of problem has a name.
+TEST(Names, OfRulesAndProblems) {
+  std::set<std::string_view> names;
+  for (int i = 0; i < kRuleCount; ++i) names.insert(RuleName(static_cast<Rule>(i)));
+  EXPECT_EQ(names.size(), 14U);
+  EXPECT_EQ(names.count(""), 0U);
+  EXPECT_EQ(RuleName(static_cast<Rule>(kRuleCount)), "");
+  EXPECT_EQ(ProblemName(ProblemKind::kInvalidUtf8), "invalid UTF-8");
+  EXPECT_EQ(ProblemName(static_cast<ProblemKind>(99)), "");
+}
+
 TEST(Analyze, RulesInUseUnlessToldOtherwise) {
   const RuleSet rules = AnalysisOptions().rules;
   for (int i = 0; i < kRuleCount; ++i) {

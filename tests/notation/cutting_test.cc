@@ -297,6 +297,10 @@ TEST(CutLetters, UnregisteredLanguagesAreServedByMandarin) {
   EXPECT_EQ(seen, 18U);
 }
 
+TEST(CutLetters, NothingInAWayThatIsNone) {
+  EXPECT_EQ(CutLetters(LANGUAGE_MANDARIN, "yipinguo", static_cast<Cutting>(3)).size(), 0U);
+}
+
 TEST(CutLetters, LongTextsAreNoProblem) {
   const std::string text = Repeat("yiping", 100000);
   for (const Cutting cutting : {Cutting::kWhole, Cutting::kForward, Cutting::kBackward}) {

@@ -176,6 +176,7 @@ TEST(AliasTable, Parse) {
       {"\tnei\n", 0, {"1: \"\" is not a spelling of 1 to 8 small letters"}},
       {"Ni\tnei\n", 0, {"1: \"Ni\" is not a spelling of 1 to 8 small letters"}},
       {"abcdefghi\tnei\n", 0, {"1: \"abcdefghi\" is not a spelling of 1 to 8 small letters"}},
+      {"n{\tnei\n", 0, {"1: \"n{\" is not a spelling of 1 to 8 small letters"}},
       {"ni \tnei\n", 0, {"1: \"ni \" is not a spelling of 1 to 8 small letters"}},
       {"ni\tnei\n\nai\tngai\nni\tlei\nx\n",
        2,

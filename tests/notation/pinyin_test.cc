@@ -113,6 +113,7 @@ TEST(NormalizePinyin, Punctuation) {
       {"ni3∙hao3⋅", "ni3 hao3", "punctuation 3+3, punctuation 10+3", ""},
       {"xi1’an1", "xi1 an1", "punctuation 3+3", ""},
       {"xi1ʼan1", "xi1 an1", "punctuation 3+2", ""},
+      {"xi1\u02bban1", "xi1 an1", "punctuation 3+2", ""},  // the apostrophe turned
       {"ni3-hao3_a5", "ni3 hao3 a5", "punctuation 3+1, punctuation 8+1", ""},
       {"ni3\u00a0hao3\u200b", "ni3 hao3", "punctuation 3+2, punctuation 9+3", ""},
       {"\ufeffni3", "ni3", "punctuation 0+3", ""},
@@ -385,16 +386,39 @@ TEST(NormalizePinyin, ForeignText) {
       {"u\u0308\u0308 u\u0308\u0302", "", "", "foreign text 0+5, foreign text 6+5"},
       {"straße", "", "", "foreign text 0+7"},
       {"na\u0303", "", "", "foreign text 0+4"},
+      {"e\u0302\u0302 e\u0303\u0302", "", "", "foreign text 0+5, foreign text 6+5"},
+      {"ma\u20dd ma\u0903", "", "", "foreign text 0+5, foreign text 6+5"},  // other sorts of marks
       {"a\u0304\u0301", "", "", "foreign text 0+5"},
       {"ć ṣ́", "", "", "foreign text 0+2, foreign text 3+5"},
       {"2024 nian2", "nian2", "", "foreign text 0+4"},
       {"ni3+hao3", "ni3 hao3", "", "foreign text 3+1"},
       {"ni3 #@", "ni3", "", "foreign text 4+2"},
       {"3\u0301", "", "", "foreign text 0+3"},
+      {"3\u0302", "", "", "foreign text 0+3"},
       {" \u0301", "", "", "foreign text 0+3"},
       {std::string("ni3\0hao3", 8), "ni3 hao3", "", "foreign text 3+1"},
       {"ни3", "", "", "foreign text 0+5"},
       {"한ni3", "ni3", "", "foreign text 0+3"},
+      // a full-width sign that stands for more than one character of ASCII
+      {"ni3\uffe3", "ni3", "", "foreign text 3+3"},
+  });
+}
+
+// Those of the Latin script are part of the word that they stand in; the neighbours of its blocks
+// are not.
+TEST(NormalizePinyin, LettersOfOtherScripts) {
+  ExpectCases({
+      {"maɯ", "", "", "foreign text 0+4"},
+      {"maα", "ma", "", "foreign text 2+2"},
+      {"ma\u1e9f", "", "", "foreign text 0+5"},
+      {"ma\u2c00", "ma", "", "foreign text 2+3"},  // Glagolitic
+      {"ma\u2c60", "", "", "foreign text 0+5"},
+      {"ma\u2c80", "ma", "", "foreign text 2+3"},  // Coptic
+      {"ma\ua500", "ma", "", "foreign text 2+3"},  // Vai
+      {"ma\ua723", "", "", "foreign text 0+5"},
+      {"ma\ua840", "ma", "", "foreign text 2+3"},  // Phags-pa
+      {"ma\uab30", "", "", "foreign text 0+5"},
+      {"ma\uab70", "ma", "", "foreign text 2+3"},  // Cherokee
   });
 }
 
