@@ -134,7 +134,9 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   std::size_t size = 0;
   const std::size_t count = reader.syllable_count();
   for (std::size_t i = 0; i < count; ++i) {
-    const CodeText& text = TextOf(reader, i);
+    const std::size_t code = reader.Code(i);
+    const bool is_made = code < by_code_.size() && by_code_[code].size != 0;
+    const CodeText& text = is_made ? by_code_[code] : MakeText(reader, i);
     if (text.size == 0) {
       out.append(texts.data(), size);
       size = 0;
@@ -154,17 +156,15 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   return true;
 }
 
-// The text of a code, made when it is asked for first; of size 0 when it has none or it is too
-// long.
-const Writer::CodeText& Writer::TextOf(Reader& reader, std::size_t index) {
+// Makes the text of a code, of size 0 when it has none or it is too long.
+const Writer::CodeText& Writer::MakeText(Reader& reader, std::size_t index) {
   const std::size_t code = reader.Code(index);
   if (code >= by_code_.size()) {
     by_code_.resize(code + 1);
   }
   CodeText& text = by_code_[code];
   std::string made;
-  if (text.size == 0 && AppendSyllable(to_, reader.Syllable(index), made) &&
-      made.size() <= text.bytes.size()) {
+  if (AppendSyllable(to_, reader.Syllable(index), made) && made.size() <= text.bytes.size()) {
     text.size = static_cast<std::uint8_t>(made.size());
     std::copy(made.begin(), made.end(), text.bytes.begin());
   }

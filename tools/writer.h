@@ -38,7 +38,7 @@ class Writer {
   bool WriteArpabet(Reader& reader, std::string& out);
   bool WriteCodes(Reader& reader, std::string& out);
   bool WriteSyllables(Reader& reader, std::string& out);
-  const CodeText& TextOf(Reader& reader, std::size_t index);
+  const CodeText& MakeText(Reader& reader, std::size_t index);
   bool FailAt(std::size_t index);
 
   Target to_;
