@@ -42,8 +42,16 @@ TEST(Allocations, NoneInTheFirstCall) {
 
 // The counter itself.
 TEST(Allocations, AreCounted) {
-  EXPECT_EQ(AllocationsOfASecondCall([] { std::vector<int> block(3); }), 1U);
-  EXPECT_EQ(AllocationsOfASecondCall([] { std::vector<std::string> blocks(2, Repeat("x", 5)); }),
+  static const void* volatile seen;  // or a compiler may do without the block
+  EXPECT_EQ(AllocationsOfASecondCall([] {
+              const std::vector<int> block(3);
+              seen = block.data();
+            }),
+            1U);
+  EXPECT_EQ(AllocationsOfASecondCall([] {
+              const std::vector<std::string> blocks(2, Repeat("x", 5));
+              seen = blocks.data();
+            }),
             1U);
   EXPECT_EQ(AllocationsOfASecondCall([] {}), 0U);
 }
