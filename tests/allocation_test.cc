@@ -53,6 +53,7 @@ TEST(Allocations, AreCounted) {
               seen = blocks.data();
             }),
             1U);
+  EXPECT_NE(seen, nullptr);
   EXPECT_EQ(AllocationsOfASecondCall([] {}), 0U);
 }
 
