@@ -15,7 +15,6 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in reading order
 struct Ph2PhCase {
   int language;
   Bytes phone_ids;

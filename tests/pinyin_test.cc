@@ -103,7 +103,6 @@ TEST(ToneAdaptation, AllTones) {
   }
 }
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in reading order
 struct Py2PhCase {
   int language;
   std::string text;

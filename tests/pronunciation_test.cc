@@ -20,7 +20,6 @@ const std::string kNul(1, '\0');
 using Bytes = std::vector<unsigned char>;
 
 // The bytes start as 7, 8: a call appends to what the caller put there, or drops it.
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in reading order
 struct Pr2PhCase {
   int language;
   std::string text;

@@ -21,7 +21,6 @@ const std::string kNul(1, '\0');
 
 using Codes = std::vector<unsigned short>;
 
-// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in reading order
 struct Py2CodeCase {
   int language;
   std::string text;
