@@ -1,13 +1,12 @@
 // Every public function from eight threads at once, each with output containers of its own; all
 // must answer what one thread alone is answered.
 
+#include "threads.h"
+
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <functional>
 #include <sstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "phoneme/phoneme.h"
@@ -16,8 +15,6 @@
 namespace qeo::sp {
 namespace {
 
-constexpr int kThreads = 8;
-constexpr int kRounds = 100;
 constexpr int kLanguages[] = {10000, 10001, 20000, 20005, 30000, -1};
 
 void AskAboutText(int language, std::ostream& answers) {
@@ -80,28 +77,6 @@ std::string AskEverything() {
 
 }  // namespace
 
-// The threads' first answers are the first of the process: nothing is prepared for them.
-TEST(Threads, EveryFunctionFromEightThreadsAtOnce) {
-  std::vector<std::string> first_answers(kThreads);
-  std::atomic<int> waiting = kThreads;
-  std::atomic<int> equal_rounds = 0;
-  const auto ask_often = [&](std::string& first_answer) {
-    --waiting;
-    while (waiting > 0) std::this_thread::yield();  // all begin together
-    first_answer = AskEverything();
-    for (int round = 0; round < kRounds; ++round) {
-      if (AskEverything() == first_answer) ++equal_rounds;
-    }
-  };
-  std::vector<std::thread> threads;
-  threads.reserve(kThreads);
-  for (std::string& answer : first_answers) threads.emplace_back(ask_often, std::ref(answer));
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(equal_rounds, kThreads * kRounds);
-
-  const std::string alone = AskEverything();
-  EXPECT_GT(alone.size(), 10'000U);
-  for (const std::string& answer : first_answers) EXPECT_EQ(answer, alone);
-}
+TEST(Threads, EveryFunctionFromEightThreadsAtOnce) { threads::ExpectOneAnswer(100, AskEverything); }
 
 }  // namespace qeo::sp

@@ -1,14 +1,13 @@
 // Every public function of notation from eight threads at once; all must answer what one thread
 // alone is answered. What a function makes once, at its first call, the threads race for.
 
+#include "tests/threads.h"
+
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 #include "notation/notation.h"
@@ -19,8 +18,6 @@
 namespace qeo::notation {
 namespace {
 
-constexpr int kThreads = 8;
-constexpr int kRounds = 10;
 constexpr int kLanguages[] = {sp::LANGUAGE_MANDARIN, sp::LANGUAGE_CANTONESE,
                               sp::LANGUAGE_AMERICAN_ENGLISH, 30000, -1};
 constexpr std::string_view kTexts[] = {
@@ -102,28 +99,8 @@ std::string AskEverything() {
 
 }  // namespace
 
-// The threads' first answers are the first of the process: nothing is prepared for them.
 TEST(Threads, EveryFunctionOfNotationFromEightThreadsAtOnce) {
-  std::vector<std::string> first_answers(kThreads);
-  std::atomic<int> waiting = kThreads;
-  std::atomic<int> equal_rounds = 0;
-  const auto ask_often = [&](std::string& first_answer) {
-    --waiting;
-    while (waiting > 0) std::this_thread::yield();  // all begin together
-    first_answer = AskEverything();
-    for (int round = 0; round < kRounds; ++round) {
-      if (AskEverything() == first_answer) ++equal_rounds;
-    }
-  };
-  std::vector<std::thread> threads;
-  threads.reserve(kThreads);
-  for (std::string& answer : first_answers) threads.emplace_back(ask_often, std::ref(answer));
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(equal_rounds, kThreads * kRounds);
-
-  const std::string alone = AskEverything();
-  EXPECT_GT(alone.size(), 10'000U);
-  for (const std::string& answer : first_answers) EXPECT_EQ(answer, alone);
+  threads::ExpectOneAnswer(10, AskEverything);
 }
 
 }  // namespace qeo::notation
