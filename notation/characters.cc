@@ -71,12 +71,10 @@ struct Decoded {
 };
 
 Decoded Decode(std::string_view text, std::size_t offset) {
-  const std::string_view rest = text.substr(offset, 4);
-  std::array<utf8proc_uint8_t, 4> bytes = {};
-  std::copy(rest.begin(), rest.end(), bytes.begin());
+  const auto* const bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data()) + offset;
+  const auto left = static_cast<utf8proc_ssize_t>(text.size() - offset);
   utf8proc_int32_t code_point = -1;
-  const utf8proc_ssize_t length =
-      utf8proc_iterate(bytes.data(), static_cast<utf8proc_ssize_t>(rest.size()), &code_point);
+  const utf8proc_ssize_t length = utf8proc_iterate(bytes, left, &code_point);
   if (length <= 0) return {};
   return {code_point, static_cast<std::size_t>(length)};
 }

@@ -483,6 +483,23 @@ TEST(Analyze, RulesInUseUnlessToldOtherwise) {
   }
 }
 
+TEST(Records, EmptyUntilFilled) {
+  const AnalyzedSyllable syllable;
+  EXPECT_EQ(syllable.digit, '\0');
+  EXPECT_EQ(syllable.row, -1);
+  EXPECT_EQ(syllable.range.offset, 0U);
+  EXPECT_EQ(syllable.range.length, 0U);
+  const CmudictLine line;
+  EXPECT_EQ(line.kind, CmudictLineKind::kBlank);
+  EXPECT_EQ(line.variant, 0);
+  EXPECT_EQ(AliasError().line, 0U);
+  const Cut cut;
+  EXPECT_FALSE(cut.covers);
+  EXPECT_EQ(cut.count, 0U);
+  EXPECT_FALSE(cut.directions_differ);
+  EXPECT_EQ(CutSyllable().row, 0);
+}
+
 TEST(Analyze, RowsCodesAndPhones) {
   struct {
     int language = 0;

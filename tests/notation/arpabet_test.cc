@@ -299,6 +299,7 @@ TEST(PronunciationToArpabet, Rows) {
       {"aa1", "", "bad tone 0+3"},
       {"3", "", "bad tone 0+1"},
       {"hh ax, l ow 1", "L OW1", "bad tone 0+5"},
+      {"aa k", "", "bad tone 0+4"},
       {"l ow 1, hh ax", "L OW1", "bad tone 8+5"},
       {"\xE5\xA5\xBD 3, aa 1", "AA1", "unknown phone 0+3, bad tone 4+1"},
       {"k \xFF 0", "K", "invalid UTF-8 2+1"},

@@ -115,6 +115,7 @@ TEST(NormalizePinyin, Punctuation) {
       {"xi1ʼan1", "xi1 an1", "punctuation 3+2", ""},
       {"xi1\u02bban1", "xi1 an1", "punctuation 3+2", ""},  // the apostrophe turned
       {"ni3-hao3_a5", "ni3 hao3 a5", "punctuation 3+1, punctuation 8+1", ""},
+      {"ni3\u2028hao3\u2029a1", "ni3 hao3 a1", "punctuation 3+3, punctuation 10+3", ""},
       {"ni3\u00a0hao3\u200b", "ni3 hao3", "punctuation 3+2, punctuation 9+3", ""},
       {"\ufeffni3", "ni3", "punctuation 0+3", ""},
       {"mu4: lu4:", "mu4 lu4", "punctuation 3+1, punctuation 8+1", ""},
@@ -393,6 +394,11 @@ TEST(NormalizePinyin, ForeignText) {
       {"2024 nian2", "nian2", "", "foreign text 0+4"},
       {"ni3+hao3", "ni3 hao3", "", "foreign text 3+1"},
       {"ni3 #@", "ni3", "", "foreign text 4+2"},
+      {"#ni3%hao3&a1*a2@a3\\", "ni3 hao3 a1 a2 a3", "",
+       "foreign text 0+1, foreign text 4+1, foreign text 9+1, foreign text 12+1, "
+       "foreign text 15+1, foreign text 18+1"},
+      {"mâ3 ê3", "", "", "foreign text 0+4, unknown syllable 5+3"},
+      {"3\u0308", "", "", "foreign text 0+3"},
       {"3\u0301", "", "", "foreign text 0+3"},
       {"3\u0302", "", "", "foreign text 0+3"},
       {" \u0301", "", "", "foreign text 0+3"},
@@ -410,12 +416,18 @@ TEST(NormalizePinyin, LettersOfOtherScripts) {
   ExpectCases({
       {"maɯ", "", "", "foreign text 0+4"},
       {"maα", "ma", "", "foreign text 2+2"},
+      {"ma\u02af", "", "", "foreign text 0+4"},
+      {"ma\u02b0", "ma", "", "foreign text 2+2"},  // a raised h
       {"ma\u1e9f", "", "", "foreign text 0+5"},
+      {"ma\u1eff", "", "", "foreign text 0+5"},
       {"ma\u2c00", "ma", "", "foreign text 2+3"},  // Glagolitic
       {"ma\u2c60", "", "", "foreign text 0+5"},
+      {"ma\u2c7f", "", "", "foreign text 0+5"},
       {"ma\u2c80", "ma", "", "foreign text 2+3"},  // Coptic
       {"ma\ua500", "ma", "", "foreign text 2+3"},  // Vai
       {"ma\ua723", "", "", "foreign text 0+5"},
+      {"ma\ua7ff", "", "", "foreign text 0+5"},
+      {"ma\ua800", "ma", "", "foreign text 2+3"},  // Syloti Nagri
       {"ma\ua840", "ma", "", "foreign text 2+3"},  // Phags-pa
       {"ma\uab30", "", "", "foreign text 0+5"},
       {"ma\uab70", "ma", "", "foreign text 2+3"},  // Cherokee
