@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -384,7 +383,7 @@ int TakeVariant(std::string_view& word) {
   if (digits.empty() || digits.size() > kMaxDigits || digits.front() == '0') return 0;
   if (!std::all_of(digits.begin(), digits.end(), IsDigit)) return 0;
   int variant = 0;
-  std::from_chars(digits.data(), digits.data() + digits.size(), variant);
+  for (const char digit : digits) variant = variant * 10 + (digit - '0');
   word = word.substr(0, open);
   return variant;
 }

@@ -31,7 +31,7 @@ struct Character {
   CharacterKind kind = CharacterKind::kForeign;
   char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit
   char tone = '\0';            // letter: '1' to '4' by its mark
-  bool is_capital = false;     //
+  bool is_capital = false;     // letter
   bool is_full_width = false;  // letter or digit: full-width, superscript or subscript
   bool has_diaeresis = false;  // letter
   bool is_variant = false;     // letter: U+0251, U+0261, or with circumflex

@@ -398,11 +398,12 @@ TEST(NormalizePinyin, ForeignText) {
        "foreign text 0+1, foreign text 4+1, foreign text 9+1, foreign text 12+1, "
        "foreign text 15+1, foreign text 18+1"},
       {"mâ3 ê3", "", "", "foreign text 0+4, unknown syllable 5+3"},
-      {"3\u0308", "", "", "foreign text 0+3"},
+      {"ma3\u0308", "ma", "", "foreign text 2+3"},
       {"3\u0301", "", "", "foreign text 0+3"},
       {"3\u0302", "", "", "foreign text 0+3"},
       {" \u0301", "", "", "foreign text 0+3"},
       {std::string("ni3\0hao3", 8), "ni3 hao3", "", "foreign text 3+1"},
+      {std::string("ma3\0你", 7), "ma3", "", "foreign text 3+4"},
       {"ни3", "", "", "foreign text 0+5"},
       {"한ni3", "ni3", "", "foreign text 0+3"},
       // a full-width sign that stands for more than one character of ASCII
