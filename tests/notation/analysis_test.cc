@@ -270,6 +270,8 @@ TEST(Analyze, Suggestions) {
       {LANGUAGE_MANDARIN, "zhogn1", "zhong1"},
       {LANGUAGE_MANDARIN, "shnag4", "shang4"},
       {LANGUAGE_MANDARIN, "qaun2", "quan2"},
+      {LANGUAGE_MANDARIN, "zhuagn3", "zhuang3"},  // with more in common than "zhuan"
+      {LANGUAGE_CANTONESE, "deo3", "deoi3"},      // as much as "doe", which comes later
       {LANGUAGE_MANDARIN, "Nǐ hoa3", "hao3"},
       {LANGUAGE_CANTONESE, "juyt6", "jyut6"},
       {LANGUAGE_CANTONESE, "nii5", "nik5"},

@@ -122,6 +122,7 @@ TEST(NormalizePinyin, Punctuation) {
       {"mùlù: yī", "mu4 lu4 yi1", "tone-mark 1+2, tone-mark 4+2, punctuation 6+1, tone-mark 9+2",
        ""},
       {"shu: 1", "shu", "punctuation 3+1", "foreign text 5+1"},
+      {"hau:3", "hau", "punctuation 3+1", "foreign text 4+1"},
   });
   ExpectCases(
       {
@@ -189,6 +190,8 @@ TEST(NormalizePinyin, ToneMarks) {
       {"Ā Ēn", "a1 en1", "tone-mark 0+2, tone-mark 3+2", ""},
       {"BĚIJĪNG", "bei3 jing1", "tone-mark 1+2, tone-mark 5+2", ""},
       {"nǐ hao3 ma", "ni3 hao3 ma5", "tone-mark 1+2, tone-mark 9+2", ""},
+      // a mark that follows digits
+      {"ni3 nǐhǎo", "ni3 ni3 hao3", "tone-mark 5+2, tone-mark 8+2", ""},
       // a mark on the wrong vowel is still in its syllable
       {"haǒ", "hao3", "tone-mark 2+2", ""},
   });
@@ -294,6 +297,7 @@ TEST(NormalizePinyin, FusedErhua) {
       {"zher4hao3", "zhe4 er5 hao3", "fused-erhua 3+2", ""},
       {"ming2 dianr0", "ming2 dian5 er5", "fused-erhua 10+2, neutral-tone 11+1", ""},
       {"ming2 dianr", "ming2 dian5 er5", "neutral-tone 6+5, fused-erhua 10+1", ""},
+      {"ar4", "a4 er5", "fused-erhua 1+2", ""},
       {"dianr", "dian er", "fused-erhua 4+1", ""},
       {"yidianr", "yi dian er", "fused-erhua 6+1", ""},
       {"nihaodianrma", "nihao dian er ma", "fused-erhua 9+1", ""},
@@ -328,6 +332,8 @@ TEST(NormalizePinyin, Abbreviations) {
       {"A Q zheng4", "zheng4", "abbreviation 0+1, abbreviation 2+1",
        "foreign text 0+1, foreign text 2+1"},
       {"A12", "", "abbreviation 0+3", "foreign text 0+3"},
+      // its digit is no tone
+      {"NA3 nihao", "nihao", "abbreviation 0+3", "foreign text 0+3"},
   });
   ExpectCases(
       {
@@ -367,6 +373,7 @@ TEST(NormalizePinyin, BadTones) {
   ExpectCases({
       {"ni6 hao3", "hao3", "", "bad tone 0+3"},
       {"ni33", "ni3", "", "bad tone 3+1"},
+      {"zhang33", "zhang3", "", "bad tone 6+1"},
       {"ni345 hao3", "ni3 hao3", "", "bad tone 3+2"},
       {"nǐ3 hǎo", "hao3", "tone-mark 6+2", "bad tone 0+4"},
       {"ni9", "", "", "bad tone 0+3"},
