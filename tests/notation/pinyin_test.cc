@@ -192,6 +192,7 @@ TEST(NormalizePinyin, ToneMarks) {
       {"nǐ hao3 ma", "ni3 hao3 ma5", "tone-mark 1+2, tone-mark 9+2", ""},
       // a mark that follows digits
       {"ni3 nǐhǎo", "ni3 ni3 hao3", "tone-mark 5+2, tone-mark 8+2", ""},
+      {"ni3nǐhǎo", "ni3ni3 hao3", "tone-mark 4+2, tone-mark 7+2", ""},
       // a mark on the wrong vowel is still in its syllable
       {"haǒ", "hao3", "tone-mark 2+2", ""},
   });
@@ -301,6 +302,8 @@ TEST(NormalizePinyin, FusedErhua) {
       {"dianr", "dian er", "fused-erhua 4+1", ""},
       {"yidianr", "yi dian er", "fused-erhua 6+1", ""},
       {"nihaodianrma", "nihao dian er ma", "fused-erhua 9+1", ""},
+      {"jierker", "jier ke er", "fused-erhua 6+1", ""},  // the cut that rewrites less
+      {"xuenrer", "xuen re er", "fused-erhua 6+1", ""},  // the one that lacks fewer apostrophes
       {"nür3", "nv3 er5", "diaeresis 1+2, fused-erhua 3+2", ""},
       {"er2 ren2", "er2 ren2", "", ""},
       {"dianren", "dianren", "", ""},
@@ -358,6 +361,7 @@ TEST(NormalizePinyin, UnknownSyllables) {
       {"fǎo", "", "", "unknown syllable 0+4"},
       {"wòng dìn", "", "", "unknown syllable 0+5, unknown syllable 6+4"},
       {"ńi", "", "", "unknown syllable 0+3"},
+      {"àe", "", "", "unknown syllable 0+3"},
       {"wūlaěr", "", "", "unknown syllable 0+8"},
       {"nǐmenhǎoa", "", "", "unknown syllable 0+11"},
       {"nǐmenhǎo'a", "ni3 men5 hao3 a5",
