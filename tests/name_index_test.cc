@@ -120,7 +120,7 @@ TEST(SplitPinyin, EndsWhereTheSinkSaysSo) {
   } const cases[] = {
       {"ni3hao3ma1", false, {"ni3", "hao3"}}, {"x3y3z3", false, {"x3", "y3"}},
       {"nihaoma", false, {"ni", "hao"}},      {"nihaoma", true, {"ma", "hao"}},
-      {"nihao ma", true, {"hao", "ni"}},
+      {"nihao ma", false, {"ni", "hao"}},     {"nihao ma", true, {"hao", "ni"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
@@ -130,6 +130,19 @@ TEST(SplitPinyin, EndsWhereTheSinkSaysSo) {
       return pieces.size() < 2;
     });
     EXPECT_EQ(pieces, c.pieces);
+  }
+}
+
+TEST(SplitPinyin, TellsRowsAndTones) {
+  const NameIndex syllables = MakeIndex({{"ni", 0}, {"hao", 1}});
+  for (const bool backward : {false, true}) {
+    std::string told;
+    SplitPinyin(syllables, "ni3 x2 nini", backward, [&told](const Piece& piece) {
+      told += std::string(piece.text) + ' ' + std::to_string(piece.row) + ' ' +
+              std::to_string(piece.raw_tone) + ", ";
+      return true;
+    });
+    EXPECT_EQ(told, "ni3 0 3, x2 -1 2, ni 0 0, ni 0 0, ");
   }
 }
 
