@@ -21,8 +21,8 @@ namespace {
 constexpr int kLoads = 1000;
 constexpr int kWarmUp = 20;
 // In bytes. A block left behind each time would be 32,000, a phone set 200 million.
-constexpr std::size_t kMostHeapGrowth = 16'384;
-constexpr std::size_t kMostResidentGrowth = 1'048'576;
+[[maybe_unused]] constexpr std::size_t kMostHeapGrowth = 16'384;
+[[maybe_unused]] constexpr std::size_t kMostResidentGrowth = 1'048'576;
 
 class Loaded {
  public:
