@@ -50,7 +50,7 @@ struct Cut {
 ///
 ///   Cut cut = CutWhole(sp::LANGUAGE_MANDARIN, "yipinguo");
 ///   // cut.covers; cut.syllables: {0, 2} "yi", {2, 3} "pin", {5, 3} "guo"
-///   CutWhole(sp::LANGUAGE_MANDARIN, "xian", 2).cuts;  // "xian"; "xi", "an"; .count is 4
+///   CutWhole(sp::LANGUAGE_MANDARIN, "xian", 2).cuts;  // "xian"; "xia", "n"; .count is 4
 ///
 /// Letters are read as the library reads them: a capital is its small letter and opens a syllable,
 /// so "XiAn" is cut only between "Xi" and "An". (The Mandarin syllable "E" is thus never found.) No

@@ -1,0 +1,226 @@
+// One function for each of the library's. A conversion that fails returns None; the package finds
+// out why, where it is asked to.
+
+#include "bindings/conversions.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "bindings/arguments.h"
+#include "bindings/fastcall.h"
+#include "bindings/languages.h"
+#include "bindings/records.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::python {
+
+namespace {
+
+using Syllables = std::vector<sp::SyllableInfo>;
+using Bytes = std::vector<unsigned char>;
+
+constexpr long kMaxCode = UINT16_MAX;
+
+py::object Borrow(PyObject* object) { return py::reinterpret_borrow<py::object>(object); }
+
+unsigned short CodeArgument(PyObject* code) {
+  return static_cast<unsigned short>(IntegerArgument(code, 0, kMaxCode, "a syllable code"));
+}
+
+bool FlagArgument(PyObject* flag) {
+  const int is_true = PyObject_IsTrue(flag);
+  if (is_true < 0) throw py::error_already_set();
+  return is_true != 0;
+}
+
+// A name as the lexicon's functions take it, which end it at a NUL: a name with one inside is that
+// of no phone, and so is "\xff".
+std::string NameArgument(PyObject* name) {
+  std::string bytes = TextArgument(name);
+  return bytes.find('\0') == std::string::npos ? bytes : "\xff";
+}
+
+// Tables
+
+// phones(language)
+py::object Phones(Arguments arguments) {
+  return Borrow(PhoneLanguage(LanguageArgument(arguments[0])).phone_tuple);
+}
+
+// syllables(language)
+py::object SyllableRows(Arguments arguments) {
+  return Borrow(SyllableLanguage(LanguageArgument(arguments[0])).syllable_tuple);
+}
+
+// phone(language, id_or_name)
+py::object Phone(Arguments arguments) {
+  const int language = LanguageArgument(arguments[0]);
+  PyObject* key = arguments[1];
+  std::string name;
+  if (AppendText(key, name)) {
+    return Borrow(PhoneObject(sp::GetPhoneInfoByDescription(language, name)));
+  }
+  const auto id = py::reinterpret_steal<py::object>(PyNumber_Index(key));
+  if (!id) {
+    PyErr_Clear();
+    throw py::type_error("a phone is asked for by id or name, not " + TypeName(key));
+  }
+  int overflow = 0;
+  const long row = PyLong_AsLongAndOverflow(id.ptr(), &overflow);
+  const bool is_row = overflow == 0 && row >= 0 && row <= INT_MAX;
+  return Borrow(PhoneObject(sp::GetPhoneInfoById(language, is_row ? static_cast<int>(row) : -1)));
+}
+
+// Romanised text
+
+// py2ph(text, language)
+py::object Py2Ph(Arguments arguments) {
+  Syllables syllables;
+  const int language = LanguageArgument(arguments[1]);
+  if (sp::py2ph(language, TextArgument(arguments[0]), syllables) != 0) return py::none();
+  return MakeSyllables(syllables);
+}
+
+// py2code(text, language)
+py::object Py2Code(Arguments arguments) {
+  std::vector<unsigned short> codes;
+  const int language = LanguageArgument(arguments[1]);
+  if (sp::py2code(language, TextArgument(arguments[0]), codes) != 0) return py::none();
+  py::list list(codes.size());
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    PyList_SET_ITEM(list.ptr(), static_cast<Py_ssize_t>(i), py::int_(codes[i]).release().ptr());
+  }
+  return std::move(list);
+}
+
+// pyw2py(word, language, backward)
+py::object Pyw2Py(Arguments arguments) {
+  std::vector<std::string> pieces;
+  const int language = LanguageArgument(arguments[1]);
+  sp::pyw2py(language, TextArgument(arguments[0]), pieces, FlagArgument(arguments[2]));
+  // What was a str becomes the same characters again; other bytes are kept in Python's own way.
+  const char* errors = PyBytes_Check(arguments[0]) ? "surrogateescape" : "surrogatepass";
+  py::list list;
+  for (const std::string& piece : pieces) {
+    const auto size = static_cast<Py_ssize_t>(piece.size());
+    auto text = py::reinterpret_steal<py::object>(PyUnicode_DecodeUTF8(piece.data(), size, errors));
+    if (!text) throw py::error_already_set();
+    list.append(std::move(text));
+  }
+  return std::move(list);
+}
+
+// tone_adaptation(tone, language)
+py::object ToneAdaptation(Arguments arguments) {
+  const long tone = IntegerArgument(arguments[0], SCHAR_MIN, SCHAR_MAX, "a tone");
+  const int language = LanguageArgument(arguments[1]);
+  return py::int_(static_cast<int>(sp::ToneAdaptation(language, static_cast<signed char>(tone))));
+}
+
+// Syllable codes
+
+// code2ph(code, language)
+py::object Code2Ph(Arguments arguments) {
+  sp::SyllableInfo syllable;
+  const int language = LanguageArgument(arguments[1]);
+  if (sp::code2ph(language, CodeArgument(arguments[0]), syllable) != 0) return py::none();
+  return MakeSyllable(syllable);
+}
+
+// code2py(code, language, with_tone)
+py::object Code2Py(Arguments arguments) {
+  const unsigned short code = CodeArgument(arguments[0]);
+  return py::str(sp::code2py(LanguageArgument(arguments[1]), code, FlagArgument(arguments[2])));
+}
+
+// Pronunciations
+
+// pr2ph(pronunciation, language)
+py::object Pr2Ph(Arguments arguments) {
+  Syllables syllables;
+  const int language = LanguageArgument(arguments[1]);
+  if (sp::pr2ph(language, TextArgument(arguments[0]), syllables) != 0) return py::none();
+  return MakeSyllables(syllables);
+}
+
+// pr2ph_ids(pronunciation, language)
+py::object Pr2PhIds(Arguments arguments) {
+  Bytes ids;
+  const int language = LanguageArgument(arguments[1]);
+  if (sp::pr2ph(language, TextArgument(arguments[0]), ids) != 0) return py::none();
+  const auto size = static_cast<Py_ssize_t>(ids.size());
+  auto bytes = py::reinterpret_steal<py::object>(PyBytes_FromStringAndSize(nullptr, size));
+  if (!bytes) throw py::error_already_set();
+  std::copy(ids.begin(), ids.end(), PyBytes_AS_STRING(bytes.ptr()));
+  return bytes;
+}
+
+// ph2ph(phone_ids, language)
+py::object Ph2Ph(Arguments arguments) {
+  if (!PyObject_CheckBuffer(arguments[0]) || PyUnicode_Check(arguments[0])) {
+    throw py::type_error("phone ids must be bytes, not " + TypeName(arguments[0]));
+  }
+  const auto bytes = py::reinterpret_steal<py::object>(PyBytes_FromObject(arguments[0]));
+  if (!bytes) throw py::error_already_set();
+  const char* data = PyBytes_AS_STRING(bytes.ptr());
+  Syllables syllables;
+  const int language = LanguageArgument(arguments[1]);
+  const Bytes ids(data, data + PyBytes_GET_SIZE(bytes.ptr()));
+  if (sp::ph2ph(language, ids, syllables) != 0) return py::none();
+  return MakeSyllables(syllables);
+}
+
+// ph2tp(phone_id, language)
+py::object Ph2Tp(Arguments arguments) {
+  const long id = IntegerArgument(arguments[0], 0, UCHAR_MAX, "a phone id byte");
+  return py::int_(sp::ph2tp(LanguageArgument(arguments[1]), static_cast<unsigned char>(id)));
+}
+
+// Lexicon phone classes
+
+// lexicon_en_phone_type(name)
+py::object LexiconEnPhoneType(Arguments arguments) {
+  return py::int_(sp::LexiconEnPhoneTypeStr(NameArgument(arguments[0]).c_str()));
+}
+
+// lexicon_en_phone_id(name)
+py::object LexiconEnPhoneId(Arguments arguments) {
+  return py::int_(sp::LexiconEnPhoneId(NameArgument(arguments[0]).c_str()));
+}
+
+// lexicon_module_phone_type(name, language)
+py::object LexiconModulePhoneType(Arguments arguments) {
+  const int language = LanguageArgument(arguments[1]);
+  return py::int_(sp::LexiconModulePhoneTypeStr(NameArgument(arguments[0]).c_str(), language));
+}
+
+PyMethodDef methods[] = {
+    Method<Phones, 1>("phones"),
+    Method<SyllableRows, 1>("syllables"),
+    Method<Phone, 2>("phone"),
+    Method<Py2Ph, 2>("py2ph"),
+    Method<Py2Code, 2>("py2code"),
+    Method<Pyw2Py, 3>("pyw2py"),
+    Method<ToneAdaptation, 2>("tone_adaptation"),
+    Method<Code2Ph, 2>("code2ph"),
+    Method<Code2Py, 3>("code2py"),
+    Method<Pr2Ph, 2>("pr2ph"),
+    Method<Pr2PhIds, 2>("pr2ph_ids"),
+    Method<Ph2Ph, 2>("ph2ph"),
+    Method<Ph2Tp, 2>("ph2tp"),
+    Method<LexiconEnPhoneType, 1>("lexicon_en_phone_type"),
+    Method<LexiconEnPhoneId, 1>("lexicon_en_phone_id"),
+    Method<LexiconModulePhoneType, 2>("lexicon_module_phone_type"),
+    {},
+};
+
+}  // namespace
+
+void AddConversions(py::module_& module) { AddMethods(module, methods); }
+
+}  // namespace qeo::python

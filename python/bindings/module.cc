@@ -1,0 +1,66 @@
+// The extension module phoneme._core: what the package is made of, without its manners.
+
+#include <pybind11/pybind11.h>
+
+#include "bindings/batches.h"
+#include "bindings/conversions.h"
+#include "bindings/fastcall.h"
+#include "bindings/languages.h"
+#include "bindings/notation.h"
+#include "bindings/records.h"
+
+namespace qeo::python {
+
+namespace {
+
+// The objects of the tables belong to the interpreter that made them.
+bool IsMainInterpreter() { return PyInterpreterState_Get() == PyInterpreterState_Main(); }
+
+constexpr char kRefusal[] =
+    "phoneme works in the main interpreter only, not in a subinterpreter; use threads or processes";
+
+// require_main_interpreter(): asked by the package, since an interpreter may take a module that
+// another one has imported without running it again.
+py::object RequireMainInterpreter(Arguments /*none*/) {
+  if (!IsMainInterpreter()) throw py::import_error(kRefusal);
+  return py::none();
+}
+
+PyMethodDef methods[] = {
+    Method<RequireMainInterpreter, 0>("require_main_interpreter"),
+    {},
+};
+
+void Fill(py::module_& module) {
+  module.attr("__version__") = PHONEME_VERSION;
+  AddMethods(module, methods);
+  AddRecordTypes(module);
+  InitializeLanguages(py::module_::import("phoneme._enums"));
+  module.attr("LANGUAGES") = LanguageIds();
+  AddConversions(module);
+  AddBatches(module);
+  AddNotation(module);
+}
+
+}  // namespace
+
+// What PYBIND11_MODULE would make, but for the question in front: pybind11 remembers the first
+// interpreter that it sees, and would wait for it for ever when that one is gone.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): Python calls it by this name
+extern "C" PYBIND11_EXPORT PyObject* PyInit__core() {
+  if (!IsMainInterpreter()) {
+    PyErr_SetString(PyExc_ImportError, kRefusal);
+    return nullptr;
+  }
+  PYBIND11_CHECK_PYTHON_VERSION
+  PYBIND11_ENSURE_INTERNALS_READY
+  static PyModuleDef definition;
+  auto module = py::module_::create_extension_module("_core", nullptr, &definition);
+  try {
+    Fill(module);
+    return module.ptr();
+  }
+  PYBIND11_CATCH_INIT_EXCEPTIONS
+}
+
+}  // namespace qeo::python

@@ -1,0 +1,241 @@
+// Results of the notation library as tuples: ranges as two positions in the caller's own text,
+// rules and kinds of problems by name.
+
+#include "bindings/notation.h"
+
+#include <pybind11/stl.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "bindings/arguments.h"
+#include "bindings/records.h"
+#include "notation/notation.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::python {
+
+namespace {
+
+constexpr bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }
+
+// A text as the library reads it, and the way from its bytes to positions in the caller's object:
+// characters of a str, bytes of bytes.
+class Source {
+ public:
+  explicit Source(py::handle object) : text_(TextArgument(object.ptr())) {
+    const bool is_bytes = PyBytes_Check(object.ptr()) != 0;
+    if (is_bytes || PyUnicode_IS_ASCII(object.ptr())) return;
+    positions_.reserve(text_.size() + 1);
+    std::size_t characters = 0;
+    for (const char c : text_) {
+      if (BeginsCharacter(c)) ++characters;
+      positions_.push_back(characters - 1);
+    }
+    positions_.push_back(characters);
+  }
+
+  const std::string& text() const { return text_; }
+
+  /// The position of the character that a byte belongs to.
+  std::size_t Position(std::size_t byte) const {
+    return positions_.empty() ? byte : positions_[byte];
+  }
+
+  /// The positions where a range begins and ends.
+  py::tuple Positions(const notation::Range& range) const {
+    const std::size_t end = range.offset + range.length;
+    if (positions_.empty()) return py::make_tuple(range.offset, end);
+    const std::size_t last = range.length == 0 ? end : end - 1;
+    const std::size_t stop = positions_[last] + (range.length == 0 ? 0 : 1);
+    return py::make_tuple(positions_[range.offset], stop);
+  }
+
+ private:
+  std::string text_;
+  std::vector<std::size_t> positions_;  // of each byte and the end; empty where they are the bytes
+};
+
+template <typename Items, typename Function>
+py::tuple TupleOf(const Items& items, Function function) {
+  py::tuple tuple(items.size());
+  for (std::size_t i = 0; i < items.size(); ++i) tuple[i] = function(items[i]);
+  return tuple;
+}
+
+py::tuple Applications(const Source& source, const std::vector<notation::Application>& applied) {
+  return TupleOf(applied, [&](const notation::Application& application) {
+    return py::make_tuple(notation::RuleName(application.rule),
+                          source.Positions(application.range));
+  });
+}
+
+py::tuple Problems(const Source& source, const std::vector<notation::Problem>& problems) {
+  return TupleOf(problems, [&](const notation::Problem& problem) {
+    return py::make_tuple(notation::ProblemName(problem.kind), source.Positions(problem.range),
+                          problem.suggestion);
+  });
+}
+
+py::tuple NormalizedTuple(const Source& source, const notation::Normalized& normalized) {
+  const py::tuple origins = TupleOf(
+      normalized.origins, [&](std::size_t origin) { return py::int_(source.Position(origin)); });
+  return py::make_tuple(normalized.text, origins, Applications(source, normalized.applied),
+                        Problems(source, normalized.problems));
+}
+
+// The rules as bits, in the order of the enum.
+notation::RuleSet Rules(std::uint32_t bits) {
+  notation::RuleSet rules;
+  for (int i = 0; i < notation::kRuleCount; ++i) {
+    if ((bits >> i & 1U) != 0) rules = rules.With(static_cast<notation::Rule>(i));
+  }
+  return rules;
+}
+
+using RuleBits = std::optional<std::uint32_t>;
+
+py::tuple NormalizePinyin(py::handle text, RuleBits rules) {
+  const Source source(text);
+  const auto in_use = rules ? Rules(*rules) : notation::kPinyinRules;
+  return NormalizedTuple(source, notation::NormalizePinyin(source.text(), in_use));
+}
+
+py::tuple NormalizeJyutping(py::handle text, RuleBits rules, const notation::AliasTable* aliases) {
+  const Source source(text);
+  const auto in_use = rules ? Rules(*rules) : notation::kJyutpingRules;
+  return NormalizedTuple(source, notation::NormalizeJyutping(source.text(), in_use, aliases));
+}
+
+py::tuple ArpabetToPronunciation(py::handle text, RuleBits rules) {
+  const Source source(text);
+  const auto in_use = rules ? Rules(*rules) : notation::kArpabetRules;
+  return NormalizedTuple(source, notation::ArpabetToPronunciation(source.text(), in_use));
+}
+
+py::tuple PronunciationToArpabet(py::handle text) {
+  const Source source(text);
+  return NormalizedTuple(source, notation::PronunciationToArpabet(source.text()));
+}
+
+// (aliases, errors as pairs of line and message)
+py::tuple ParseAliases(py::handle text) {
+  notation::ParsedAliases parsed = notation::AliasTable::Parse(TextArgument(text.ptr()));
+  const py::tuple errors = TupleOf(parsed.errors, [](const notation::AliasError& error) {
+    return py::make_tuple(error.line, error.message);
+  });
+  return py::make_tuple(std::move(parsed.table), errors);
+}
+
+py::tuple Analyze(py::handle text, py::handle language, RuleBits rules,
+                  const notation::AliasTable* aliases, int cutting) {
+  const Source source(text);
+  notation::AnalysisOptions options;
+  if (rules) options.rules = Rules(*rules);
+  options.aliases = aliases;
+  options.cutting = static_cast<notation::Cutting>(cutting);
+  const int id = LanguageArgument(language.ptr());
+  const notation::Analysis analysis = notation::Analyze(id, source.text(), options);
+  const py::tuple syllables =
+      TupleOf(analysis.syllables, [&](const notation::AnalyzedSyllable& syllable) {
+        const std::string digit(syllable.digit == '\0' ? 0 : 1, syllable.digit);
+        const py::object row = syllable.row < 0 ? py::object(py::none()) : py::int_(syllable.row);
+        return py::make_tuple(syllable.spelling, digit, source.Positions(syllable.range), row,
+                              MakeSyllable(syllable.syllable));
+      });
+  const py::tuple separators = TupleOf(
+      analysis.separators, [&](const notation::Range& range) { return source.Positions(range); });
+  return py::make_tuple(syllables, separators, Applications(source, analysis.applied),
+                        Problems(source, analysis.problems));
+}
+
+py::tuple CutTuple(const Source& source, const std::vector<notation::CutSyllable>& syllables) {
+  return TupleOf(syllables, [&](const notation::CutSyllable& syllable) {
+    return py::make_tuple(source.Positions(syllable.range), syllable.row);
+  });
+}
+
+py::tuple CutWhole(py::handle letters, py::handle language, std::size_t max_cuts) {
+  const Source source(letters);
+  const int id = LanguageArgument(language.ptr());
+  const notation::Cut cut = notation::CutWhole(id, source.text(), max_cuts);
+  const bool is_counted = cut.count != notation::kUncountedCuts;
+  const py::object count = is_counted ? py::object(py::int_(cut.count)) : py::none();
+  const py::tuple cuts =
+      TupleOf(cut.cuts, [&](const auto& syllables) { return CutTuple(source, syllables); });
+  return py::make_tuple(cut.covers, CutTuple(source, cut.syllables), count, cuts,
+                        cut.directions_differ);
+}
+
+// Spelling takes all codes or all syllables, and gives the text or the index of what cannot be
+// written.
+
+using Codes = std::vector<unsigned short>;
+using Syllables = std::vector<sp::SyllableInfo>;
+
+py::object SpellingOrIndex(const notation::Spelling& spelling) {
+  if (spelling.unwritable) return py::int_(*spelling.unwritable);
+  return py::str(spelling.text);
+}
+
+Syllables SyllablesOf(const py::tuple& items) {
+  Syllables syllables;
+  for (const py::handle item : items) syllables.push_back(SyllableArgument(item.ptr()));
+  return syllables;
+}
+
+Codes CodesOf(const py::tuple& items) {
+  Codes codes;
+  for (const py::handle item : items) {
+    const long code = IntegerArgument(item.ptr(), 0, UINT16_MAX, "a syllable code");
+    codes.push_back(static_cast<unsigned short>(code));
+  }
+  return codes;
+}
+
+template <notation::Spelling (*kFromCodes)(const Codes&, notation::Spacing),
+          notation::Spelling (*kFromSyllables)(const Syllables&, notation::Spacing)>
+py::object Spell(const py::tuple& items, bool with_spaces) {
+  const auto spacing = with_spaces ? notation::Spacing::kSpace : notation::Spacing::kWord;
+  if (!items.empty() && IsSyllable(py::object(items[0]).ptr())) {
+    return SpellingOrIndex(kFromSyllables(SyllablesOf(items), spacing));
+  }
+  return SpellingOrIndex(kFromCodes(CodesOf(items), spacing));
+}
+
+py::object PronunciationString(const py::tuple& items) {
+  return SpellingOrIndex(notation::PronunciationString(SyllablesOf(items)));
+}
+
+py::tuple RuleNames() {
+  py::tuple names(notation::kRuleCount);
+  for (int i = 0; i < notation::kRuleCount; ++i) {
+    names[static_cast<std::size_t>(i)] = notation::RuleName(static_cast<notation::Rule>(i));
+  }
+  return names;
+}
+
+}  // namespace
+
+void AddNotation(py::module_& module) {
+  py::class_<notation::AliasTable>(module, "AliasTable")
+      .def("__len__", &notation::AliasTable::size);
+  module.attr("RULE_NAMES") = RuleNames();
+  module.def("normalize_pinyin", NormalizePinyin);
+  module.def("normalize_jyutping", NormalizeJyutping);
+  module.def("arpabet_to_pronunciation", ArpabetToPronunciation);
+  module.def("pronunciation_to_arpabet", PronunciationToArpabet);
+  module.def("parse_aliases", ParseAliases);
+  module.def("analyze", Analyze);
+  module.def("cut_whole", CutWhole);
+  module.def("marked_pinyin", Spell<notation::MarkedPinyin, notation::MarkedPinyin>);
+  module.def("jyutping", Spell<notation::Jyutping, notation::Jyutping>);
+  module.def("pronunciation_string", PronunciationString);
+}
+
+}  // namespace qeo::python

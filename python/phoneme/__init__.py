@@ -1,0 +1,146 @@
+"""Phone sets of Mandarin, Cantonese and American English, and conversions between their notations.
+
+>>> import phoneme
+>>> phoneme.py2code("ni3hao3")
+[2243, 1173]
+>>> [[phone.name for phone in syllable.phones] for syllable in phoneme.py2ph("ni3hao3")]
+[['n', 'i'], ['h', 'ao']]
+>>> phoneme.normalize_pinyin("Nǐ hǎo").text
+'ni3 hao3'
+
+A text is str, which is read as UTF-8, or bytes. A language is "mandarin", "cantonese" or "english",
+a `Language`, or any id. What cannot be converted is a `ConversionError`, or None with
+errors="none". Functions whose names end in "_batch" take many texts and give NumPy arrays.
+
+Everything can be used from any number of threads and after a fork, but not in a subinterpreter.
+"""
+
+from __future__ import annotations
+
+from phoneme import _core
+
+_core.require_main_interpreter()
+
+from phoneme._batches import (  # noqa: E402
+    CodeBatch,
+    IdBatch,
+    PieceBatch,
+    SyllableBatch,
+    TextBatch,
+    normalize_batch,
+    pr2ph_batch,
+    py2code_batch,
+    py2ph_batch,
+    pyw2py_batch,
+    to_arrow,
+)
+from phoneme._conversions import (  # noqa: E402
+    code2ph,
+    code2py,
+    lexicon_en_phone_id,
+    lexicon_en_phone_type,
+    lexicon_module_phone_type,
+    ph2ph,
+    ph2tp,
+    phone,
+    phone_feature,
+    phones,
+    pr2ph,
+    py2code,
+    py2ph,
+    pyw2py,
+    syllables,
+    tone_adaptation,
+)
+from phoneme._core import Phone, Syllable, SyllableRow, __version__  # noqa: E402
+from phoneme._enums import Language, PhoneType  # noqa: E402
+from phoneme._errors import ConversionError  # noqa: E402
+from phoneme._notation import (  # noqa: E402
+    Aliases,
+    Analysis,
+    AnalyzedSyllable,
+    Application,
+    Cut,
+    CutSyllable,
+    Normalized,
+    Problem,
+    ProblemKind,
+    Range,
+    Rule,
+    analyze,
+    arpabet_to_pronunciation,
+    cut_whole,
+    jyutping,
+    marked_pinyin,
+    normalize_jyutping,
+    normalize_pinyin,
+    parse_aliases,
+    pronunciation_string,
+    pronunciation_to_arpabet,
+)
+from phoneme.charts import chart, report  # noqa: E402
+
+__all__ = [
+    "Aliases",
+    "Analysis",
+    "AnalyzedSyllable",
+    "Application",
+    "CodeBatch",
+    "ConversionError",
+    "Cut",
+    "CutSyllable",
+    "IdBatch",
+    "Language",
+    "Normalized",
+    "Phone",
+    "PhoneType",
+    "PieceBatch",
+    "Problem",
+    "ProblemKind",
+    "Range",
+    "Rule",
+    "Syllable",
+    "SyllableBatch",
+    "SyllableRow",
+    "TextBatch",
+    "analyze",
+    "arpabet_to_pronunciation",
+    "chart",
+    "code2ph",
+    "code2py",
+    "cut_whole",
+    "jyutping",
+    "lexicon_en_phone_id",
+    "lexicon_en_phone_type",
+    "lexicon_module_phone_type",
+    "marked_pinyin",
+    "normalize_batch",
+    "normalize_jyutping",
+    "normalize_pinyin",
+    "parse_aliases",
+    "ph2ph",
+    "ph2tp",
+    "phone",
+    "phone_feature",
+    "phones",
+    "pr2ph",
+    "pr2ph_batch",
+    "pronunciation_string",
+    "pronunciation_to_arpabet",
+    "py2code",
+    "py2code_batch",
+    "py2ph",
+    "py2ph_batch",
+    "pyw2py",
+    "pyw2py_batch",
+    "report",
+    "syllables",
+    "to_arrow",
+    "tone_adaptation",
+]
+
+# Public names are at home here, for tracebacks, for pickles that outlive a change of files, and for
+# the examples, which run among these names.
+for _name in __all__:
+    globals()[_name].__module__ = __name__
+del _name

@@ -1,0 +1,201 @@
+"""ConversionError, and the search for the piece that made a conversion fail.
+
+Conversions themselves only say that they failed. What is done here costs nothing until then.
+"""
+
+from __future__ import annotations
+
+from typing import Any, Callable, Iterator, NoReturn, Optional, Sequence, Union
+
+from phoneme import _core
+
+LanguageName = Union[str, int]
+Text = Union[str, bytes]
+
+_SEPARATORS = b" \t\n\v\f\r'`"
+_BLANKS = b" \t\r\n"
+
+
+class ConversionError(ValueError):
+    """A text, a code or a sequence that could not be converted.
+
+    >>> try:
+    ...     py2code("ni3 hoa3")
+    ... except ConversionError as error:
+    ...     print(error)
+    ...     print(error.piece, error.offset)
+    'hoa3' at 4 is no syllable of mandarin: 'ni3 hoa3'
+    hoa3 4
+
+    `text` is what was passed, `piece` the part of it that is wrong and `offset` its place:
+    ``text[offset:offset + len(piece)] == piece``. A single number is shown as its digits.
+    `language` is what was passed.
+    """
+
+    def __init__(
+        self,
+        text: Sequence[Any],
+        piece: Sequence[Any],
+        offset: int,
+        language: LanguageName,
+        reason: str,
+    ) -> None:
+        super().__init__(text, piece, offset, language, reason)
+        self.text = text
+        self.piece = piece
+        self.offset = offset
+        self.language = language
+        self.reason = reason
+
+    def __str__(self) -> str:
+        where = f"{_shown(self.piece)} at {self.offset} {self.reason}"
+        is_all = self.offset == 0 and len(self.piece) == len(self.text)
+        return where if is_all else f"{where}: {_shown(self.text)}"
+
+
+def _shown(text: Sequence[Any]) -> str:
+    longest = 60
+    shown = repr(text)
+    return shown if len(shown) <= longest else shown[:longest] + "..."
+
+
+def _named(language: LanguageName) -> str:
+    """The language as messages write it: by name, where it has one."""
+    if isinstance(language, str):
+        return language
+    for name, number in _core.LANGUAGES.items():
+        if number == language:
+            return name
+    return f"language {int(language)}"
+
+
+def settle(
+    is_failed: bool,
+    errors: str,
+    explain: Callable[[Any, LanguageName], NoReturn],
+    text: Any,
+    language: LanguageName,
+) -> None:
+    """Raises what `explain` finds for a conversion that failed, unless `errors` is "none".
+
+    Any other value of `errors` than the two is a ValueError, also after a success.
+    """
+    if errors not in ("raise", "none"):
+        raise ValueError(f"errors must be 'raise' or 'none', not {errors!r}")
+    if is_failed and errors == "raise":
+        explain(text, language)
+
+
+def _raise(
+    text: Text, data: bytes, begin: int, end: int, language: LanguageName, reason: str
+) -> NoReturn:
+    """Raises for the bytes from `begin` to `end`, which are counted in the units of `text`."""
+    if isinstance(text, str):
+        begin = len(data[:begin].decode("utf-8", "surrogatepass"))
+        end = len(data[:end].decode("utf-8", "surrogatepass"))
+    piece = text[begin:end]
+    raise ConversionError(text, piece, begin, language, reason) from None
+
+
+def _bytes(text: Text) -> bytes:
+    return text.encode("utf-8", "surrogatepass") if isinstance(text, str) else bytes(text)
+
+
+def raise_for_pinyin(text: Text, language: LanguageName) -> NoReturn:
+    """Raises for the first piece of a romanised text that is no syllable."""
+    data = _bytes(text)
+    for begin, end in _pieces(data, language):
+        # The space in front keeps a piece from being cut as a whole text would be.
+        if _core.py2code(b" " + data[begin:end], language) is None:
+            _raise(text, data, begin, end, language, f"is no syllable of {_named(language)}")
+    raise AssertionError("no piece of a text that failed is wrong")
+
+
+def _pieces(data: bytes, language: LanguageName) -> Iterator[tuple[int, int]]:
+    """Where the pieces of a text stand that the library cuts it into."""
+    end = 0
+    for cut in _core.pyw2py(data, language, False):
+        piece = cut.encode("utf-8", "surrogateescape")
+        begin = _find_piece(data, piece, end)
+        end = begin + len(piece)
+        yield begin, end
+
+
+def _find_piece(data: bytes, piece: bytes, end: int) -> int:
+    """Where `piece` stands in `data` behind `end`, where the piece before it ends.
+
+    Letters that no syllable begins with are dropped, and might look like the piece: it begins at
+    `end` or where a run does, and ends with its run unless it is letters that go on.
+    """
+    for begin in range(end, len(data)):
+        found = data[begin : begin + len(piece)]
+        if found[:1].lower() + found[1:] == piece:
+            is_at_front = begin == end or _begins_run(data, begin)
+            if is_at_front and (piece.isalpha() or _ends_run(data, begin + len(piece))):
+                return begin
+    raise AssertionError("a piece is not in its text")
+
+
+def _begins_run(data: bytes, begin: int) -> bool:
+    before = data[begin - 1 : begin]
+    return before in _SEPARATORS or before.isdigit() or data[begin : begin + 1].isupper()
+
+
+def _ends_run(data: bytes, end: int) -> bool:
+    if data[end - 1 : end].isdigit() or end == len(data):
+        return True
+    return data[end : end + 1] in _SEPARATORS or data[end : end + 1].isupper()
+
+
+def raise_for_pronunciation(text: Text, language: LanguageName) -> NoReturn:
+    """Raises for the first phone or digit of a pronunciation string that is wrong."""
+    _raise_for_pronunciation(text, language, _core.pr2ph)
+
+
+def raise_for_pronunciation_ids(text: Text, language: LanguageName) -> NoReturn:
+    """As above, where every phone must have an id."""
+    _raise_for_pronunciation(text, language, _core.pr2ph_ids)
+
+
+def _raise_for_pronunciation(
+    text: Text, language: LanguageName, parse: Callable[[bytes, LanguageName], Optional[object]]
+) -> NoReturn:
+    data = _bytes(text)
+    begin = 0
+    for field in data.split(b","):
+        if parse(field, language) is None:
+            break
+        begin += len(field) + 1
+    begin += len(field) - len(field.lstrip(_BLANKS))
+    pieces = field.strip(_BLANKS).split(b" ")
+    if len(pieces) == 1:
+        end = begin + len(pieces[0])
+        _raise(text, data, begin, end, language, "stands alone: a syllable is phones and a digit")
+    for piece in pieces[:-1]:
+        if parse(piece + b" 0", language) is None:
+            reason = f"is no phone of {_named(language)}" if piece else "is empty: a space too many"
+            _raise(text, data, begin, begin + len(piece), language, reason)
+        begin += len(piece) + 1
+    _raise(text, data, begin, begin + len(pieces[-1]), language, "is not one digit")
+
+
+def raise_for_phone_ids(phone_ids: bytes, language: LanguageName) -> NoReturn:
+    """Raises for the first byte that names no phone."""
+    for offset in range(len(phone_ids)):
+        piece = phone_ids[offset : offset + 1]
+        if _core.ph2ph(piece, language) is None:
+            reason = f"is no phone of {_named(language)}"
+            raise ConversionError(phone_ids, piece, offset, language, reason)
+    raise AssertionError("no byte of a sequence that failed is wrong")
+
+
+def raise_for_code(code: int, language: LanguageName) -> NoReturn:
+    """Raises for a syllable code without a row."""
+    text = str(int(code))
+    raise ConversionError(text, text, 0, language, f"is no syllable code of {_named(language)}")
+
+
+def raise_for_item(items: Sequence[Any], index: int, language: LanguageName) -> NoReturn:
+    """Raises for one of the codes or syllables that cannot be written."""
+    piece = items[index : index + 1]
+    raise ConversionError(items, piece, index, language, "cannot be written")

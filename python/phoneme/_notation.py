@@ -1,0 +1,488 @@
+"""From what dictionaries and corpora write to the notation that the library reads, and back.
+
+Texts may be str or bytes. What is said about a text is said in its own positions: characters of a
+str, bytes of bytes.
+"""
+
+from __future__ import annotations
+
+import enum
+from dataclasses import dataclass
+from typing import (
+    Any,
+    Iterable,
+    Iterator,
+    Literal,
+    Mapping,
+    NamedTuple,
+    NoReturn,
+    Optional,
+    Union,
+    overload,
+)
+
+from phoneme import _core
+from phoneme._core import Syllable
+from phoneme._errors import LanguageName, Text, raise_for_item, settle
+
+Cutting = Literal["whole", "forward", "backward"]
+Errors = Literal["raise", "none"]
+Spacing = Literal["word", "space"]
+
+
+class Rule(str, enum.Enum):
+    """A change that normalising makes. Wherever rules are passed, their names do as well.
+
+    >>> normalize_pinyin("lu:4", rules=[Rule.DIAERESIS]) == normalize_pinyin("lu:4", ["diaeresis"])
+    True
+    """
+
+    FULL_WIDTH = "full-width"  #: full-width letters and digits to ASCII
+    PUNCTUATION = "punctuation"  #: middle dots, commas and other punctuation to a space
+    DIAERESIS = "diaeresis"  #: "u:", u with diaeresis, "lue" and "nue" to v (Pinyin)
+    TONE_MARK = "tone-mark"  #: tone marks to digits; unmarked among marked to 5 (Pinyin)
+    NEUTRAL_TONE = "neutral-tone"  #: tone 0 or none to the neutral tone (Pinyin)
+    ERHUA = "erhua"  #: "r5" to "er5" (Pinyin)
+    FUSED_ERHUA = "fused-erhua"  #: "dianr3" to "dian3 er5" (Pinyin)
+    ABBREVIATION = "abbreviation"  #: upper-case abbreviations kept apart and reported
+    GLUED = "glued"  #: a space between glued syllables, "wan2gung1" (Jyutping)
+    ALIAS = "alias"  #: a spelling replaced by its alias (Jyutping)
+    LOWER_CASE = "lower-case"  #: phone names to lower case (ARPAbet)
+    REDUCED_VOWEL = "reduced-vowel"  #: AH0 to ax (ARPAbet)
+    SECOND_STRESS = "second-stress"  #: stress 2 folded to 1 (ARPAbet)
+    MISSING_STRESS = "missing-stress"  #: a vowel without a stress digit read as 0 (ARPAbet)
+
+
+class ProblemKind(str, enum.Enum):
+    """What is wrong with a piece of a text.
+
+    >>> normalize_pinyin("ni9").problems[0].kind
+    <ProblemKind.BAD_TONE: 'bad tone'>
+    """
+
+    UNKNOWN_SYLLABLE = "unknown syllable"
+    LETTERS_LOST = "letters lost"
+    BAD_TONE = "bad tone"
+    FOREIGN_TEXT = "foreign text"
+    UNKNOWN_PHONE = "unknown phone"
+    INVALID_UTF8 = "invalid UTF-8"
+
+
+class Range(NamedTuple):
+    """A piece of a text: ``text[start:stop]``.
+
+    >>> text = "san1 P"
+    >>> problem, = normalize_pinyin(text).problems
+    >>> text[slice(*problem.range)]
+    'P'
+    """
+
+    start: int
+    stop: int
+
+
+class Application(NamedTuple):
+    """One application of a rule, and the piece of the text that it changed.
+
+    >>> normalize_pinyin("lu:4").applied
+    (Application(rule=<Rule.DIAERESIS: 'diaeresis'>, range=Range(start=1, stop=3)),)
+    """
+
+    rule: Rule
+    range: Range
+
+
+class Problem(NamedTuple):
+    """A piece of the text that could not be placed.
+
+    >>> analyze("ni3 hoa3").problems[0].suggestion
+    'hao3'
+
+    `suggestion` is what may have been meant, one edit away; "" when nothing is near.
+    """
+
+    kind: ProblemKind
+    range: Range
+    suggestion: str
+
+
+class Normalized(NamedTuple):
+    """A text in the library's notation, and how it came about.
+
+    >>> result = normalize_pinyin("lǜ")
+    >>> result.text, result.origins, [application.rule.value for application in result.applied]
+    ('lv4', (0, 1, 1), ['diaeresis', 'tone-mark'])
+
+    `origins` has for each character of `text` the position that it comes from; `applied` and
+    `problems` are in the order of the text, and without problems nothing was lost.
+    """
+
+    text: str
+    origins: tuple[int, ...]
+    applied: tuple[Application, ...]
+    problems: tuple[Problem, ...]
+
+
+class AnalyzedSyllable(NamedTuple):
+    """A syllable of a text, and where it stands.
+
+    >>> syllable, = analyze("Nǐ").syllables
+    >>> syllable.spelling, syllable.digit, syllable.range, syllable.row
+    ('ni', '3', Range(start=0, stop=2), 224)
+
+    `spelling` is in the library's letters, for English the names of the phones; `digit` is its tone
+    or stress, or ""; `row` its row of the syllable table, None for English.
+    """
+
+    spelling: str
+    digit: str
+    range: Range
+    row: Optional[int]
+    syllable: Syllable
+
+
+class Analysis(NamedTuple):
+    """A text, read: every character is in a syllable, a separator or a problem.
+
+    >>> analysis = analyze("Nǐ hoa3")
+    >>> [syllable.spelling for syllable in analysis.syllables], analysis.separators
+    (['ni'], (Range(start=2, stop=3),))
+    """
+
+    syllables: tuple[AnalyzedSyllable, ...]
+    separators: tuple[Range, ...]
+    applied: tuple[Application, ...]
+    problems: tuple[Problem, ...]
+
+
+class CutSyllable(NamedTuple):
+    """One syllable of a cut: its letters, and its row in the syllable table.
+
+    >>> cut_whole("ni").syllables
+    (CutSyllable(range=Range(start=0, stop=2), row=224),)
+    """
+
+    range: Range
+    row: int
+
+
+@dataclass(frozen=True)
+class Cut:
+    """How a word can be cut into syllables.
+
+    >>> cut = cut_whole("xian", max_cuts=2)
+    >>> cut.covers, cut.count, [len(syllables) for syllables in cut.cuts]
+    (True, 4, [1, 2])
+
+    `covers` says whether a cut exists that leaves no letter out, `count` how many there are, None
+    for too many to count. `syllables` is the best, `cuts` lists the first of them, the best first.
+    `directions_differ` says whether longest match from the front and from the end disagree.
+    """
+
+    covers: bool
+    syllables: tuple[CutSyllable, ...]
+    count: Optional[int]
+    cuts: tuple[tuple[CutSyllable, ...], ...]
+    directions_differ: bool
+
+
+class Aliases(Mapping[str, str]):
+    """Spellings and the Jyutping syllables that stand for them, ready for use.
+
+    >>> lazy = Aliases({"ni": "nei"})
+    >>> normalize_jyutping("ni5", aliases=lazy).text
+    'nei5'
+
+    A mapping does in its place; this one is checked and made only once. Entries that cannot be
+    used are a ValueError.
+    """
+
+    def __init__(self, aliases: Mapping[str, str]) -> None:
+        self._aliases = dict(aliases)
+        lines = [f"{spelling}\t{syllable}\n" for spelling, syllable in self._aliases.items()]
+        # The comment in front makes a byte order mark in a spelling an error like any other.
+        self._table = _alias_table("".join(["#\n", *lines]))
+        if len(self._table) != len(self._aliases):  # a spelling is a comment, or lines of its own
+            raise ValueError(f"not all of these are aliases: {self._aliases!r}")
+
+    def __getitem__(self, spelling: str) -> str:
+        return self._aliases[spelling]
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(self._aliases)
+
+    def __len__(self) -> int:
+        return len(self._aliases)
+
+    def __repr__(self) -> str:
+        return f"Aliases({self._aliases!r})"
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return Aliases, (self._aliases,)
+
+
+AliasesLike = Optional[Mapping[str, str]]
+
+
+def parse_aliases(text: Text) -> Aliases:
+    r"""Reads a table of aliases: one a line, the spelling, a tab and the syllable in its place.
+
+    >>> parse_aliases("# lazy sounds\nni\tnei\n")
+    Aliases({'ni': 'nei'})
+
+    Empty lines and lines that begin with "#" are left out. Lines that cannot be used, also a
+    spelling that stands in an earlier line, are a ValueError that lists them.
+    """
+    _alias_table(text)
+    decoded = text if isinstance(text, str) else text.decode()
+    lines = decoded.lstrip("\ufeff").split("\n")
+    fields = [line.rstrip("\r").split("\t") for line in lines if line.strip() and line[0] != "#"]
+    return Aliases({spelling: syllable for spelling, syllable in fields})
+
+
+def _alias_table(text: Text) -> _core.AliasTable:
+    table, errors = _core.parse_aliases(text)
+    if errors:
+        raise ValueError("; ".join(f"line {line}: {message}" for line, message in errors))
+    return table
+
+
+def _core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:
+    if aliases is None:
+        return None
+    return (aliases if isinstance(aliases, Aliases) else Aliases(aliases))._table
+
+
+def _rule_bits(rules: Optional[Iterable[Union[Rule, str]]]) -> Optional[int]:
+    if rules is None:
+        return None
+    if isinstance(rules, str):
+        raise TypeError("rules must be an iterable of rules, not one str")
+    return sum(1 << _core.RULE_NAMES.index(rule.value) for rule in {Rule(rule) for rule in rules})
+
+
+def _applied(applied: Iterable[_core.Application]) -> tuple[Application, ...]:
+    return tuple(Application(Rule(rule), Range(*place)) for rule, place in applied)
+
+
+def _problems(problems: Iterable[_core.Problem]) -> tuple[Problem, ...]:
+    return tuple(Problem(ProblemKind(kind), Range(*at), near) for kind, at, near in problems)
+
+
+def _normalized(result: _core.Normalized) -> Normalized:
+    text, origins, applied, problems = result
+    return Normalized(text, origins, _applied(applied), _problems(problems))
+
+
+def normalize_pinyin(text: Text, rules: Optional[Iterable[Union[Rule, str]]] = None) -> Normalized:
+    """Converts Pinyin as dictionaries, corpora and people write it to the library's notation.
+
+    >>> normalize_pinyin("Xī'ān, lu:4").text
+    'xi1 an1 lv4'
+    >>> normalize_pinyin("yīdīngdiǎnr").text
+    'yi1 ding1 dian3 er5'
+
+    `text` is one line or entry: whether it has tones is decided for all of it. A word of a text
+    without tones stays whole, see `cut_whole`. Without `rules`, all rules for Pinyin are in use.
+    """
+    return _normalized(_core.normalize_pinyin(text, _rule_bits(rules)))
+
+
+def normalize_jyutping(
+    text: Text,
+    rules: Optional[Iterable[Union[Rule, str]]] = None,
+    aliases: AliasesLike = None,
+) -> Normalized:
+    """Converts Jyutping as dictionaries and corpora write it to the library's notation.
+
+    >>> normalize_jyutping("wan2gung1").text
+    'wan2 gung1'
+    >>> normalize_jyutping("ai3", aliases={"ai": "ngai"}).text
+    'ngai3'
+
+    `aliases` maps spellings to the syllables that replace them. Otherwise as `normalize_pinyin`.
+    """
+    return _normalized(_core.normalize_jyutping(text, _rule_bits(rules), _core_aliases(aliases)))
+
+
+def arpabet_to_pronunciation(
+    phones: Text, rules: Optional[Iterable[Union[Rule, str]]] = None
+) -> Normalized:
+    """Converts the pronunciation of a word from ARPAbet to a pronunciation string.
+
+    >>> arpabet_to_pronunciation("HH AH0 L OW1").text
+    'hh ax 0, l ow 1'
+
+    Each vowel makes a syllable; consonants between two are cut by maximal onset. Without `rules`,
+    all rules for ARPAbet but Rule.SECOND_STRESS are in use.
+    """
+    return _normalized(_core.arpabet_to_pronunciation(phones, _rule_bits(rules)))
+
+
+def pronunciation_to_arpabet(pronunciation: Text) -> Normalized:
+    """Converts a pronunciation string of American English to ARPAbet.
+
+    >>> pronunciation_to_arpabet("hh ax 0, l ow 1").text
+    'HH AH0 L OW1'
+    """
+    return _normalized(_core.pronunciation_to_arpabet(pronunciation))
+
+
+def analyze(
+    text: Text,
+    language: LanguageName = "mandarin",
+    *,
+    rules: Optional[Iterable[Union[Rule, str]]] = None,
+    aliases: AliasesLike = None,
+    cutting: Cutting = "whole",
+) -> Analysis:
+    """Reads a text syllable by syllable, and finds everything in it that cannot be read.
+
+    >>> for problem in analyze("Nǐ hoa3, san1 P").problems:
+    ...     print(problem.kind.value, problem.range, problem.suggestion or None)
+    unknown syllable Range(start=3, stop=7) hao3
+    foreign text Range(start=14, stop=15) None
+
+    Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
+    English as by `arpabet_to_pronunciation`. Words without tones are cut "whole" (so that every
+    letter finds its syllable, if that can be), "forward" or "backward" (by longest match).
+    """
+    ways = ("whole", "forward", "backward")
+    if cutting not in ways:
+        raise ValueError(f"cutting must be one of {ways}, not {cutting!r}")
+    syllables, separators, applied, problems = _core.analyze(
+        text, language, _rule_bits(rules), _core_aliases(aliases), ways.index(cutting)
+    )
+    return Analysis(
+        tuple(
+            AnalyzedSyllable(spelling, digit, Range(*place), row, syllable)
+            for spelling, digit, place, row, syllable in syllables
+        ),
+        tuple(Range(*place) for place in separators),
+        _applied(applied),
+        _problems(problems),
+    )
+
+
+def _cut(syllables: Iterable[_core.CutSyllable]) -> tuple[CutSyllable, ...]:
+    return tuple(CutSyllable(Range(*place), row) for place, row in syllables)
+
+
+def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: int = 0) -> Cut:
+    """Cuts a word without tones so that every letter finds its syllable, if that can be.
+
+    >>> word = "yipinguo"
+    >>> [word[slice(*syllable.range)] for syllable in cut_whole(word).syllables]
+    ['yi', 'pin', 'guo']
+
+    Longest match from the front would give "yi" and "ping", and lose the rest. The best cut leaves
+    the fewest letters out, and of those has the fewest syllables, the longest first. A capital
+    opens a syllable. At most `max_cuts` cuts that cover the word are listed.
+    """
+    if max_cuts < 0:
+        raise ValueError(f"max_cuts must not be negative, but is {max_cuts}")
+    covers, syllables, count, cuts, differ = _core.cut_whole(letters, language, max_cuts)
+    return Cut(covers, _cut(syllables), count, tuple(_cut(cut) for cut in cuts), differ)
+
+
+SyllablesOrCodes = Union[Iterable[int], Iterable[Syllable]]
+
+
+def _with_spaces(spacing: str) -> bool:
+    if spacing not in ("word", "space"):
+        raise ValueError(f"spacing must be 'word' or 'space', not {spacing!r}")
+    return spacing == "space"
+
+
+def _written(
+    result: Union[str, int], items: tuple[Any, ...], errors: str, language: LanguageName
+) -> Optional[str]:
+    """The text, or what happens when the item of an index cannot be written."""
+
+    def explain(items: tuple[Any, ...], language: LanguageName) -> NoReturn:
+        raise_for_item(items, int(result), language)
+
+    settle(not isinstance(result, str), errors, explain, items, language)
+    return result if isinstance(result, str) else None
+
+
+@overload
+def marked_pinyin(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = ..., errors: Literal["raise"] = ...
+) -> str: ...
+
+
+@overload
+def marked_pinyin(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = ..., errors: Literal["none"]
+) -> Optional[str]: ...
+
+
+def marked_pinyin(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = "word", errors: Errors = "raise"
+) -> Optional[str]:
+    """Writes Mandarin syllables, or their codes, as Pinyin with tone marks.
+
+    >>> marked_pinyin(py2code("nv3er2")), marked_pinyin(py2ph("nv3er2"), spacing="space")
+    ("nǚ'ér", 'nǚ ér')
+
+    With spacing "word" syllables are written together, with an apostrophe where one belongs. A code
+    or syllable that cannot be written, as one without a code or of another language, is a
+    ConversionError, or None with errors="none".
+    """
+    items = tuple(syllables)
+    return _written(_core.marked_pinyin(items, _with_spaces(spacing)), items, errors, "mandarin")
+
+
+@overload
+def jyutping(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = ..., errors: Literal["raise"] = ...
+) -> str: ...
+
+
+@overload
+def jyutping(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = ..., errors: Literal["none"]
+) -> Optional[str]: ...
+
+
+def jyutping(
+    syllables: SyllablesOrCodes, *, spacing: Spacing = "word", errors: Errors = "raise"
+) -> Optional[str]:
+    """Writes Cantonese syllables, or their codes, as Jyutping with tone digits.
+
+    >>> jyutping(py2code("nei5hou2", "cantonese"), spacing="space")
+    'nei5 hou2'
+
+    What cannot be written is as with `marked_pinyin`.
+    """
+    items = tuple(syllables)
+    return _written(_core.jyutping(items, _with_spaces(spacing)), items, errors, "cantonese")
+
+
+@overload
+def pronunciation_string(
+    syllables: Iterable[Syllable], *, errors: Literal["raise"] = ...
+) -> str: ...
+
+
+@overload
+def pronunciation_string(
+    syllables: Iterable[Syllable], *, errors: Literal["none"]
+) -> Optional[str]: ...
+
+
+def pronunciation_string(
+    syllables: Iterable[Syllable], *, errors: Errors = "raise"
+) -> Optional[str]:
+    """Writes syllables of any language as a pronunciation string, for `pr2ph` to read back.
+
+    >>> pronunciation_string(py2ph("ni3hao3"))
+    'n i 3, h ao 3'
+
+    Cannot be written: a syllable without phones or with None for one, and a phone of another
+    language than the first one's. Failures are as with `marked_pinyin`.
+    """
+    items = tuple(syllables)
+    language: LanguageName = items[0].language if items else "mandarin"
+    return _written(_core.pronunciation_string(items), items, errors, language)

@@ -1,0 +1,41 @@
+"""Builds the extension module from the library's own sources; the rest is in pyproject.toml."""
+
+import re
+from pathlib import Path
+
+from pybind11.setup_helpers import ParallelCompile, Pybind11Extension, build_ext
+from setuptools import setup
+
+HERE = Path(__file__).resolve().parent
+ROOT = HERE.parent
+
+# The project's version stands in CMakeLists.txt and nowhere else.
+found = re.search(r"VERSION (\d+\.\d+\.\d+)", (ROOT / "CMakeLists.txt").read_text())
+if found is None:
+    raise SystemExit("CMakeLists.txt tells no version")
+VERSION = found[1]
+
+# Relative to this folder, as setuptools wants them.
+FOLDERS = ["../xstr", "../phoneme", "../notation", "bindings"]
+SOURCES = [
+    f"{folder}/{source.name}" for folder in FOLDERS for source in sorted((HERE / folder).glob("*.cc"))
+]
+STATIC = [("PHONEME_STATIC_DEFINE", None), ("XSTR_STATIC_DEFINE", None)]
+STATIC.append(("NOTATION_STATIC_DEFINE", None))
+
+ParallelCompile("CMAKE_BUILD_PARALLEL_LEVEL").install()
+setup(
+    version=VERSION,
+    ext_modules=[
+        Pybind11Extension(
+            "phoneme._core",
+            SOURCES,
+            include_dirs=[str(ROOT), str(HERE)],
+            libraries=["utf8proc"],
+            define_macros=[*STATIC, ("PHONEME_VERSION", f'"{VERSION}"')],
+            extra_compile_args=["-O2"],
+            cxx_std=17,
+        )
+    ],
+    cmdclass={"build_ext": build_ext},
+)

@@ -1,0 +1,517 @@
+"""Charts and reports: every phone and syllable in its place, texts apart, counts that are right,
+and the samples in docs/ as the code draws them today."""
+
+from __future__ import annotations
+
+import itertools
+import os
+import pathlib
+import re
+import subprocess
+import sys
+from collections import Counter
+from typing import Any, Callable, Iterable
+
+import pytest
+
+import phoneme
+from phoneme import Language, PhoneType
+from phoneme._page import FAINT, INK, PAPER, PLAIN_LOOK, SHADES, Look, Shading, _class_bounds
+from phoneme.charts import Coverage, chart, coverage, report
+
+matplotlib = pytest.importorskip("matplotlib")
+FigureCanvasAgg = pytest.importorskip("matplotlib.backends.backend_agg").FigureCanvasAgg
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SAMPLES = ["cantonese", "cantonese_report", "english", "english_report", "mandarin"]
+SAMPLES += ["mandarin_report"]
+
+on_grids = pytest.mark.parametrize("language", [Language.MANDARIN, Language.CANTONESE])
+
+
+def texts_of(figure: Any) -> list[Any]:
+    return [text for axes in figure.axes for text in axes.texts]
+
+
+def strings_of(figure: Any) -> list[str]:
+    return [text.get_text().replace(r"\$", "$") for text in texts_of(figure)]
+
+
+def boxes_of(figure: Any) -> list[Any]:
+    return [patch for axes in figure.axes for patch in axes.patches]
+
+
+def fill_at(figure: Any, text: Any) -> str:
+    """The colour of the last box drawn around a text."""
+    boxes = [box.get_extents() for box in boxes_of(figure)]
+    point = figure.axes[0].transData.transform(text.get_position())
+    around = [box for box, extent in zip(boxes_of(figure), boxes) if extent.contains(*point)]
+    return str(matplotlib.colors.to_hex(around[-1].get_facecolor()))
+
+
+def find_text(figure: Any, string: str) -> Any:
+    found = [text for text in texts_of(figure) if text.get_text() == string]
+    assert len(found) == 1, string
+    return found[0]
+
+
+def row_of(text: str) -> int:
+    return phoneme.py2code(text)[0] // 10
+
+
+def is_bold(text: Any) -> bool:
+    return bool(text.get_weight() == "bold")
+
+
+def positions(texts: Iterable[Any]) -> dict[str, list[tuple[float, float]]]:
+    found: dict[str, list[tuple[float, float]]] = {}
+    for text in texts:
+        found.setdefault(text.get_text(), []).append(text.get_position())
+    return found
+
+
+# What is drawn
+
+
+@on_grids
+def test_every_syllable_stands_under_its_final_and_beside_its_initial(language: Language) -> None:
+    figure = chart(language)
+    cells = positions(t for t in texts_of(figure) if t.get_color() == INK and not is_bold(t))
+    headings = positions(t for t in texts_of(figure) if t.get_color() == FAINT)
+
+    checked = 0
+    for row in phoneme.syllables(language):
+        ((x, y),) = cells[row.pinyin]
+        if row.final is not None:
+            assert any(abs(x - hx) < 12 and hy < y for hx, hy in headings[str(row.final.id)]), row
+        if row.initial is not None:
+            assert any(y == hy and hx < x for hx, hy in headings[str(row.initial.id)]), row
+        checked += 1
+    assert checked == {Language.MANDARIN: 417, Language.CANTONESE: 619}[language]
+
+
+@on_grids
+def test_every_final_heads_a_column_and_every_initial_a_row(language: Language) -> None:
+    figure = chart(language)
+    bold = Counter(text.get_text() for text in texts_of(figure) if is_bold(text))
+    finals = Counter(p.name for p in phoneme.phones(language) if p.type == PhoneType.FINAL)
+    initials = {p.name for p in phoneme.phones(language) if p.type == PhoneType.INITIAL}
+    assert sum(finals.values()) == {Language.MANDARIN: 39, Language.CANTONESE: 75}[language]
+    for name, count in finals.items():
+        assert bold[name] - (name in initials) >= count, name
+    assert initials <= set(bold)
+
+
+def first_column(figure: Any) -> list[str]:
+    """The initials of the first panel from top to bottom."""
+    rows = [t for t in texts_of(figure) if is_bold(t) and t.get_ha() == "right"]
+    rows.sort(key=lambda text: float(text.get_position()[1]))
+    names = [text.get_text() for text in rows]
+    return names[: len(set(names))]
+
+
+def test_initials_are_in_the_order_of_the_field() -> None:
+    mandarin = "b p m f d t n l g k h j q x zh ch sh r z c s".split()
+    assert first_column(chart("mandarin")) == mandarin
+    cantonese = "b p m f d t n l g k ng h gw kw w z c s j".split()
+    assert first_column(chart("cantonese")) == cantonese
+
+
+def finals_in_order(figure: Any) -> list[str]:
+    columns = [t for t in texts_of(figure) if is_bold(t) and t.get_ha() == "center"]
+    columns.sort(key=lambda text: tuple(text.get_position()[::-1]))
+    return [text.get_text() for text in columns]
+
+
+def test_finals_are_grouped_by_medial_and_by_vowel() -> None:
+    assert finals_in_order(chart("mandarin")) == (
+        "m a o e ii iii ai ei ao ou er an en ang eng ong "
+        "i ia ie iao iou iou ian in iang ing iong "
+        "u ua uo uai uei uan uen uang ueng v ve van vn"
+    ).split()
+    cantonese = finals_in_order(chart("cantonese"))
+    assert cantonese[-19:] == [p.name for p in phoneme.phones("cantonese")[76:]]
+    assert cantonese.index("ui") < cantonese.index("uaa")
+    assert "u, written w" in strings_of(chart("cantonese"))
+
+
+def test_every_english_phone_is_drawn_once_with_its_id() -> None:
+    figure = chart("english")
+    ids = {text.get_position(): text.get_text() for text in texts_of(figure)}
+    drawn = 0
+    for phone in phoneme.phones("english"):
+        if phone.type == PhoneType.SILENCE:
+            continue
+        is_like_r = phone.feature[0] == "+" and phone.feature[5] == "r"
+        x, y = find_text(figure, phone.name + ("\u02b3" if is_like_r else "")).get_position()
+        assert ids[(x, y + 13)] == str(phone.id)
+        drawn += 1
+    assert drawn == 40
+
+
+def test_english_phones_stand_by_their_features() -> None:
+    figure = chart("english")
+    place = {p.name: p for p in phoneme.phones("english")}
+    at: dict[str, tuple[float, float]] = {}
+    for text in texts_of(figure):
+        at.setdefault(text.get_text().rstrip("\u02b3"), text.get_position())
+    compared = 0
+    for a, b in itertools.permutations((p for p in place.values() if p.id), 2):
+        are_vowels = a.feature[0] == b.feature[0] == "+"
+        same_kind = are_vowels and (a.feature[1] == "d") == (b.feature[1] == "d")
+        if same_kind and a.feature[2] < b.feature[2]:  # the higher one is further up
+            assert at[a.name][1] < at[b.name][1], (a, b)
+            compared += 1
+        if same_kind and a.feature[2] == b.feature[2] and a.feature[3] < b.feature[3]:
+            assert at[a.name][0] < at[b.name][0], (a, b)  # the fronter one further left
+            compared += 1
+        both = a.feature[0] == b.feature[0] == "-"
+        if both and a.feature[5:7] == b.feature[5:7] and a.feature[7] < b.feature[7]:
+            assert at[a.name][1] == at[b.name][1], (a, b)  # "+", voiced, is before "-" in ASCII
+            assert at[a.name][0] > at[b.name][0], (a, b)
+            compared += 1
+    assert compared > 60
+
+
+# Layout
+
+
+def messy_lexicon() -> list[str]:
+    return ["ni3\t好 $x$ $y$", "\ud800", "q" * 300, "ma9 ma99", "xyz", "\n", "ni3 hao3", "nihaox"]
+
+
+def big_counts() -> Coverage:
+    counts = coverage([], "cantonese")
+    for index, row in enumerate(phoneme.syllables("cantonese")):
+        counts.syllables[row.id] = 30_000_000 >> (index % 26)
+    counts.tones.update({str(tone): 123_456_789 for tone in range(1, 8)})
+    for kind in phoneme.ProblemKind:
+        counts.problems[kind.value] = 12_345_678
+        counts.examples[kind.value] = "W" * 40
+    return counts
+
+
+def big_english_counts() -> Coverage:
+    counts = coverage([], "english")
+    counts.phones.update({p.id: 999_999_999 for p in phoneme.phones("english")})
+    return counts
+
+
+PICTURES: dict[str, Callable[[], Any]] = {
+    "mandarin": lambda: chart("mandarin"),
+    "cantonese": lambda: chart("cantonese"),
+    "english": lambda: chart("english"),
+    "mandarin report": lambda: report(ROOT / "data/mandarin.tsv"),
+    "cantonese report": lambda: report(ROOT / "data/cantonese.tsv", "cantonese"),
+    "english report": lambda: report(ROOT / "data/english.tsv", "english", column=2),
+    "shaded chart": lambda: chart("mandarin", lexicon=["ni3 hao3"] * 7),
+    "nothing": lambda: report([], "cantonese"),
+    "nothing English": lambda: report([], "english"),
+    "messy": lambda: report(messy_lexicon()),
+    "large counts": lambda: report(big_counts(), "cantonese"),
+    "large English counts": lambda: report(big_english_counts(), "english"),
+}
+
+
+@pytest.mark.parametrize("picture", PICTURES)
+def test_no_text_covers_another_or_leaves_the_page(picture: str) -> None:
+    figure = PICTURES[picture]()
+    page = figure.bbox
+    renderer = FigureCanvasAgg(figure).get_renderer()
+    texts = texts_of(figure)
+    extents = [(text.get_window_extent(renderer), text.get_text()) for text in texts]
+    assert len(extents) > 60
+    for extent, text in extents:
+        assert page.x0 <= extent.x0 and extent.x1 <= page.x1, text
+        assert page.y0 <= extent.y0 and extent.y1 <= page.y1, text
+    extents.sort(key=lambda item: float(item[0].x0))
+    for index, (extent, text) in enumerate(extents):
+        for other, other_text in extents[index + 1 :]:
+            if other.x0 >= extent.x1:
+                break
+            # Line boxes may touch; what counts is that the letters do not.
+            overlap = min(extent.y1, other.y1) - max(extent.y0, other.y0)
+            assert overlap < 3, (text, other_text)
+
+
+def luminance(color: str) -> float:
+    parts = matplotlib.colors.to_rgb(color)
+    linear = [c / 12.92 if c <= 0.04045 else ((c + 0.055) / 1.055) ** 2.4 for c in parts]
+    return float(0.2126 * linear[0] + 0.7152 * linear[1] + 0.0722 * linear[2])
+
+
+def contrast(a: str, b: str) -> float:
+    low, high = sorted((luminance(a), luminance(b)))
+    return (high + 0.05) / (low + 0.05)
+
+
+def test_text_is_readable_on_every_fill() -> None:
+    looks = [PLAIN_LOOK, Look(PAPER), Look(PAPER, FAINT)]
+    looks += [look for look, _ in Shading([300]).legend()]
+    assert len({look.fill for look in looks}) == 2 + 1 + len(SHADES)
+    for look in looks:
+        assert contrast(look.fill, look.ink) >= 4.5, look
+    assert contrast(PAPER, INK) >= 7
+
+
+def test_shades_fall_in_lightness() -> None:
+    # Without hue, in print or to any eye, the order is still there.
+    lightness = [luminance(shade) for shade in SHADES]
+    assert all(a > 1.2 * b for a, b in zip(lightness, lightness[1:]))
+
+
+# Shading
+
+
+def test_class_bounds() -> None:
+    cases = [
+        (1, [1]),
+        (2, [1]),
+        (3, [1, 3]),
+        (299, [1, 3, 10, 30, 100]),
+        (300, [1, 3, 10, 30, 100, 300]),
+        (1000, [1, 10, 100, 1000]),
+        (10**6, [1, 30, 1000, 30_000, 10**6]),
+    ]
+    for largest, bounds in cases:
+        assert _class_bounds(largest, 6) == bounds, largest
+
+
+def test_a_cell_has_the_colour_of_its_class_in_the_legend() -> None:
+    lexicon = ["ba1"] + ["pa1"] * 2 + ["ma1"] * 3 + ["fa1"] * 12
+    figure = chart("mandarin", lexicon=lexicon)
+    shading = Shading([1, 2, 3, 12])
+    for syllable, count in {"ba": 1, "pa": 2, "ma": 3, "fa": 12, "da": 0}.items():
+        assert fill_at(figure, find_text(figure, syllable)) == shading.look(count).fill, syllable
+    fills = [shading.look(count).fill for count in (0, 1, 3, 12)]
+    assert len(set(fills)) == 4
+    assert shading.look(1) == shading.look(2)
+    assert {"never seen", "1 to 2", "3 to 9", "10 to 12"} <= set(strings_of(figure))
+
+
+def test_english_phones_show_their_counts() -> None:
+    figure = chart("english", lexicon=["K AE1 T"] * 1234)
+    for name in ("k", "ae", "t"):
+        x, y = find_text(figure, name).get_position()
+        assert "1.2k" in [t.get_text() for t in texts_of(figure) if t.get_position() == (x, y + 13)]
+    assert strings_of(figure).count("1.2k") == 3
+    assert fill_at(figure, find_text(figure, "b")) == Shading([1]).look(0).fill
+
+
+# Counts
+
+
+@on_grids
+def test_coverage_counts_what_the_library_converts(language: Language) -> None:
+    path = ROOT / "data" / f"{language.name.lower()}.tsv"
+    counts = coverage(path, language, column=2)
+    rows, tones, phones, lines = Counter[int](), Counter[int](), Counter[int](), 0
+    for line in path.read_text("utf-8").splitlines():
+        if line.startswith("# "):
+            continue
+        lines += 1
+        for syllable in phoneme.py2ph(line.split("\t")[2], language):
+            rows[syllable.code // 10] += 1
+            tones[syllable.tone] += 1
+            phones.update(phone.id for phone in syllable.phones if phone is not None)
+    assert counts.entries == lines > 2000
+    assert counts.syllables == rows
+    assert {int(tone): count for tone, count in counts.tones.items() if tone} == tones
+    assert counts.phones == phones
+    assert not counts.problems and not counts.flawed_entries
+
+
+def test_coverage_counts_pronunciation_strings_phone_by_phone() -> None:
+    path = ROOT / "data" / "english.tsv"
+    counts = coverage(path, "english", column=2)
+    phones, digits = Counter[int](), Counter[str]()
+    strings = [line.split("\t")[2] for line in path.read_text("utf-8").splitlines()[3:]]
+    for string in strings:
+        for syllable in phoneme.pr2ph(string, "english"):
+            digits[str(syllable.raw_tone)] += 1
+            phones.update(phone.id for phone in syllable.phones if phone is not None)
+    assert counts.phones == phones
+    assert counts.tones == digits
+    assert counts.entries == len(strings) > 2000
+
+    arpabet = [phoneme.pronunciation_to_arpabet(string).text for string in strings]
+    in_arpabet = coverage(arpabet, "english").phones
+    ah, ax = (p.id for p in phoneme.phones("english") if p.name in ("ah", "ax"))
+    # Without stress the two vowels are one name in ARPAbet.
+    assert in_arpabet[ah] + in_arpabet[ax] == phones[ah] + phones[ax]
+    for other in set(phones) - {ah, ax}:
+        assert in_arpabet[other] == phones[other]
+
+
+def test_a_broken_pronunciation_string_counts_as_far_as_it_is_read() -> None:
+    counts = coverage(["hh ax 0, qq iy 1", "l ow 9", "k ae t"], "english")
+    assert counts.problems["unknown phone"] == 1
+    assert counts.problems["bad tone"] == 1
+    assert counts.examples == {"unknown phone": "qq", "bad tone": "9"}
+    names = [phone.name for phone in phoneme.phones("english") if counts.phones[phone.id]]
+    assert names == ["ae", "ax", "iy", "ow", "hh", "k", "l", "t"]
+    assert counts.flawed_entries == 2
+
+
+def test_problems_are_counted_by_kind_with_the_first_piece() -> None:
+    counts = coverage(["ni3 xyz3", "", "nǐ hao9", "xyz ni3", "  "])
+    assert (counts.entries, counts.blank_entries, counts.flawed_entries) == (5, 2, 3)
+    assert counts.problems["unknown syllable"] == 2
+    assert counts.examples["unknown syllable"] == "xyz3"
+    assert counts.problems["bad tone"] == 1
+    strings = strings_of(report(counts))
+    assert {"unknown syllable", "bad tone", "first: xyz3"} <= set(strings)
+    assert any("Entries with problems: 3, blank: 2." in string for string in strings)
+
+
+def test_report_says_what_is_never_seen() -> None:
+    everything = [row.pinyin + "1" for row in phoneme.syllables("cantonese") if row.pinyin != "wut"]
+    strings = strings_of(report(everything, "cantonese"))
+    assert {"1 of 88 phones", "uut (94)", "1 of 619 syllables"} <= set(strings)
+    assert strings.count("wut") == 2  # in the list and in the grid
+    strings = strings_of(report(["ni3"]))
+    assert "416 of 417 syllables" in strings
+    assert any(re.fullmatch(r"and \d+ more", string) for string in strings)
+
+
+def is_tone(text: Any, tone: str) -> bool:
+    return bool(text.get_text() == tone and text.get_position()[0] < 20)
+
+
+def test_report_has_a_bar_for_every_tone() -> None:
+    figure = report(["ni3 hao3 ma1"])
+    bars = {}
+    for tone in "12345":
+        ((x, y),) = [t.get_position() for t in texts_of(figure) if is_tone(t, tone)]
+        bars[tone] = next(b.get_width() for b in boxes_of(figure) if b.get_y() == y - 6)
+    assert bars["2"] == bars["4"] == bars["5"] == 0
+    assert bars["3"] == pytest.approx(2 * bars["1"]) and bars["1"] > 0
+
+
+# What a lexicon may be
+
+
+def test_every_form_of_a_lexicon_counts_the_same(tmp_path: pathlib.Path) -> None:
+    pandas = pytest.importorskip("pandas")
+    texts = ["ni3 hao3", "lv4", "xyz"]
+    path = tmp_path / "lexicon.tsv"
+    lines = [f"{index}\t{text}\tmore" for index, text in enumerate(texts)]
+    path.write_bytes("\r\n".join(["\ufeff# a comment", "", *lines]).encode("utf-8"))
+    forms: dict[str, Any] = {
+        "list": texts,
+        "iterator": iter(texts),
+        "bytes": [text.encode() for text in texts],
+        "pairs": [("word", text) for text in texts],
+        "mapping": {str(index): text for index, text in enumerate(texts)},
+        "series": pandas.Series(texts),
+        "path": path,
+        "path as text": str(path),
+    }
+    for name, form in forms.items():
+        counts = coverage(form)
+        assert counts.entries == 3, name
+        assert sorted(counts.syllables) == sorted(map(row_of, ["ni3", "hao3", "lv4"])), name
+        assert counts.problems == {"unknown syllable": 1}, name
+
+
+def test_what_is_no_lexicon_is_an_error_that_says_where(tmp_path: pathlib.Path) -> None:
+    with pytest.raises(TypeError, match="entry 1 of the lexicon is NoneType"):
+        coverage(["ni3", None])  # type: ignore[list-item]
+    with pytest.raises(TypeError, match="entry 0 of the lexicon is tuple"):
+        coverage([("a", "b", "c")])  # type: ignore[list-item]
+    path = tmp_path / "lexicon.tsv"
+    path.write_text("a\tni3\nb ni3\n", "utf-8")
+    with pytest.raises(ValueError, match=r"lexicon\.tsv:2: no column 1 in 1 fields"):
+        coverage(path)
+    with pytest.raises(ValueError, match="no column -1"):
+        coverage(path, column=-1)
+    with pytest.raises(FileNotFoundError):
+        coverage(tmp_path / "missing.tsv")
+    with pytest.raises(ValueError, match="CANTONESE.*MANDARIN"):
+        chart("mandarin", lexicon=coverage([], "cantonese"))
+
+
+def test_languages_by_name_enum_and_id() -> None:
+    names: list[str | int] = ["english", Language.AMERICAN_ENGLISH, 20000, 20123]
+    for language in names:
+        assert strings_of(chart(language))[0] == "American English: vowels and consonants"
+    assert strings_of(chart(7))[0] == "Mandarin: initials and finals"
+    with pytest.raises(ValueError, match="mandarin.*cantonese.*english"):
+        chart("klingon")
+
+
+# Files and matplotlib
+
+
+@pytest.mark.parametrize("ending", ["svg", "png", "SVG"])
+def test_the_same_picture_is_the_same_file(tmp_path: pathlib.Path, ending: str) -> None:
+    first, second = tmp_path / f"first.{ending}", tmp_path / f"second.{ending}"
+    chart("english", path=first)
+    before = dict(matplotlib.rcParams)
+    settings = {"savefig.bbox": "tight", "font.size": 30, "axes.facecolor": "red"}
+    with matplotlib.rc_context({**settings, "savefig.facecolor": "red", "savefig.dpi": 30}):
+        chart("english", path=str(second))
+    assert dict(matplotlib.rcParams) == before
+    assert first.read_bytes() == second.read_bytes()
+    assert first.read_bytes()[:4] == (b"\x89PNG" if ending == "png" else b"<?xm")
+    assert b"Matplotlib" not in first.read_bytes()
+
+
+def test_other_endings_are_refused(tmp_path: pathlib.Path) -> None:
+    for name in ("chart.pdf", "chart", "svg"):
+        with pytest.raises(ValueError, match=r"\.svg and \.png"):
+            chart("english", path=tmp_path / name)
+    assert not list(tmp_path.iterdir())
+
+
+def test_without_matplotlib_the_error_says_what_to_install(
+    monkeypatch: pytest.MonkeyPatch,
+) -> None:
+    monkeypatch.setitem(sys.modules, "matplotlib.figure", None)  # type: ignore[misc]
+    with pytest.raises(ImportError, match="pip install matplotlib"):
+        chart("english")
+    assert coverage(["ni3"]).entries == 1
+
+
+def test_matplotlib_is_loaded_when_drawing_and_pyplot_never() -> None:
+    code = (
+        "import sys, phoneme, phoneme.charts\n"
+        "assert 'matplotlib' not in sys.modules\n"
+        "phoneme.chart('english')\n"
+        "assert 'matplotlib' in sys.modules and 'matplotlib.pyplot' not in sys.modules\n"
+    )
+    folder = pathlib.Path(phoneme.__file__).parents[1]
+    environment = {**os.environ, "PYTHONPATH": str(folder)}
+    subprocess.run([sys.executable, "-c", code], check=True, env=environment)
+
+
+# The samples
+
+
+def drawn_in(path: pathlib.Path) -> list[tuple[str, str]]:
+    """The texts and the colours of an SVG in the order of drawing."""
+    content = re.sub(r"<defs>.*?</defs>", "", path.read_text("utf-8"), flags=re.DOTALL)
+    return re.findall(r"<!-- (.*?) -->|fill: (#[0-9a-f]{6})", content)
+
+
+def test_the_samples_in_the_documentation_are_what_is_drawn_today(tmp_path: pathlib.Path) -> None:
+    (tmp_path / "docs" / "charts").mkdir(parents=True)
+    (tmp_path / "data").symlink_to(ROOT / "data")
+    folder = pathlib.Path(phoneme.__file__).parents[1]
+    command = [sys.executable, str(ROOT / "scripts" / "charts"), str(tmp_path)]
+    subprocess.run(command, check=True, env={**os.environ, "PYTHONPATH": str(folder)})
+
+    drawn = sorted((tmp_path / "docs" / "charts").iterdir())
+    kept = sorted((ROOT / "docs" / "charts").iterdir())
+    assert [path.name for path in drawn] == [path.name for path in kept]
+    assert [path.stem for path in kept] == SAMPLES
+    for now, sample in zip(drawn, kept):
+        assert len(drawn_in(sample)) > 100, sample.name
+        assert drawn_in(sample) == drawn_in(now), f"{sample.name}: run scripts/charts again"
+
+
+def test_the_document_shows_every_sample() -> None:
+    document = (ROOT / "docs" / "charts.md").read_text("utf-8")
+    shown = re.findall(r"!\[.+\]\((charts/\w+\.svg)\)", document)
+    assert sorted(shown) == [f"charts/{name}.svg" for name in SAMPLES]
+    assert all((ROOT / "docs" / path).is_file() for path in shown)

@@ -1,0 +1,137 @@
+"""What a conversion that fails says: the piece that is wrong, and where it stands."""
+
+from __future__ import annotations
+
+import pickle
+from typing import Any
+
+import phoneme
+import pytest
+from phoneme import ConversionError
+
+
+def _error(function: Any, *arguments: Any, **options: Any) -> ConversionError:
+    assert function(*arguments, **options, errors="none") is None
+    with pytest.raises(ConversionError) as caught:
+        function(*arguments, **options)
+    error = caught.value
+    assert error.text[error.offset : error.offset + len(error.piece)] == error.piece
+    return error
+
+
+@pytest.mark.parametrize(
+    "text, piece, offset",
+    [
+        ("xyz3", "xyz3", 0),
+        ("ni3 xyz3", "xyz3", 4),
+        ("ni3 Xyz3 abc4", "Xyz3", 4),
+        ("nihao3", "nihao3", 0),
+        ("ni33", "3", 3),
+        (" 3", "3", 1),
+        ("vma ma xx3", "xx3", 7),
+        ("vn-i n-i", "n-i", 5),
+        ("q-ix q-i", "q-i", 5),
+        ("xx xx3", "xx3", 3),
+        ("漢字 ni3 hoa3 漢", "hoa3", 7),
+        ("漢字3", "漢字3", 0),
+        ("ni3 é\ud8003", "é\ud8003", 4),
+        ("ni3 \ud800 ma x😀3", "x😀3", 9),
+        (b"ni3 \xff3", b"\xff3", 4),
+        ("漢 ni hoa3".encode(), b"hoa3", 7),
+        ("漢ni hoa3", "漢ni", 0),  # letters of a syllable, with what is no letter
+        ("ni3\vhoa3\fma3", "hoa3", 4),
+        ("Évma hoa3", "hoa3", 5),
+    ],
+)
+def test_pinyin(text: Any, piece: Any, offset: int) -> None:
+    for function in (phoneme.py2ph, phoneme.py2code):
+        error = _error(function, text)
+        assert (error.text, error.piece, error.offset) == (text, piece, offset)
+        assert error.language == "mandarin"
+
+
+@pytest.mark.parametrize(
+    "text, language, as_ids, piece, offset, reason",
+    [
+        ("n xx 3", "mandarin", False, "xx", 2, "no phone of mandarin"),
+        ("n i 3, h xx 3", "mandarin", True, "xx", 9, "no phone of mandarin"),
+        ("n i 3, aa", "mandarin", False, "aa", 7, "alone"),
+        ("3", "english", False, "3", 0, "alone"),
+        ("n i", "mandarin", False, "i", 2, "digit"),
+        ("n i 33", "mandarin", False, "33", 4, "digit"),
+        ("n  i 3", "mandarin", False, "", 2, "space"),
+        (" \tn i x\r\n, n", "mandarin", False, "x", 6, "digit"),
+        ("E 3, ng 3", "mandarin", True, "E", 0, "no phone"),
+        ("hh 漢 0", "english", False, "漢", 3, "no phone of english"),
+        ("hh ax 0, \ud800 1", 12345, False, "\ud800", 9, "no phone of language 12345"),
+        (b"hh \xff 0", 20000, True, b"\xff", 3, "no phone of english"),
+        ("n\t i 3", "mandarin", False, "n\t", 0, "no phone"),
+        ("n\ti 3, n i 3 x", "mandarin", False, "n\ti", 0, "no phone"),
+    ],
+)
+def test_pronunciations(
+    text: Any, language: Any, as_ids: bool, piece: Any, offset: int, reason: str
+) -> None:
+    error = _error(phoneme.pr2ph, text, language, as_ids=as_ids)
+    assert (error.text, error.piece, error.offset) == (text, piece, offset)
+    assert reason in str(error) and error.language == language
+
+
+def test_phone_ids_and_codes() -> None:
+    error = _error(phoneme.ph2ph, bytes([24, 35, 3, 250, 251]))
+    assert (error.piece, error.offset) == (b"\xfa", 3)
+    error = _error(phoneme.code2ph, 65535, "cantonese")
+    assert (error.text, error.piece, error.offset) == ("65535", "65535", 0)
+    assert str(error) == "'65535' at 0 is no syllable code of cantonese"
+
+
+def test_what_cannot_be_written() -> None:
+    syllables = phoneme.py2ph("ni3 hao3")
+    for function, items, index in (
+        (phoneme.marked_pinyin, [2243, 9990], 1),
+        (phoneme.marked_pinyin, [*syllables, *phoneme.pr2ph("n i 3")], 2),
+        (phoneme.jyutping, syllables, 0),
+        (phoneme.jyutping, [8], 0),
+        (phoneme.pronunciation_string, [*syllables, phoneme.Syllable("mandarin", [])], 2),
+    ):
+        error = _error(function, items)
+        assert error.text == tuple(items)  # type: ignore[arg-type]
+        assert (error.piece, error.offset) == ((items[index],), index)  # type: ignore[index]
+
+
+CALLS: list[tuple[Any, Any, Any]] = [
+    (phoneme.py2ph, "ni3", "xyz3"),
+    (phoneme.py2code, "ni3", "xyz3"),
+    (phoneme.code2ph, 2243, 65535),
+    (phoneme.pr2ph, "n i 3", "n"),
+    (phoneme.ph2ph, b"\x03", b"\xff"),
+    (phoneme.marked_pinyin, [2243], [9]),
+    (phoneme.jyutping, [1], [8]),
+    (phoneme.pronunciation_string, [], [phoneme.Syllable("mandarin", [])]),
+]
+
+
+@pytest.mark.parametrize("function, good, bad", CALLS)
+def test_the_values_of_errors(function: Any, good: Any, bad: Any) -> None:
+    assert function(good, errors="none") == function(good) == function(good, errors="raise")
+    assert function(bad, errors="none") is None
+    with pytest.raises(ConversionError):
+        function(bad, errors="raise")
+    for argument in (good, bad):
+        with pytest.raises(ValueError, match="'raise' or 'none', not 'ignore'") as caught:
+            function(argument, errors="ignore")
+        assert not isinstance(caught.value, ConversionError)
+
+
+def test_errors_are_value_errors_and_pickle() -> None:
+    error = _error(phoneme.py2code, "ni3 hoa3", 10001)
+    assert isinstance(error, ValueError)
+    assert str(error).startswith("'ni3' at 0 is no syllable of cantonese")
+    other = pickle.loads(pickle.dumps(error))
+    assert type(other) is ConversionError and str(other) == str(error)
+    assert vars(other) == vars(error) and len(vars(error)) == 5
+
+
+def test_messages_stay_short() -> None:
+    error = _error(phoneme.py2code, "ni3 " * 100_000 + "hoa3")
+    assert error.offset == 400_000 and len(str(error)) < 200

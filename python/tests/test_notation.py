@@ -1,0 +1,225 @@
+"""Normalising, analysing, cutting and writing, as Python shows them."""
+
+from __future__ import annotations
+
+import pickle
+from typing import Any, Union
+
+import phoneme
+import pytest
+from phoneme import Aliases, Problem, ProblemKind, Range, Rule, _core
+
+
+def test_enums_are_those_of_the_library() -> None:
+    assert [rule.value for rule in Rule] == list(_core.RULE_NAMES)
+    assert len(Rule) == 14 and len(ProblemKind) == 6
+
+
+@pytest.mark.parametrize(
+    "text, result",
+    [
+        ("Xī'ān, lu:4", "xi1 an1 lv4"),
+        ("yīdīngdiǎnr", "yi1 ding1 dian3 er5"),
+        ("san1 P", "san1"),
+        ("", ""),
+        ("ｎｉ３", "ni3"),
+        ("漢字 hao3", "hao3"),
+        ("\ud800hao3", "hao3"),
+    ],
+)
+def test_pinyin(text: str, result: str) -> None:
+    assert phoneme.normalize_pinyin(text).text == result
+    encoded = text.encode("utf-8", "surrogatepass")
+    assert phoneme.normalize_pinyin(encoded).text == result
+
+
+def test_positions_are_those_of_the_argument() -> None:
+    text = "漢lu:4 ǚ😀 x\ud800"
+    as_str = phoneme.normalize_pinyin(text)
+    as_bytes = phoneme.normalize_pinyin(text.encode("utf-8", "surrogatepass"))
+    assert as_str.text == as_bytes.text == "lv4"
+    assert as_str.origins == (1, 2, 4) and as_bytes.origins == (3, 4, 6)
+    assert as_str.problems[0] == Problem(ProblemKind.FOREIGN_TEXT, Range(0, 1), "")
+    assert as_bytes.problems[0].range == Range(0, 3)
+    pieces = [text[slice(*problem.range)] for problem in as_str.problems]
+    assert pieces == ["漢", "ǚ", "😀", "x", "\ud800"]
+    kinds = [problem.kind.value for problem in as_str.problems]
+    assert kinds == ["foreign text", "unknown syllable"] + ["foreign text"] + [
+        "unknown syllable", "invalid UTF-8"
+    ]  # fmt: skip
+
+
+def test_rules() -> None:
+    text = "lu:4 dianr3"
+    assert phoneme.normalize_pinyin(text).text == "lv4 dian3 er5"
+    assert phoneme.normalize_pinyin(text, []).text == "lu"
+    only: Any
+    for only in ([Rule.FUSED_ERHUA], ["fused-erhua"], {Rule.FUSED_ERHUA}, ["fused-erhua"] * 2):
+        result = phoneme.normalize_pinyin(text, rules=only)
+        assert result.text == "lu dian3 er5"
+        assert [application.rule for application in result.applied] == [Rule.FUSED_ERHUA]
+    for one_off in phoneme.Rule:
+        used = phoneme.normalize_pinyin(text, set(Rule) - {one_off}).applied
+        assert one_off not in [application.rule for application in used]
+    with pytest.raises(ValueError, match="no-such-rule"):
+        phoneme.normalize_pinyin(text, ["no-such-rule"])
+    with pytest.raises(TypeError, match="not one str"):
+        phoneme.normalize_pinyin(text, "erhua")
+
+
+def test_jyutping_and_aliases() -> None:
+    assert phoneme.normalize_jyutping("wan2gung1").text == "wan2 gung1"
+    assert phoneme.normalize_jyutping("ai3").text != "ngai3"
+    forms: list[Any] = [
+        {"ai": "ngai"},
+        Aliases({"ai": "ngai"}),
+        phoneme.parse_aliases("\ufeff# a comment\r\nai\tngai\r\n\n"),
+        phoneme.parse_aliases(b"ai\tngai"),
+    ]
+    for aliases in forms:
+        result = phoneme.normalize_jyutping("ai3", aliases=aliases)
+        assert result.text == "ngai3"
+        assert [application.rule for application in result.applied] == [Rule.ALIAS]
+        analysis = phoneme.analyze("ai3", "cantonese", aliases=aliases)
+        assert [syllable.spelling for syllable in analysis.syllables] == ["ngai"]
+        assert dict(aliases) == {"ai": "ngai"} and len(aliases) == 1
+    copy = pickle.loads(pickle.dumps(forms[1]))
+    assert copy == forms[1] and phoneme.normalize_jyutping("ai3", aliases=copy).text == "ngai3"
+    assert repr(copy) == "Aliases({'ai': 'ngai'})"
+
+
+@pytest.mark.parametrize(
+    "aliases",
+    [
+        {"ai": "xx"},
+        {"ai": "ngai3"},
+        {"": "ngai"},
+        {"#ai": "ngai"},
+        {"ai\tngai\nei": "ngai"},
+        {"\ufeffai": "ngai"},
+        {"漢": "ngai"},
+        "ai ngai\n",
+        "ai\tngai\nai\tnei\n",
+        b"\xff\tnei",
+    ],
+)
+def test_wrong_aliases(aliases: Any) -> None:
+    with pytest.raises(ValueError):
+        phoneme.parse_aliases(aliases) if isinstance(aliases, (str, bytes)) else Aliases(aliases)
+
+
+def test_errors_of_aliases_name_their_lines() -> None:
+    with pytest.raises(ValueError, match=r"line 2: .*; line 4: "):
+        phoneme.parse_aliases("ai\tngai\nxx\n# fine\nai\tnei\n")
+
+
+def test_arpabet_there_and_back() -> None:
+    result = phoneme.arpabet_to_pronunciation("HH AH0 L OW1")
+    assert result.text == "hh ax 0, l ow 1" and result.problems == ()
+    assert len(result.origins) == len(result.text)
+    assert phoneme.pronunciation_to_arpabet(result.text).text == "HH AH0 L OW1"
+    wrong = phoneme.arpabet_to_pronunciation("HH QQ OW1")
+    assert wrong.problems == (Problem(ProblemKind.UNKNOWN_PHONE, Range(3, 5), ""),)
+    folded = phoneme.arpabet_to_pronunciation("OW2", [Rule.LOWER_CASE, Rule.SECOND_STRESS])
+    assert folded.text == "ow 1"
+
+
+def test_analysis() -> None:
+    analysis = phoneme.analyze("Nǐ hoa3")
+    (syllable,) = analysis.syllables
+    assert syllable[:4] == ("ni", "3", Range(0, 2), 224)
+    assert syllable.syllable == phoneme.code2ph(2243)
+    assert analysis.separators == (Range(2, 3),)
+    assert analysis.problems == (Problem(ProblemKind.UNKNOWN_SYLLABLE, Range(3, 7), "hao3"),)
+    assert phoneme.analyze("Nǐ hoa3".encode()).problems[0].range == Range(4, 8)
+    assert pickle.loads(pickle.dumps(analysis)) == analysis
+
+
+def test_analysis_of_english_and_of_others() -> None:
+    first, second = phoneme.analyze("HH AH0 L OW1", "english").syllables
+    assert (first.spelling, first.digit, first.row) == ("hh ax", "0", None)
+    assert second.syllable == phoneme.pr2ph("l ow 1", "english")[0]
+    assert phoneme.analyze("ni3", 12345).syllables[0].row == 224
+
+
+def test_cutting() -> None:
+    ways: list[Any] = ["whole", "forward", "backward"]
+    spellings = {
+        way: [
+            [s.spelling for s in phoneme.analyze(word, cutting=way).syllables]
+            for word in ("yipinguo", "fangan")
+        ]
+        for way in ways
+    }
+    assert spellings["whole"] == [["yi", "pin", "guo"], ["fang", "an"]]
+    assert spellings["forward"] == [["yi", "ping"], ["fang", "an"]]
+    assert spellings["backward"] == [["yi", "pin", "guo"], ["fan", "gan"]]
+    with pytest.raises(ValueError, match="'sideways'"):
+        phoneme.analyze("ni", cutting="sideways")  # type: ignore[arg-type]
+
+
+def test_cuts() -> None:
+    word = "xian"
+    cut = phoneme.cut_whole(word, max_cuts=10)
+    pieces = [[word[slice(*syllable.range)] for syllable in one] for one in cut.cuts]
+    assert pieces[:2] == [["xian"], ["xia", "n"]]  # the longer first syllable
+    assert cut.covers and cut.count == len(pieces) == 4
+    rows = phoneme.syllables("mandarin")
+    assert [[rows[syllable.row].pinyin for syllable in one] for one in cut.cuts] == pieces
+    assert phoneme.cut_whole("xian" * 1000).count is None
+    assert phoneme.cut_whole("").covers and not phoneme.cut_whole("v").covers
+    assert phoneme.cut_whole("漢ni").syllables[0].range == Range(1, 3)
+    assert phoneme.cut_whole("yipinguo").directions_differ
+    with pytest.raises(ValueError, match="negative"):
+        phoneme.cut_whole("xian", max_cuts=-1)
+
+
+def test_writing() -> None:
+    codes = phoneme.py2code("nv3er2")
+    items: Any
+    for items in (codes, tuple(codes), iter(codes), phoneme.py2ph("nv3er2")):
+        assert phoneme.marked_pinyin(items) == "nǚ'ér"
+    assert phoneme.marked_pinyin(codes, spacing="space") == "nǚ ér"
+    batch = phoneme.py2code_batch(["nv3er2"])
+    assert phoneme.marked_pinyin(batch.codes) == "nǚ'ér"
+    cantonese = phoneme.py2ph("nei5hou2", "cantonese")
+    assert phoneme.jyutping(cantonese, spacing="space") == "nei5 hou2"
+    assert phoneme.jyutping(syllable.code for syllable in cantonese) == "nei5hou2"
+    assert phoneme.pronunciation_string(cantonese) == "n ei 5, h ou 2"
+    assert phoneme.marked_pinyin([]) == phoneme.jyutping([]) == ""
+    assert phoneme.pronunciation_string([]) == ""
+
+
+@pytest.mark.parametrize(
+    "items, error",
+    [(["ni3"], TypeError), ("ni3", TypeError), ([65536], ValueError), ([-1], ValueError),
+     ([2243, None], TypeError), (None, TypeError), ([phoneme.code2ph(2243), 2243], TypeError)],
+)  # fmt: skip
+def test_what_is_no_syllable(items: Any, error: type[Exception]) -> None:
+    for function in (phoneme.marked_pinyin, phoneme.jyutping):
+        with pytest.raises(error) as caught:
+            function(items)
+        assert not isinstance(caught.value, phoneme.ConversionError)
+
+
+def test_wrong_spacing() -> None:
+    function: Any
+    for function in (phoneme.marked_pinyin, phoneme.jyutping):
+        with pytest.raises(ValueError, match="'word' or 'space'"):
+            function([2243], spacing="tab")
+
+
+def test_every_code_reads_back() -> None:
+    for row in phoneme.syllables("mandarin"):
+        for tone in range(1, 6):
+            code = row.id * 10 + tone
+            written: Union[str, None] = phoneme.marked_pinyin([code], errors="none")
+            assert written is not None
+            if tone == 5 or row.pinyin == "E":
+                continue  # without a mark nothing tells the tone; no notation names "ê"
+            assert phoneme.py2code(phoneme.normalize_pinyin(written).text) == [code]
+    for row in phoneme.syllables("cantonese"):
+        for tone in range(1, 8):
+            code = row.id * 10 + tone
+            text = phoneme.jyutping([code])
+            assert phoneme.py2code(phoneme.normalize_jyutping(text).text, "cantonese") == [code]

@@ -1,0 +1,256 @@
+"""The package in threads, forks, subinterpreters and long-running processes."""
+
+from __future__ import annotations
+
+import gc
+import multiprocessing
+import os
+import subprocess
+import sys
+import threading
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+from typing import Any, Callable
+
+import numpy as np
+import phoneme
+import pytest
+
+WORDS = ["ni3hao3", "xyz3", "Xi'an", "漢字", "ma5", "bei3jing1"] * 50
+
+
+def _all_results() -> list[Any]:
+    batch: Any = phoneme.py2ph_batch(WORDS)
+    return [
+        [phoneme.py2ph(word, errors="none") for word in WORDS],
+        [phoneme.analyze(word) for word in WORDS],
+        [array.tolist() for array in batch],
+    ]
+
+
+def test_threads_agree() -> None:
+    expected = _all_results()
+    with ThreadPoolExecutor(8) as pool:
+        futures = [pool.submit(_all_results) for _ in range(24)]
+        assert all(future.result() == expected for future in futures)
+
+
+def _large_pair() -> tuple[bytes, Any]:
+    count = 1_000_000
+    return b"ni3hao3ma5" * count, np.arange(count + 1) * 10
+
+
+@pytest.mark.parametrize("form", ["pair", "list"])
+def test_python_runs_while_a_batch_is_converted(form: str) -> None:
+    texts: Any = _large_pair() if form == "pair" else ["ni3hao3ma5" * 20_000] * 50
+    begun, done = threading.Event(), threading.Event()
+
+    def convert() -> None:
+        begun.set()
+        phoneme.py2code_batch(texts)
+        done.set()
+
+    interval = sys.getswitchinterval()
+    sys.setswitchinterval(1000)  # nobody takes the lock from who does not give it away
+    worker = threading.Thread(target=convert)
+    try:
+        worker.start()
+        begun.wait()
+        was_running = not done.is_set()
+        worker.join()
+    finally:
+        sys.setswitchinterval(interval)
+    assert was_running and done.is_set()
+
+
+def test_a_fork_goes_on() -> None:
+    expected = phoneme.py2code_batch(WORDS).codes.tolist()
+    child = os.fork()
+    if child == 0:
+        agrees = phoneme.py2code_batch(WORDS).codes.tolist() == expected
+        agrees = agrees and phoneme.py2code("ni3", errors="none") == [2243]
+        os._exit(0 if agrees else 1)
+    _, status = os.waitpid(child, 0)
+    assert os.WEXITSTATUS(status) == 0 and os.WIFEXITED(status)
+
+
+@pytest.mark.parametrize("method", ["fork", "spawn"])
+def test_pools_of_processes(method: str) -> None:
+    with multiprocessing.get_context(method).Pool(2) as pool:
+        words = ["ni3hao3", "ma5"]
+        assert pool.map(phoneme.py2ph, words) == [phoneme.py2ph(word) for word in words]
+        with pytest.raises(phoneme.ConversionError, match="'hoa3' at 4"):
+            pool.map(phoneme.py2code, ["ni3 hoa3"])
+
+
+SUBINTERPRETER = """
+import sys
+{first}
+import _xxsubinterpreters as interpreters
+other = interpreters.create()
+try:
+    interpreters.run_string(other, "import phoneme")
+except interpreters.RunFailedError as error:
+    print(error)
+else:
+    print("imported")
+interpreters.destroy(other)
+{last}
+"""
+
+
+@pytest.mark.skipif(sys.version_info >= (3, 13), reason="the test module has another name")
+@pytest.mark.parametrize("first", ["", "import phoneme"])
+def test_subinterpreters_are_refused(first: str) -> None:
+    last = "import phoneme; print(phoneme.py2code('ni3'))"
+    code = SUBINTERPRETER.format(first=first, last=last)
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, check=False
+    )
+    assert "ImportError" in result.stdout and "not in a subinterpreter" in result.stdout
+    assert result.stdout.endswith("[2243]\n") and result.returncode == 0, result.stderr
+
+
+def test_a_batch_can_be_interrupted() -> None:
+    code = """
+import _thread, phoneme
+def texts():
+    for i in range(200_000):
+        yield "ni3"
+    _thread.interrupt_main()
+    while True:
+        yield "ni3"
+try:
+    phoneme.py2code_batch(texts())
+except KeyboardInterrupt:
+    print("interrupted")
+"""
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, timeout=60, check=False
+    )
+    assert result.stdout == "interrupted\n", result.stderr
+
+
+@pytest.mark.parametrize("attempt", range(8))
+def test_the_first_batches_of_a_process_in_threads(attempt: int) -> None:
+    code = """
+import sys, threading, phoneme
+assert "numpy" not in sys.modules
+sys.setswitchinterval(1e-6)
+results = []
+def convert():
+    results.append(phoneme.py2ph_batch(["ni3hao3"]).codes.tolist())
+threads = [threading.Thread(target=convert) for _ in range(8)]
+for thread in threads:
+    thread.start()
+for thread in threads:
+    thread.join()
+assert results == [[2243, 1173]] * 8
+"""
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, timeout=60, check=False
+    )
+    assert (result.returncode, result.stderr) == (0, "")
+
+
+@pytest.mark.parametrize("attempt", range(8))
+def test_exits_in_silence_while_threads_convert(attempt: int) -> None:
+    code = """
+import threading, time, phoneme
+texts = ["ni3hao3ma5" * 1000] * 10
+def convert():
+    while True:
+        phoneme.py2code_batch(texts)
+for _ in range(4):
+    threading.Thread(target=convert, daemon=True).start()
+time.sleep(0.05)
+"""
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, timeout=60, check=False
+    )
+    assert (result.returncode, result.stderr) == (0, "")
+
+
+def _resident_bytes() -> int:
+    pages = int(Path("/proc/self/statm").read_text().split()[1])
+    return pages * os.sysconf("SC_PAGE_SIZE")
+
+
+SYLLABLES = phoneme.py2ph("ni3hao3")
+PHONE = phoneme.Phone("mandarin", 14)
+SMALL_PAIR = (b"ni3hao3", np.array([0, 3, 7]))
+
+# A million calls in all, the many cheap ones most often.
+LOOPS: list[tuple[str, int, Callable[[], Any]]] = [
+    ("py2ph", 200_000, lambda: phoneme.py2ph("ni3hao3")),
+    ("py2code", 200_000, lambda: phoneme.py2code("ni3hao3", 10000)),
+    ("py2code of bytes", 50_000, lambda: phoneme.py2code(b"ni3")),
+    ("py2code of wide text", 50_000, lambda: phoneme.py2code("漢 ni3")),
+    ("failures", 100_000, lambda: phoneme.py2ph("xyz3", errors="none")),
+    ("pyw2py", 50_000, lambda: phoneme.pyw2py("fangan")),
+    ("code2ph", 100_000, lambda: phoneme.code2ph(2243)),
+    ("code2py", 50_000, lambda: phoneme.code2py(2243)),
+    ("pr2ph", 50_000, lambda: phoneme.pr2ph("E n i 3")),
+    ("pr2ph as ids", 50_000, lambda: phoneme.pr2ph("n i 3", as_ids=True)),
+    ("ph2ph", 50_000, lambda: phoneme.ph2ph(b"\x18\x23\x03")),
+    ("phone", 50_000, lambda: phoneme.phone("mandarin", "n")),
+    ("records", 20_000, lambda: (hash(SYLLABLES[0]), SYLLABLES[0] < SYLLABLES[1], repr(SYLLABLES))),
+    ("attributes", 20_000, lambda: (SYLLABLES[0].language, SYLLABLES[0].phones, PHONE.name)),
+    ("constructors", 20_000, lambda: phoneme.Syllable("mandarin", SYLLABLES[0].phones, 1, 2)),
+    ("reduce", 20_000, lambda: SYLLABLES[0].__reduce__()),
+    ("wrong constructors", 10_000, lambda: _fails(phoneme.Phone, "mandarin", 999)),
+    ("wrong languages", 10_000, lambda: _fails(phoneme.py2ph, "ni3", "x")),
+    ("wrong texts", 10_000, lambda: _fails(phoneme.py2ph, None)),
+    ("errors", 10_000, lambda: _fails(phoneme.py2ph, "ni3 xyz3")),
+    ("batches", 10_000, lambda: phoneme.py2ph_batch(["ni3hao3", "xyz3"])),
+    ("pairs", 10_000, lambda: phoneme.py2code_batch(SMALL_PAIR)),
+    ("wrong batches", 10_000, lambda: _fails(phoneme.pr2ph_batch, ["n i 3", None])),
+    ("pieces", 10_000, lambda: phoneme.pyw2py_batch(["fangan"])),
+    ("normalised", 10_000, lambda: phoneme.normalize_batch(["Nǐ hǎo"])),
+    ("analysis", 10_000, lambda: phoneme.analyze("Nǐ hoa3")),
+    ("cuts", 10_000, lambda: phoneme.cut_whole("xian", max_cuts=3)),
+    ("aliases", 5_000, lambda: phoneme.normalize_jyutping("ai3", aliases={"ai": "ngai"})),
+    ("writing", 10_000, lambda: phoneme.marked_pinyin(SYLLABLES)),
+]
+
+
+def _fails(function: Callable[..., Any], *arguments: Any) -> None:
+    try:
+        function(*arguments)
+    except (TypeError, ValueError):
+        return
+    raise AssertionError("no failure")
+
+
+def test_a_million_calls_are_looped() -> None:
+    assert sum(count for _, count, _ in LOOPS) >= 1_000_000
+
+
+@pytest.mark.parametrize("name, count, call", LOOPS, ids=[name for name, _, _ in LOOPS])
+def test_calls_leave_nothing_behind(name: str, count: int, call: Callable[[], Any]) -> None:
+    for _ in range(1000):
+        call()
+    gc.collect()
+    blocks, resident = sys.getallocatedblocks(), _resident_bytes()
+    for _ in range(count):
+        call()
+    gc.collect()
+    # A leak of one object a call would be thousands of blocks, one of the library's own memory at
+    # least 16 bytes a call.
+    assert sys.getallocatedblocks() - blocks < count / 50
+    assert _resident_bytes() - resident < max(1 << 20, count * 8)
+
+
+def test_arguments_keep_their_reference_counts() -> None:
+    text, language, batch = "".join(["ni3", "hao3"]), "".join(["manda", "rin"]), ["ni3", "x3"] * 9
+    before = [sys.getrefcount(thing) for thing in (text, language, batch, batch[0], None, True)]
+    none_before = sys.getrefcount(None)
+    for _ in range(10_000):
+        phoneme.py2ph(text, language)
+        phoneme.py2code(text, language, errors="none")
+        phoneme.py2code_batch(batch, language)
+        phoneme.pr2ph("E 3")
+        phoneme.phone("mandarin", "E")
+    after = [sys.getrefcount(thing) for thing in (text, language, batch, batch[0])]
+    assert after == before[:4]
+    assert abs(sys.getrefcount(None) - none_before) < 100
