@@ -1,0 +1,157 @@
+"""Makes a pronunciation lexicon for speech tools from a word list with romanisation.
+
+    lexicon.py [-l LANGUAGE] [--aliases FILE] [WORDS] OUTPUT
+
+WORDS has tab-separated fields: the word, its romanisation and whatever follows. Without it the
+shipped Cantonese word list is read. OUTPUT, a folder, gets lexicon.txt, a word and its phones a
+line; rejects.tsv, what could not be read and why; and syllables.tsv, how often each occurs.
+"""
+
+from __future__ import annotations
+
+import argparse
+from collections import Counter
+from collections.abc import Iterable, Iterator
+from dataclasses import dataclass, field
+from pathlib import Path
+from typing import NamedTuple
+
+import phoneme
+
+DATA = Path(__file__).resolve().parent.parent / "data"
+REJECTS_HEADING = "# line\tword\tromanisation\tproblem\tpiece\tsuggestion"
+
+
+class Entry(NamedTuple):
+    line: int
+    word: str
+    romanisation: str
+
+
+@dataclass
+class Result:
+    """What became of the entries of a word list."""
+
+    entries: int = 0
+    rejected: int = 0
+    lexicon: set[str] = field(default_factory=set)
+    rejects: list[str] = field(default_factory=list)
+    problems: Counter[str] = field(default_factory=Counter)
+    pieces: dict[str, Counter[str]] = field(default_factory=dict)  #: of the text, by problem
+    rules: Counter[str] = field(default_factory=Counter)
+    syllables: Counter[str] = field(default_factory=Counter)
+    phones: set[str] = field(default_factory=set)
+
+
+def read_entries(path: Path) -> Iterator[Entry]:
+    with path.open(encoding="utf-8-sig") as file:
+        for number, line in enumerate(file, start=1):
+            if line.strip() and not line.startswith("# "):
+                word, romanisation = [*line.rstrip("\n").split("\t"), ""][:2]
+                yield Entry(number, word, romanisation)
+
+
+def phones_of(syllable: phoneme.Syllable) -> list[phoneme.Phone]:
+    return [phone for phone in syllable.phones if phone is not None]
+
+
+def toned_phones(syllable: phoneme.Syllable) -> list[str]:
+    """The names of a syllable's phones, with the tone on the final, or the last without one."""
+    phones = phones_of(syllable)
+    finals = (phone for phone in phones if phone.type == phoneme.PhoneType.FINAL)
+    bearer = next(finals, phones[-1])
+    return [f"{phone.name}{syllable.tone if phone == bearer else ''}" for phone in phones]
+
+
+def problems_of(analysis: phoneme.Analysis, text: str) -> Iterator[tuple[str, str, str]]:
+    """The kind of each problem, the piece of the text that it is about, and what may be meant."""
+    for problem in analysis.problems:
+        begin, end = problem.range
+        yield problem.kind.value, text[begin:end], problem.suggestion
+    if not analysis.problems and not analysis.syllables:
+        yield "not an entry", text, ""
+    for read in analysis.syllables:
+        if not phones_of(read.syllable):
+            yield "no phones", text[slice(*read.range)], ""
+
+
+def add_word(entry: Entry, analysis: phoneme.Analysis, result: Result) -> None:
+    names = []
+    for read in analysis.syllables:
+        names += toned_phones(read.syllable)
+        result.phones.update(phone.name for phone in phones_of(read.syllable))
+        result.syllables[f"{read.spelling}{read.syllable.tone}"] += 1
+    # The fields of a lexicon are set apart by blanks, so a word has none.
+    result.lexicon.add(f"{'_'.join(entry.word.split())} {' '.join(names)}\n")
+    result.rules.update(application.rule.value for application in analysis.applied)
+
+
+def convert(
+    entries: Iterable[Entry], language: str, aliases: phoneme.Aliases | None = None
+) -> Result:
+    result = Result()
+    for entry in entries:
+        result.entries += 1
+        analysis = phoneme.analyze(entry.romanisation, language, aliases=aliases)
+        problems = list(problems_of(analysis, entry.romanisation))
+        if not problems:
+            add_word(entry, analysis, result)
+            continue
+        result.rejected += 1
+        for kind, piece, suggestion in problems:
+            result.rejects.append("\t".join([*map(str, entry), kind, piece, suggestion]) + "\n")
+            result.problems[kind] += 1
+            result.pieces.setdefault(kind, Counter())[piece] += 1
+    return result
+
+
+def write(result: Result, output: Path) -> None:
+    output.mkdir(parents=True, exist_ok=True)
+    counts = (f"{spelling}\t{count}\n" for spelling, count in result.syllables.most_common())
+    for name, lines in (
+        ("lexicon.txt", sorted(result.lexicon)),
+        ("rejects.tsv", [REJECTS_HEADING + "\n", *result.rejects]),
+        ("syllables.tsv", counts),
+    ):
+        with (output / name).open("w", encoding="utf-8", newline="\n") as file:
+            file.writelines(lines)
+
+
+def listed(counts: Counter[str], limit: int = 5) -> str:
+    return ", ".join(f"{name} {count}" for name, count in counts.most_common(limit))
+
+
+def summary(result: Result, language: str) -> Iterator[str]:
+    read = result.entries - result.rejected
+    yield f"{result.entries} entries: {read} read, {result.rejected} rejected"
+    for kind, count in result.problems.most_common():
+        yield f"  {kind} {count}: {listed(result.pieces[kind])}"
+    yield f"rules applied: {listed(result.rules) or 'none'}"
+    yield f"lexicon: {len(result.lexicon)} words with their phones"
+    total, distinct = sum(result.syllables.values()), len(result.syllables)
+    yield f"syllables: {total}, {distinct} different; {listed(result.syllables)}"
+    phones = phoneme.phones(language)
+    # Each name once: two phones of Mandarin have one name.
+    names = dict.fromkeys(p.name for p in phones if p.type != phoneme.PhoneType.SILENCE)
+    unseen = " ".join(name for name in names if name not in result.phones)
+    yield f"phones: {len(result.phones)} of {len(names)}{', never ' + unseen if unseen else ''}"
+
+
+def main() -> None:
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("words", type=Path, nargs="?", default=DATA / "cantonese.tsv")
+    parser.add_argument("output", type=Path)
+    parser.add_argument("-l", "--language", choices=["mandarin", "cantonese"], default="cantonese")
+    parser.add_argument("--aliases", type=Path, help="spellings of Jyutping to be replaced")
+    arguments = parser.parse_args()
+
+    aliases = None
+    if arguments.aliases:
+        aliases = phoneme.parse_aliases(arguments.aliases.read_text(encoding="utf-8"))
+    result = convert(read_entries(arguments.words), arguments.language, aliases)
+    write(result, arguments.output)
+    print(*summary(result, arguments.language), sep="\n")
+
+
+if __name__ == "__main__":
+    main()
