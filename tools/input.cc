@@ -9,7 +9,6 @@
 namespace qeo::tool {
 namespace {
 
-constexpr std::size_t kReadBytes = std::size_t{1} << 18;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 // In steps of a constant length, which compilers make a few instructions.
@@ -80,7 +79,7 @@ void BlockReader::ReadLine(std::string& text) {
   do {
     newline = text.find('\n', scanned);
     scanned = std::min(newline, text.size());
-    is_in_long_line_ = scanned > kLongestLine + (HasMark(text) ? kByteOrderMark.size() : 0);
+    is_in_long_line_ = scanned > limits_.longest_line + (HasMark(text) ? kByteOrderMark.size() : 0);
   } while (newline == std::string::npos && !is_in_long_line_ && Fill(text));
 }
 
@@ -117,10 +116,10 @@ bool BlockReader::TakePart(Block& block) {
 // Appends what one read gives. Returns false when there is no more.
 bool BlockReader::Fill(std::string& text) {
   const std::size_t size = text.size();
-  text.resize(size + kReadBytes);
+  text.resize(size + limits_.bytes_a_read);
   ssize_t count = -1;
   do {
-    count = ::read(file_descriptor_, text.data() + size, kReadBytes);
+    count = ::read(file_descriptor_, text.data() + size, limits_.bytes_a_read);
   } while (count < 0 && errno == EINTR);
   if (count < 0) {
     error_ = errno;

@@ -14,7 +14,12 @@ namespace qeo::tool {
 /// What a line needs in memory while it is read is a few hundred times its length at the most.
 inline constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
-/// Whole lines of the input, or a part of a line that is longer than kLongestLine.
+struct ReadLimits {
+  std::size_t longest_line = kLongestLine;  ///< in bytes; at least 3, which is a byte order mark
+  std::size_t bytes_a_read = std::size_t{1} << 18;  ///< at least 1, at most longest_line
+};
+
+/// Whole lines of the input, or a part of a line that is longer than the limit.
 struct Block {
   std::string text;
   std::uint64_t first_line = 0;  ///< the number of its first line, counted from 1
@@ -34,7 +39,8 @@ Line TakeLine(std::string_view& text);
 /// Reads a file from where it stands to its end. A byte order mark at the beginning is left out.
 class BlockReader {
  public:
-  explicit BlockReader(int file_descriptor) : file_descriptor_(file_descriptor) {}
+  explicit BlockReader(int file_descriptor, const ReadLimits& limits = {})
+      : file_descriptor_(file_descriptor), limits_(limits) {}
 
   /// Tells whether Next will return without waiting for another program.
   bool IsReady() const;
@@ -57,6 +63,7 @@ class BlockReader {
   bool Fill(std::string& text);
 
   int file_descriptor_;
+  ReadLimits limits_;
   int error_ = 0;
   bool is_at_beginning_ = true;
   bool is_in_long_line_ = false;
