@@ -458,6 +458,16 @@ TEST(NormalizePinyin, InvalidUtf8) {
   });
 }
 
+TEST(NormalizePinyin, ReadsNothingBehindTheEnd) {
+  constexpr std::string_view kLonger = "nǐ āo";
+  const Normalized first_mark_cut = NormalizePinyin(kLonger.substr(0, 2));
+  EXPECT_EQ(first_mark_cut.text, "n");
+  EXPECT_EQ(Show(first_mark_cut.problems), "invalid UTF-8 1+1");
+  const Normalized second_mark_cut = NormalizePinyin(kLonger.substr(0, 5));
+  EXPECT_EQ(second_mark_cut.text, "ni3");
+  EXPECT_EQ(Show(second_mark_cut.problems), "invalid UTF-8 4+1");
+}
+
 TEST(NormalizePinyin, OriginsAreOffsetsInTheInput) {
   struct {
     const char* input;
