@@ -6,7 +6,7 @@ import os
 import re
 from collections import Counter
 from collections.abc import Iterable, Iterator, Mapping, Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 from typing import Union
 
 import phoneme
@@ -56,7 +56,7 @@ def coverage(
     counts = _Counts(served)
     for pronunciation in _pronunciations(lexicon, column):
         counts.add(pronunciation)
-    return counts.result(_lexicon_name(lexicon))
+    return counts.named(_lexicon_name(lexicon))
 
 
 class _Counts:
@@ -64,17 +64,15 @@ class _Counts:
 
     def __init__(self, language: phoneme.Language) -> None:
         self._language = language
-        self._entries = Counter[str]()
-        self._syllables = Counter[int]()
-        self._tones = Counter[str]()
-        self._phones = Counter[int]()
-        self._problems = Counter[str]()
-        self._examples: dict[str, str] = {}
+        self._seen = Coverage(language)
+        self._entries = 0
+        self._blank_entries = 0
+        self._flawed_entries = 0
 
     def add(self, pronunciation: str) -> None:
-        self._entries["all"] += 1
+        self._entries += 1
         if not pronunciation.strip():
-            self._entries["blank"] += 1
+            self._blank_entries += 1
             return
         is_english = self._language is phoneme.Language.AMERICAN_ENGLISH
         if is_english and _CLOSING_DIGIT.search(pronunciation):
@@ -83,7 +81,7 @@ class _Counts:
         analysis = phoneme.analyze(pronunciation, self._language)
         for read in analysis.syllables:
             if read.row is not None:
-                self._syllables[read.row] += 1
+                self._seen.syllables[read.row] += 1
             self._add_syllable(read.syllable, read.digit)
         self._add_problems(pronunciation, analysis.problems)
 
@@ -99,28 +97,23 @@ class _Counts:
         self._add_problems(text, arpabet.problems)
 
     def _add_syllable(self, syllable: phoneme.Syllable, digit: str) -> None:
-        self._tones[digit] += 1
-        self._phones.update(phone.id for phone in syllable.phones if phone is not None)
+        self._seen.tones[digit] += 1
+        self._seen.phones.update(phone.id for phone in syllable.phones if phone is not None)
 
     def _add_problems(self, text: str, problems: Sequence[phoneme.Problem]) -> None:
-        self._entries["flawed"] += bool(problems)
+        self._flawed_entries += bool(problems)
         for problem in problems:
             kind = problem.kind.value
-            self._problems[kind] += 1
-            self._examples.setdefault(kind, text[slice(*problem.range)])
+            self._seen.problems[kind] += 1
+            self._seen.examples.setdefault(kind, text[slice(*problem.range)])
 
-    def result(self, name: str) -> Coverage:
-        return Coverage(
-            self._language,
-            name,
-            self._entries["all"],
-            self._entries["blank"],
-            self._entries["flawed"],
-            self._syllables,
-            self._tones,
-            self._phones,
-            self._problems,
-            self._examples,
+    def named(self, name: str) -> Coverage:
+        return replace(
+            self._seen,
+            name=name,
+            entries=self._entries,
+            blank_entries=self._blank_entries,
+            flawed_entries=self._flawed_entries,
         )
 
 

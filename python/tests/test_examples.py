@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import importlib
 import json
-import os
 import re
 import shlex
 import subprocess
@@ -25,14 +24,6 @@ sys.path.insert(0, str(EXAMPLES))
 shards: Any = importlib.import_module("shards")
 spark: Any = importlib.import_module("spark")
 lexicon: Any = importlib.import_module("lexicon")
-
-
-@pytest.fixture(scope="module")
-def tool() -> str:
-    path = os.environ.get("PHONEME_TOOL")
-    if not path:
-        pytest.fail("PHONEME_TOOL is not set: it is to be the path of the tool phoneme")
-    return str(Path(path).resolve())
 
 
 no_environment: dict[str, str] = {}

@@ -46,14 +46,6 @@ ODD_LINES = (
 ).encode() + b"\xff\n\tni3\0hao3\nlast\tni3"
 
 
-@pytest.fixture(scope="module")
-def tool() -> str:
-    path = os.environ.get("PHONEME_TOOL")
-    if not path:
-        pytest.fail("PHONEME_TOOL is not set: it is to be the path of the tool phoneme")
-    return str(Path(path).resolve())
-
-
 def lines_of(content: bytes) -> list[bytes]:
     """Lines end with LF alone, unlike those of splitlines."""
     return list(io.BytesIO(content))
