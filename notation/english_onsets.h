@@ -8,7 +8,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 #include <string_view>
 
 namespace qeo::notation::internal {
@@ -172,41 +171,6 @@ inline constexpr OnsetTable kOnsetTable;
 
 // `key` is of one phone at least.
 constexpr bool IsEnglishOnset(OnsetKey key) { return kOnsetTable.Has(key); }
-
-constexpr int FirstRepeatedOnset() {
-  for (std::size_t i = 0; i < std::size(english_onsets); ++i) {
-    for (std::size_t k = 0; k < i; ++k) {
-      if (english_onsets[i].phones == english_onsets[k].phones) return static_cast<int>(i);
-    }
-  }
-  return -1;
-}
-
-constexpr int FirstOverlongOnset() {
-  for (std::size_t i = 0; i < std::size(english_onsets); ++i) {
-    if (KeyOf(english_onsets[i].phones) >> (16 * kMaxOnsetPhones) != 0) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-// An onset without its first phone must be one too: only then does adding one consonant after the
-// other find the longest.
-constexpr int FirstOnsetWithoutItsTail() {
-  for (std::size_t i = 0; i < std::size(english_onsets); ++i) {
-    const std::string_view phones = english_onsets[i].phones;
-    const std::size_t space = phones.find(' ');
-    if (space == std::string_view::npos) continue;
-    if (!IsEnglishOnset(KeyOf(phones.substr(space + 1)))) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-inline constexpr int kRepeatedOnset = FirstRepeatedOnset();
-static_assert(kRepeatedOnset == -1, "this row's onset has a row above");
-inline constexpr int kOverlongOnset = FirstOverlongOnset();
-static_assert(kOverlongOnset == -1, "this row has more than kMaxOnsetPhones phones");
-inline constexpr int kOnsetWithoutTail = FirstOnsetWithoutItsTail();
-static_assert(kOnsetWithoutTail == -1, "this row without its first phone is no onset");
 
 }  // namespace qeo::notation::internal
 

@@ -681,6 +681,22 @@ TEST(Onsets, CountsAreThoseOfTheLexicon) {
   EXPECT_EQ(counts.size(), shown);  // no onset of the lexicon is missing from the table
 }
 
+// Only if an onset without its first phone is one too does the cut, which adds one consonant after
+// the other, find the longest.
+TEST(Onsets, AreDifferentAndShortAndEndInOnsets) {
+  const Onsets onsets = TableOnsets(true);
+  EXPECT_EQ(onsets.size(), std::size(internal::english_onsets));
+  for (const std::string& phones : onsets) {
+    SCOPED_TRACE(phones);
+    EXPECT_LT(std::count(phones.begin(), phones.end(), ' '),
+              std::ptrdiff_t{internal::kMaxOnsetPhones});
+    const std::size_t space = phones.find(' ');
+    if (space != std::string::npos) {
+      EXPECT_EQ(onsets.count(phones.substr(space + 1)), 1U);
+    }
+  }
+}
+
 TEST(Onsets, ArePhonesOfTheLibrary) {
   for (const internal::EnglishOnset& row : internal::english_onsets) {
     std::istringstream stream{std::string(row.phones)};
