@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstddef>
+#include <cstring>
 
 #include "bindings/languages.h"
 
@@ -63,11 +64,47 @@ std::string TextArgument(PyObject* text) {
   return bytes;
 }
 
+std::vector<unsigned char> BytesArgument(PyObject* bytes, const char* what) {
+  if (PyBytes_Check(bytes)) {
+    const char* data = PyBytes_AS_STRING(bytes);
+    return {data, data + PyBytes_GET_SIZE(bytes)};
+  }
+  if (PyObject_CheckBuffer(bytes) == 0) {
+    throw py::type_error(std::string(what) + " must be bytes, not " + TypeName(bytes));
+  }
+  const py::buffer_info buffer = py::reinterpret_borrow<py::buffer>(bytes).request();
+  const std::string type = ItemType(buffer);
+  if (!IsRow(buffer) || (type != "B" && type != "b" && type != "c")) {
+    throw py::type_error(std::string(what) + " must be bytes or one contiguous row of them, not " +
+                         TypeName(bytes) + " of format '" + buffer.format + "' in " +
+                         std::to_string(buffer.ndim) + " dimensions");
+  }
+  const auto* data = static_cast<const unsigned char*>(buffer.ptr);
+  return {data, data + buffer.size};
+}
+
+bool IsRow(const py::buffer_info& buffer) {
+  return buffer.ndim == 1 && (buffer.shape[0] <= 1 || buffer.strides[0] == buffer.itemsize);
+}
+
+std::string ItemType(const py::buffer_info& buffer) {
+  const std::string& format = buffer.format;
+  const bool has_order = !format.empty() && std::strchr("@=<", format[0]) != nullptr;
+  return format.substr(has_order ? 1 : 0);
+}
+
+py::object IndexOf(PyObject* object) {
+  auto index = py::reinterpret_steal<py::object>(PyNumber_Index(object));
+  if (index) return index;
+  if (PyErr_ExceptionMatches(PyExc_TypeError) == 0) throw py::error_already_set();
+  PyErr_Clear();
+  return index;
+}
+
 int LanguageArgument(PyObject* language) {
   if (PyUnicode_Check(language)) return LanguageOfName(language);
-  const auto integer = py::reinterpret_steal<py::object>(PyNumber_Index(language));
+  const py::object integer = IndexOf(language);
   if (!integer) {
-    PyErr_Clear();
     throw py::type_error("a language must be a name, a Language or an int, not " +
                          TypeName(language));
   }
@@ -79,15 +116,24 @@ int LanguageArgument(PyObject* language) {
 }
 
 long IntegerArgument(PyObject* integer, long least, long most, const char* what) {
-  const auto index = py::reinterpret_steal<py::object>(PyNumber_Index(integer));
-  if (!index) throw py::error_already_set();
+  const py::object index = IndexOf(integer);
+  if (!index) {
+    throw py::type_error(std::string(what) + " must be an int, not " + TypeName(integer));
+  }
   int overflow = 0;
   const long value = PyLong_AsLongAndOverflow(index.ptr(), &overflow);
   if (overflow == 0 && value >= least && value <= most) return value;
   throw py::value_error(std::string(what) + " is " + std::to_string(least) + " to " +
-                        std::to_string(most) + ", not " + std::string(py::repr(index)));
+                        std::to_string(most) + ", not " + Shown(index.ptr()));
 }
 
 std::string TypeName(PyObject* object) { return Py_TYPE(object)->tp_name; }
+
+std::string Shown(PyObject* object) {
+  int overflow = 0;
+  if (PyLong_Check(object)) PyLong_AsLongAndOverflow(object, &overflow);
+  if (overflow != 0) return "an int of more than 64 bits";
+  return std::string(py::repr(object));
+}
 
 }  // namespace qeo::python

@@ -1,12 +1,13 @@
 #ifndef PYTHON_BINDINGS_ARGUMENTS_H_
 #define PYTHON_BINDINGS_ARGUMENTS_H_
 
-// What Python passes in, read without a copy more than needed: texts as bytes, languages as ids,
-// small integers. Whatever cannot be read is a Python exception.
+// What Python passes in, read without a copy more than needed: texts and buffers as bytes,
+// languages as ids, small integers. Whatever cannot be read is a Python exception.
 
 #include <pybind11/pybind11.h>
 
 #include <string>
+#include <vector>
 
 namespace qeo::python {
 
@@ -19,15 +20,33 @@ bool AppendText(PyObject* text, std::string& bytes);
 /// The bytes of a text as AppendText reads it; a TypeError for anything else.
 std::string TextArgument(PyObject* text);
 
+/// The bytes of bytes, or of a buffer that IsRow of ItemType "B", "b" or "c"; a TypeError that
+/// calls them `what` for anything else.
+std::vector<unsigned char> BytesArgument(PyObject* bytes, const char* what);
+
+/// Whether a buffer has one dimension, and its items stand one right behind the other.
+bool IsRow(const py::buffer_info& buffer);
+
+/// The format of a buffer's items, without the sign of the machine's own byte order in front.
+std::string ItemType(const py::buffer_info& buffer);
+
 /// The id of a language that is given by name or as an integer. The library serves an unregistered
 /// id, and one too large for it is as unregistered as any.
 int LanguageArgument(PyObject* language);
 
-/// An integer from `least` to `most`; a ValueError that calls it `what` outside.
+/// The int of an object that can be one, null for any other. What is raised in the making but a
+/// TypeError comes through.
+py::object IndexOf(PyObject* object);
+
+/// An integer from `least` to `most`; a ValueError that calls it `what` outside, a TypeError when
+/// it is no integer.
 long IntegerArgument(PyObject* integer, long least, long most, const char* what);
 
 /// How error messages call the type of an object.
 std::string TypeName(PyObject* object);
+
+/// How error messages show an object: by its repr, where it is no number of too many digits.
+std::string Shown(PyObject* object);
 
 }  // namespace qeo::python
 

@@ -14,6 +14,7 @@
 #include "bindings/arguments.h"
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
+#include "bindings/objects.h"
 #include "bindings/records.h"
 #include "phoneme/phoneme.h"
 
@@ -25,8 +26,6 @@ using Syllables = std::vector<sp::SyllableInfo>;
 using Bytes = std::vector<unsigned char>;
 
 constexpr long kMaxCode = UINT16_MAX;
-
-py::object Borrow(PyObject* object) { return py::reinterpret_borrow<py::object>(object); }
 
 unsigned short CodeArgument(PyObject* code) {
   return static_cast<unsigned short>(IntegerArgument(code, 0, kMaxCode, "a syllable code"));
@@ -65,11 +64,8 @@ py::object Phone(Arguments arguments) {
   if (AppendText(key, name)) {
     return Borrow(PhoneObject(sp::GetPhoneInfoByDescription(language, name)));
   }
-  const auto id = py::reinterpret_steal<py::object>(PyNumber_Index(key));
-  if (!id) {
-    PyErr_Clear();
-    throw py::type_error("a phone is asked for by id or name, not " + TypeName(key));
-  }
+  const py::object id = IndexOf(key);
+  if (!id) throw py::type_error("a phone is asked for by id or name, not " + TypeName(key));
   int overflow = 0;
   const long row = PyLong_AsLongAndOverflow(id.ptr(), &overflow);
   const bool is_row = overflow == 0 && row >= 0 && row <= INT_MAX;
@@ -162,15 +158,9 @@ py::object Pr2PhIds(Arguments arguments) {
 
 // ph2ph(phone_ids, language)
 py::object Ph2Ph(Arguments arguments) {
-  if (!PyObject_CheckBuffer(arguments[0]) || PyUnicode_Check(arguments[0])) {
-    throw py::type_error("phone ids must be bytes, not " + TypeName(arguments[0]));
-  }
-  const auto bytes = py::reinterpret_steal<py::object>(PyBytes_FromObject(arguments[0]));
-  if (!bytes) throw py::error_already_set();
-  const char* data = PyBytes_AS_STRING(bytes.ptr());
   Syllables syllables;
   const int language = LanguageArgument(arguments[1]);
-  const Bytes ids(data, data + PyBytes_GET_SIZE(bytes.ptr()));
+  const Bytes ids = BytesArgument(arguments[0], "phone ids");
   if (sp::ph2ph(language, ids, syllables) != 0) return py::none();
   return MakeSyllables(syllables);
 }

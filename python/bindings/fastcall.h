@@ -7,6 +7,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <exception>
 #include <new>
 #include <string>
 #include <utility>

@@ -3,9 +3,13 @@
 #include "bindings/languages.h"
 
 #include <array>
+#include <cstddef>
+#include <iterator>
 #include <map>
 #include <string>
 
+#include "bindings/arguments.h"
+#include "bindings/objects.h"
 #include "bindings/records.h"
 
 namespace qeo::python {
@@ -30,14 +34,6 @@ using Languages = std::array<Language, std::size(kSources)>;
 Languages& AllLanguages() {
   static auto& languages = *new Languages;
   return languages;
-}
-
-PyObject* TupleOf(const std::vector<PyObject*>& items) {
-  py::tuple tuple(items.size());
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    tuple[i] = py::reinterpret_borrow<py::object>(items[i]);
-  }
-  return tuple.release().ptr();
 }
 
 PyObject* PhoneOrNone(const sp::PhoneInfo* phone, const Language& language) {
@@ -67,8 +63,8 @@ void AddRows(const sp::SpMapping& mapping, const py::module_& enums, Language& l
                                      .release()
                                      .ptr());
   }
-  language.phone_tuple = TupleOf(language.phones);
-  language.syllable_tuple = TupleOf(language.syllables);
+  language.phone_tuple = TupleOf(language.phones, Borrow).release().ptr();
+  language.syllable_tuple = TupleOf(language.syllables, Borrow).release().ptr();
 }
 
 }  // namespace
@@ -122,8 +118,7 @@ int LanguageOfName(PyObject* name) {
     if (PyUnicode_Compare(name, language.py_name) == 0) return language.id;
     names += (names.empty() ? "" : ", ") + std::string(language.name);
   }
-  throw py::value_error("no language is called " + std::string(py::repr(name)) +
-                        "; there are: " + names);
+  throw py::value_error("no language is called " + Shown(name) + "; there are: " + names);
 }
 
 PyObject* PhoneObject(const sp::PhoneInfo* phone) {

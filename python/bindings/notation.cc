@@ -5,6 +5,8 @@
 
 #include <pybind11/stl.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -14,6 +16,7 @@
 #include <vector>
 
 #include "bindings/arguments.h"
+#include "bindings/objects.h"
 #include "bindings/records.h"
 #include "notation/notation.h"
 #include "phoneme/phoneme.h"
@@ -60,13 +63,6 @@ class Source {
   std::string text_;
   std::vector<std::size_t> positions_;  // of each byte and the end; empty where they are the bytes
 };
-
-template <typename Items, typename Function>
-py::tuple TupleOf(const Items& items, Function function) {
-  py::tuple tuple(items.size());
-  for (std::size_t i = 0; i < items.size(); ++i) tuple[i] = function(items[i]);
-  return tuple;
-}
 
 py::tuple Applications(const Source& source, const std::vector<notation::Application>& applied) {
   return TupleOf(applied, [&](const notation::Application& application) {
@@ -123,13 +119,41 @@ py::tuple PronunciationToArpabet(py::handle text) {
   return NormalizedTuple(source, notation::PronunciationToArpabet(source.text()));
 }
 
-// (aliases, errors as pairs of line and message)
-py::tuple ParseAliases(py::handle text) {
-  notation::ParsedAliases parsed = notation::AliasTable::Parse(TextArgument(text.ptr()));
+// The aliases of a table in the order of its lines, which are those of `text`.
+py::dict AliasPairs(const notation::AliasTable& table, std::string_view text) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  py::dict pairs;
+  while (!text.empty()) {
+    const std::string_view line = text.substr(0, text.find('\n'));
+    const std::string_view spelling = line.substr(0, line.find('\t'));
+    const std::string_view syllable = table.Find(spelling);
+    if (!syllable.empty()) pairs[py::str(spelling)] = py::str(syllable);
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
+  }
+  return pairs;
+}
+
+// A message that may quote bytes that are no UTF-8.
+py::object Message(const std::string& message) {
+  const auto size = static_cast<Py_ssize_t>(message.size());
+  auto text = py::reinterpret_steal<py::object>(
+      PyUnicode_DecodeUTF8(message.data(), size, "backslashreplace"));
+  if (!text) throw py::error_already_set();
+  return text;
+}
+
+// (aliases, their pairs as a dict, errors as pairs of line and message)
+py::tuple ParseAliases(py::handle object) {
+  const std::string text = TextArgument(object.ptr());
+  notation::ParsedAliases parsed = notation::AliasTable::Parse(text);
   const py::tuple errors = TupleOf(parsed.errors, [](const notation::AliasError& error) {
-    return py::make_tuple(error.line, error.message);
+    return py::make_tuple(error.line, Message(error.message));
   });
-  return py::make_tuple(std::move(parsed.table), errors);
+  const py::dict pairs = AliasPairs(parsed.table, text);
+  return py::make_tuple(std::move(parsed.table), pairs, errors);
 }
 
 py::tuple Analyze(py::handle text, py::handle language, RuleBits rules,
@@ -160,10 +184,11 @@ py::tuple CutTuple(const Source& source, const std::vector<notation::CutSyllable
   });
 }
 
-py::tuple CutWhole(py::handle letters, py::handle language, std::size_t max_cuts) {
+py::tuple CutWhole(py::handle letters, py::handle language, py::handle max_cuts) {
   const Source source(letters);
   const int id = LanguageArgument(language.ptr());
-  const notation::Cut cut = notation::CutWhole(id, source.text(), max_cuts);
+  const long most = IntegerArgument(max_cuts.ptr(), 0, LONG_MAX, "max_cuts");
+  const notation::Cut cut = notation::CutWhole(id, source.text(), static_cast<std::size_t>(most));
   const bool is_counted = cut.count != notation::kUncountedCuts;
   const py::object count = is_counted ? py::object(py::int_(cut.count)) : py::none();
   const py::tuple cuts =

@@ -13,6 +13,7 @@
 #include "bindings/arguments.h"
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
+#include "bindings/objects.h"
 
 namespace qeo::python {
 
@@ -92,10 +93,6 @@ py::object NewObject(PyTypeObject* type) {
   return py::reinterpret_steal<py::object>(object);
 }
 
-py::object Borrow(PyObject* object) { return py::reinterpret_borrow<py::object>(object); }
-
-py::str Repr(PyObject* object) { return py::repr(Borrow(object)); }
-
 // A comparison's answer, from what an ordering of the two gives: negative, 0 or positive.
 PyObject* Answer(std::int64_t order, int operation) { Py_RETURN_RICHCOMPARE(order, 0, operation); }
 
@@ -131,8 +128,7 @@ PyObject* NewRow(PyTypeObject* type, PyObject* args, PyObject* keywords) {
     const long row_id = IntegerArgument(id, INT32_MIN, INT32_MAX, "a row");
     PyObject* row = FindRow(type, LanguageArgument(language), row_id);
     if (row == nullptr) {
-      throw py::value_error("no row " + std::to_string(row_id) + " in language " +
-                            std::string(Repr(language)));
+      throw py::value_error("no row " + std::to_string(row_id) + " in language " + Shown(language));
     }
     return Borrow(row);
   });
@@ -294,7 +290,7 @@ PyObject* NewSyllable(PyTypeObject* /*type*/, PyObject* args, PyObject* keywords
       throw py::error_already_set();
     }
     const Language* known = FindLanguage(LanguageArgument(language));
-    if (known == nullptr) throw py::value_error("no language " + std::string(Repr(language)));
+    if (known == nullptr) throw py::value_error("no language " + Shown(language));
     return FilledSyllable(
         known->id, PhoneTuple(phones),
         static_cast<std::uint32_t>(IntegerArgument(code, 0, UINT16_MAX, "a syllable code")),
@@ -369,8 +365,14 @@ PyMethodDef syllable_methods[] = {
     {},
 };
 
+#ifdef Py_TPFLAGS_IMMUTABLETYPE  // from Python 3.10
+constexpr unsigned kTypeFlags = Py_TPFLAGS_DEFAULT | Py_TPFLAGS_IMMUTABLETYPE;
+#else
+constexpr unsigned kTypeFlags = Py_TPFLAGS_DEFAULT;
+#endif
+
 PyTypeObject* MakeType(const char* name, std::size_t size, PyType_Slot* slots) {
-  PyType_Spec spec = {name, static_cast<int>(size), 0, Py_TPFLAGS_DEFAULT, slots};
+  PyType_Spec spec = {name, static_cast<int>(size), 0, kTypeFlags, slots};
   PyObject* type = PyType_FromSpec(&spec);
   if (type == nullptr) throw py::error_already_set();
   return reinterpret_cast<PyTypeObject*>(type);

@@ -14,15 +14,10 @@ bool IsText(py::handle object) {
 
 // The size of a buffer's offsets: 4 or 8 bytes, or 0 when they are something else.
 std::size_t OffsetSize(const py::buffer_info& info) {
-  const bool has_order = !info.format.empty() && std::strchr("@=<", info.format[0]) != nullptr;
-  const std::string type = info.format.substr(has_order ? 1 : 0);
+  const std::string type = ItemType(info);
   const bool is_signed = type == "i" || type == "l" || type == "q";
   const bool is_offset = is_signed && (info.itemsize == 4 || info.itemsize == 8);
   return is_offset ? static_cast<std::size_t>(info.itemsize) : 0;
-}
-
-bool IsContiguous(const py::buffer_info& info) {
-  return info.ndim == 1 && (info.shape[0] <= 1 || info.strides[0] == info.itemsize);
 }
 
 }  // namespace
@@ -75,14 +70,17 @@ std::optional<BufferPair> BufferPair::From(py::handle texts) {
 BufferPair::BufferPair(py::buffer_info data, py::buffer_info offsets) {
   const std::size_t offset_size = OffsetSize(offsets);
   if (offset_size == 0) {
+    const char* hint = offsets.itemsize == 1 ? "; untyped bytes are given as "
+                                               "numpy.frombuffer(offsets, numpy.int32), or int64"
+                                             : "";
     throw py::type_error("offsets must be 32-bit or 64-bit integers, not of format '" +
-                         offsets.format + "'");
+                         offsets.format + "'" + hint);
   }
   if (data.itemsize != 1) {
     throw py::type_error("the data of a pair of buffers must be bytes, not of format '" +
                          data.format + "'");
   }
-  if (!IsContiguous(data) || !IsContiguous(offsets)) {
+  if (!IsRow(data) || !IsRow(offsets)) {
     throw py::value_error("a pair of buffers must be contiguous and of one dimension");
   }
   is_wide_ = offset_size == sizeof(std::int64_t);

@@ -6,6 +6,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -83,14 +84,16 @@ class BufferPair {
 template <typename Converter>
 void ConvertPair(const BufferPair& pair, Converter& converter) {
   std::string text;
-  for (std::size_t begin = 0; begin < pair.count(); begin += kChunkTexts) {
+  std::size_t i = 0;
+  while (i < pair.count()) {
     if (PyErr_CheckSignals() != 0) throw py::error_already_set();
-    const std::size_t end = std::min(begin + kChunkTexts, pair.count());
     WithoutLock([&] {
-      for (std::size_t i = begin; i < end; ++i) {
+      const std::size_t end = std::min(i + kChunkTexts, pair.count());
+      for (std::size_t bytes = 0; i < end && bytes < kChunkBytes; ++i) {
         const auto [data, size] = pair.At(i);
         text.assign(data, size);
         converter.Add(text);
+        bytes += size;
       }
     });
   }

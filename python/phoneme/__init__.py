@@ -12,10 +12,13 @@ A text is str, which is read as UTF-8, or bytes. A language is "mandarin", "cant
 a `Language`, or any id. What cannot be converted is a `ConversionError`, or None with
 errors="none". Functions whose names end in "_batch" take many texts and give NumPy arrays.
 
-Everything can be used from any number of threads and after a fork, but not in a subinterpreter.
+Everything can be used after a fork and from any number of threads, but for `chart` and `report`,
+which as all that draws with matplotlib belong to one thread. Subinterpreters are refused.
 """
 
 from __future__ import annotations
+
+import typing as _typing
 
 from phoneme import _core
 
@@ -140,7 +143,11 @@ __all__ = [
 ]
 
 # Public names are at home here, for tracebacks, for pickles that outlive a change of files, and for
-# the examples, which run among these names.
-for _name in __all__:
-    globals()[_name].__module__ = __name__
-del _name
+# the examples, which run among these names. Phone, Syllable and SyllableRow are so already.
+for _public in [globals()[_name] for _name in __all__]:
+    if isinstance(_public, type) and getattr(_public, "__annotations__", None):
+        # Names in annotations are looked up in the module that the class is about to leave.
+        _public.__annotations__.update(_typing.get_type_hints(_public))
+    if _public.__module__ != __name__:
+        _public.__module__ = __name__
+del _public

@@ -16,10 +16,14 @@ if TYPE_CHECKING:
     from numpy.typing import NDArray
 
     Bytes = NDArray[np.uint8]
+    Codes = NDArray[np.uint16]
+    Tones = NDArray[np.int8]
     Offsets = NDArray[np.int64]
+else:
+    Bytes = Codes = Tones = Offsets = Any  # NumPy is imported by the first batch
 
 #: An iterable of str and bytes, or the pair (data, offsets) of an Arrow array of strings.
-Texts = Union[Iterable[Text], "tuple[Any, Any]"]
+Texts = Union[Iterable[Text], tuple[Any, Any]]
 
 
 class CodeBatch(NamedTuple):
@@ -33,7 +37,7 @@ class CodeBatch(NamedTuple):
     converted, and 1 for one that failed, which has no codes.
     """
 
-    codes: NDArray[np.uint16]
+    codes: Codes
     offsets: Offsets
     status: Bytes
 
@@ -53,8 +57,8 @@ class SyllableBatch(NamedTuple):
 
     phones: Bytes
     phone_offsets: Offsets
-    codes: NDArray[np.uint16]
-    tones: NDArray[np.int8]
+    codes: Codes
+    tones: Tones
     offsets: Offsets
     status: Bytes
 
@@ -117,12 +121,20 @@ def py2code_batch(texts: Texts, language: LanguageName = "mandarin") -> CodeBatc
     array([2243, 1173], dtype=uint16)
 
     `texts` is any iterable of str and bytes, as a list, a generator, a pandas Series or a NumPy
-    array; or the pair of buffers (data, offsets) of an Arrow array of strings, with offsets of 32
-    or 64 bits, one more than there are texts:
+    array; or the pair of buffers (data, offsets) of an Arrow array of strings, in this order, with
+    offsets of 32 or 64 bits, one more than there are texts.
+
+    The buffers of a pyarrow array are untyped bytes, in the order validity, offsets and data. NumPy
+    makes offsets of them, int32 or for a large_string int64:
 
     >>> import numpy
-    >>> py2code_batch((b"ni3hao3", numpy.array([0, 3, 7]))).codes
+    >>> offsets, data = numpy.array([0, 3, 7], numpy.int32).tobytes(), b"ni3hao3"
+    >>> py2code_batch((data, numpy.frombuffer(offsets, numpy.int32))).codes
     array([2243, 1173], dtype=uint16)
+
+    Those of an array that may be a slice are
+    ``numpy.frombuffer(offsets, numpy.int32)[array.offset:][:len(array) + 1]``. The validity bitmap
+    is not looked at: what is null is read as the text that its offsets span, as a rule "".
 
     Anything else in a text's place, also None or NaN, is a TypeError that names its index, and
     offsets that fall or leave the data are a ValueError.
@@ -172,7 +184,8 @@ def normalize_batch(texts: Texts, language: LanguageName = "mandarin") -> TextBa
     b'hh ax 0, l ow 1'
 
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
-    English as by `arpabet_to_pronunciation`. `texts` is as with `py2code_batch`.
+    English as by `arpabet_to_pronunciation`; an unregistered language is read as Mandarin. `texts`
+    is as with `py2code_batch`.
     """
     return TextBatch(*_core.normalize_batch(texts, language))
 
@@ -187,6 +200,7 @@ def to_arrow(batch: Batch) -> Any:
     that failed is null; a text with problems keeps what was placed. Needs pyarrow.
     """
     try:
+        import numpy as np
         import pyarrow as pa
     except ImportError as error:
         raise ImportError("to_arrow needs pyarrow, which is not installed") from error
@@ -205,7 +219,7 @@ def to_arrow(batch: Batch) -> Any:
         columns = [pa.array(batch.codes), pa.array(batch.tones), phones]
         values = pa.StructArray.from_arrays(columns, names=["code", "tone", "phones"])
     # A list whose offset is null is null itself; the last offset belongs to no list.
-    is_null = [*(batch.status != 0), False]
+    is_null = np.append(batch.status != 0, False)
     return pa.LargeListArray.from_arrays(pa.array(batch.offsets, mask=is_null), values)
 
 

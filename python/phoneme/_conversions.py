@@ -2,11 +2,12 @@
 
 from __future__ import annotations
 
-from typing import Literal, Optional, Union, overload
+from typing import TYPE_CHECKING, Any, Literal, Optional, Union, overload
 
 from phoneme import _core
 from phoneme._core import Phone, Syllable, SyllableRow
 from phoneme._errors import (
+    Errors,
     LanguageName,
     Text,
     raise_for_code,
@@ -17,7 +18,13 @@ from phoneme._errors import (
     settle,
 )
 
-Errors = Literal["raise", "none"]
+if TYPE_CHECKING:
+    import numpy as np
+    from numpy.typing import NDArray
+
+    PhoneIds = Union[bytes, bytearray, memoryview, NDArray[np.uint8]]
+else:
+    PhoneIds = Any  # NumPy is imported by the first batch
 
 
 # Tables
@@ -257,6 +264,26 @@ def pr2ph(
 ) -> Optional[bytes]: ...
 
 
+@overload
+def pr2ph(
+    pronunciation: Text,
+    language: LanguageName = ...,
+    *,
+    as_ids: bool,
+    errors: Literal["raise"] = ...,
+) -> Union[list[Syllable], bytes]: ...
+
+
+@overload
+def pr2ph(
+    pronunciation: Text,
+    language: LanguageName = ...,
+    *,
+    as_ids: bool,
+    errors: Literal["none"],
+) -> Union[list[Syllable], bytes, None]: ...
+
+
 def pr2ph(
     pronunciation: Text,
     language: LanguageName = "mandarin",
@@ -292,18 +319,18 @@ def pr2ph(
 
 @overload
 def ph2ph(
-    phone_ids: bytes, language: LanguageName = ..., *, errors: Literal["raise"] = ...
+    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["raise"] = ...
 ) -> list[Syllable]: ...
 
 
 @overload
 def ph2ph(
-    phone_ids: bytes, language: LanguageName = ..., *, errors: Literal["none"]
+    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["none"]
 ) -> Optional[list[Syllable]]: ...
 
 
 def ph2ph(
-    phone_ids: bytes, language: LanguageName = "mandarin", *, errors: Errors = "raise"
+    phone_ids: PhoneIds, language: LanguageName = "mandarin", *, errors: Errors = "raise"
 ) -> Optional[list[Syllable]]:
     """Regroups a phone-id sequence into syllables.
 
@@ -311,7 +338,8 @@ def ph2ph(
     [Syllable(mandarin, 'n i', raw_tone=3)]
 
     A byte of 10 to 255 is the phone of id byte - 10; 0 to 9 closes a syllable and is its digit.
-    Phones behind the last closing byte are dropped.
+    Phones behind the last closing byte are dropped. `phone_ids` is bytes, or any contiguous buffer
+    of single bytes in one dimension, as a bytearray or a NumPy array of uint8.
 
     A byte that names no phone is a ConversionError, or None with errors="none". An unregistered
     language is served by American English.

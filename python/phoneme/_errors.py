@@ -5,12 +5,24 @@ Conversions themselves only say that they failed. What is done here costs nothin
 
 from __future__ import annotations
 
-from typing import Any, Callable, Iterator, NoReturn, Optional, Sequence, Union
+import operator
+from typing import (
+    Any,
+    Callable,
+    Iterator,
+    Literal,
+    NoReturn,
+    Optional,
+    Sequence,
+    SupportsIndex,
+    Union,
+)
 
 from phoneme import _core
 
-LanguageName = Union[str, int]
+LanguageName = Union[str, SupportsIndex]
 Text = Union[str, bytes]
+Errors = Literal["raise", "none"]
 
 _SEPARATORS = b" \t\n\v\f\r'`"
 _BLANKS = b" \t\r\n"
@@ -28,8 +40,11 @@ class ConversionError(ValueError):
     hoa3 4
 
     `text` is what was passed, `piece` the part of it that is wrong and `offset` its place:
-    ``text[offset:offset + len(piece)] == piece``. A single number is shown as its digits.
-    `language` is what was passed.
+    ``text[offset:offset + len(piece)] == piece``. In the place of a single number stand its digits,
+    of a phone-id sequence its bytes, and of an iterable of codes or syllables a tuple. `language`
+    is what was passed.
+
+    The piece is searched for in a second pass over the text, which errors="none" spares.
     """
 
     def __init__(
@@ -63,10 +78,12 @@ def _named(language: LanguageName) -> str:
     """The language as messages write it: by name, where it has one."""
     if isinstance(language, str):
         return language
-    for name, number in _core.LANGUAGES.items():
-        if number == language:
+    number = operator.index(language)
+    for name, known in _core.LANGUAGES.items():
+        if known == number:
             return name
-    return f"language {int(language)}"
+    # Python refuses to write a number of thousands of digits.
+    return f"language {number}" if number.bit_length() <= 64 else "an unregistered language"
 
 
 def settle(
@@ -179,13 +196,14 @@ def _raise_for_pronunciation(
     _raise(text, data, begin, begin + len(pieces[-1]), language, "is not one digit")
 
 
-def raise_for_phone_ids(phone_ids: bytes, language: LanguageName) -> NoReturn:
-    """Raises for the first byte that names no phone."""
-    for offset in range(len(phone_ids)):
-        piece = phone_ids[offset : offset + 1]
+def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
+    """Raises for the first byte of a buffer that names no phone."""
+    data = memoryview(phone_ids).tobytes()
+    for offset in range(len(data)):
+        piece = data[offset : offset + 1]
         if _core.ph2ph(piece, language) is None:
             reason = f"is no phone of {_named(language)}"
-            raise ConversionError(phone_ids, piece, offset, language, reason)
+            raise ConversionError(data, piece, offset, language, reason)
     raise AssertionError("no byte of a sequence that failed is wrong")
 
 

@@ -23,10 +23,9 @@ from typing import (
 
 from phoneme import _core
 from phoneme._core import Syllable
-from phoneme._errors import LanguageName, Text, raise_for_item, settle
+from phoneme._errors import Errors, LanguageName, Text, raise_for_item, settle
 
 Cutting = Literal["whole", "forward", "backward"]
-Errors = Literal["raise", "none"]
 Spacing = Literal["word", "space"]
 
 
@@ -198,12 +197,17 @@ class Aliases(Mapping[str, str]):
     """
 
     def __init__(self, aliases: Mapping[str, str]) -> None:
-        self._aliases = dict(aliases)
-        lines = [f"{spelling}\t{syllable}\n" for spelling, syllable in self._aliases.items()]
+        given = dict(aliases)
+        lines = [f"{spelling}\t{syllable}\n" for spelling, syllable in given.items()]
         # The comment in front makes a byte order mark in a spelling an error like any other.
-        self._table = _alias_table("".join(["#\n", *lines]))
-        if len(self._table) != len(self._aliases):  # a spelling is a comment, or lines of its own
-            raise ValueError(f"not all of these are aliases: {self._aliases!r}")
+        self._read("".join(["#\n", *lines]))
+        if self._aliases != given:  # a spelling is a comment, or lines of its own
+            raise ValueError(f"not all of these are aliases: {given!r}")
+
+    def _read(self, text: Text) -> None:
+        self._table, self._aliases, errors = _core.parse_aliases(text)
+        if errors:
+            raise ValueError("; ".join(f"line {line}: {message}" for line, message in errors))
 
     def __getitem__(self, spelling: str) -> str:
         return self._aliases[spelling]
@@ -233,18 +237,9 @@ def parse_aliases(text: Text) -> Aliases:
     Empty lines and lines that begin with "#" are left out. Lines that cannot be used, also a
     spelling that stands in an earlier line, are a ValueError that lists them.
     """
-    _alias_table(text)
-    decoded = text if isinstance(text, str) else text.decode()
-    lines = decoded.lstrip("\ufeff").split("\n")
-    fields = [line.rstrip("\r").split("\t") for line in lines if line.strip() and line[0] != "#"]
-    return Aliases({spelling: syllable for spelling, syllable in fields})
-
-
-def _alias_table(text: Text) -> _core.AliasTable:
-    table, errors = _core.parse_aliases(text)
-    if errors:
-        raise ValueError("; ".join(f"line {line}: {message}" for line, message in errors))
-    return table
+    aliases = Aliases.__new__(Aliases)
+    aliases._read(text)
+    return aliases
 
 
 def _core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:
@@ -345,7 +340,8 @@ def analyze(
 
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
     English as by `arpabet_to_pronunciation`. Words without tones are cut "whole" (so that every
-    letter finds its syllable, if that can be), "forward" or "backward" (by longest match).
+    letter finds its syllable, if that can be), "forward" or "backward" (by longest match). An
+    unregistered language is read as Mandarin.
     """
     ways = ("whole", "forward", "backward")
     if cutting not in ways:
@@ -377,10 +373,9 @@ def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: i
 
     Longest match from the front would give "yi" and "ping", and lose the rest. The best cut leaves
     the fewest letters out, and of those has the fewest syllables, the longest first. A capital
-    opens a syllable. At most `max_cuts` cuts that cover the word are listed.
+    opens a syllable. At most `max_cuts` cuts that cover the word are listed. An unregistered
+    language is served by Mandarin.
     """
-    if max_cuts < 0:
-        raise ValueError(f"max_cuts must not be negative, but is {max_cuts}")
     covers, syllables, count, cuts, differ = _core.cut_whole(letters, language, max_cuts)
     return Cut(covers, _cut(syllables), count, tuple(_cut(cut) for cut in cuts), differ)
 
@@ -428,7 +423,8 @@ def marked_pinyin(
 
     With spacing "word" syllables are written together, with an apostrophe where one belongs. A code
     or syllable that cannot be written, as one without a code or of another language, is a
-    ConversionError, or None with errors="none".
+    ConversionError, or None with errors="none". A code outside of 0 to 65535 is always a
+    ValueError.
     """
     items = tuple(syllables)
     return _written(_core.marked_pinyin(items, _with_spaces(spacing)), items, errors, "mandarin")
@@ -454,7 +450,7 @@ def jyutping(
     >>> jyutping(py2code("nei5hou2", "cantonese"), spacing="space")
     'nei5 hou2'
 
-    What cannot be written is as with `marked_pinyin`.
+    Codes and what cannot be written are as with `marked_pinyin`.
     """
     items = tuple(syllables)
     return _written(_core.jyutping(items, _with_spaces(spacing)), items, errors, "cantonese")
@@ -484,5 +480,6 @@ def pronunciation_string(
     language than the first one's. Failures are as with `marked_pinyin`.
     """
     items = tuple(syllables)
+    result = _core.pronunciation_string(items)  # a TypeError for what has no language
     language: LanguageName = items[0].language if items else "mandarin"
-    return _written(_core.pronunciation_string(items), items, errors, language)
+    return _written(result, items, errors, language)

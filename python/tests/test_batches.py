@@ -173,6 +173,8 @@ def test_a_tuple_of_two_texts_is_two_texts() -> None:
         (b"ni3", np.array([0, 3], dtype=np.uint64), TypeError),
         (b"ni3", np.array([0, 3], dtype=np.int16), TypeError),
         (b"ni3", np.array([0.0, 3.0]), TypeError),
+        (b"ni3", memoryview(np.array([0, 3]).tobytes()), TypeError),
+        (np.array([0, 3]), memoryview(b"ni3"), TypeError),
         (np.array([1, 2, 3]), np.array([0, 3]), TypeError),
         (np.frombuffer(b"n.i.3.", dtype=np.uint8)[::2], np.array([0, 3]), ValueError),
         ("ni3", np.array([0, 3]), TypeError),
@@ -183,6 +185,18 @@ def test_buffers_that_do_not_fit(data: Any, offsets: Any, error: type[Exception]
     for function in BATCHES:
         with pytest.raises(error):
             function((data, offsets))
+
+
+@pytest.mark.parametrize("width", [np.int32, np.int64])
+def test_untyped_offsets_as_arrow_has_them(width: Any) -> None:
+    data, offsets = bytearray(b"ma5ni3hao3"), bytearray(np.array([0, 3, 6, 10], width).tobytes())
+    with pytest.raises(TypeError, match=r"'B'; untyped bytes .* numpy.frombuffer\(offsets"):
+        phoneme.py2code_batch((data, offsets))
+    with pytest.raises(TypeError, match="not of format 'h'$"):
+        phoneme.py2code_batch((data, np.array([0, 3], np.int16)))
+    typed = np.frombuffer(offsets, width)
+    assert phoneme.py2code_batch((data, typed)).codes.tolist() == [1945, 2243, 1173]
+    assert phoneme.py2code_batch((data, typed[1:][:2])).codes.tolist() == [2243]
 
 
 def test_an_iterator_that_fails() -> None:
@@ -234,7 +248,9 @@ class _Arrow:
 
     @staticmethod
     def array(values: Any, mask: Any = None) -> list[Any]:
-        hidden = mask or [False] * len(values)
+        hidden = np.zeros(len(values), bool) if mask is None else mask
+        assert isinstance(hidden, np.ndarray) and hidden.dtype == bool
+        assert hidden.shape == values.shape
         return [None if skip else value for value, skip in zip(values.tolist(), hidden)]
 
     @staticmethod

@@ -2,11 +2,13 @@
 
 from __future__ import annotations
 
+import ctypes
 import inspect
 import pickle
 from typing import Any, Optional, Union
 
 import golden
+import numpy as np
 import phoneme
 import pytest
 
@@ -142,8 +144,11 @@ def test_pronunciations() -> None:
 def test_phone_ids() -> None:
     ids = phoneme.pr2ph("n i 3, h ao 3", as_ids=True)
     expected = phoneme.pr2ph("n i 3, h ao 3")
+    array = np.frombuffer(ids, np.uint8)
     same: Any
-    for same in (ids, bytearray(ids), memoryview(ids)):
+    for same in (ids, bytearray(ids), memoryview(ids), memoryview(ids).cast("b"),
+                 memoryview(ids).cast("c"), array, array.view(np.int8), array.copy(),
+                 np.stack([array, array])[1], (ctypes.c_ubyte * 6)(*ids)):  # fmt: skip
         assert phoneme.ph2ph(same) == expected
     assert phoneme.ph2ph(b"\x03") == [phoneme.Syllable("mandarin", [], raw_tone=3)]
     assert phoneme.ph2ph(b"\x18") == []  # nothing closes the syllable
@@ -152,6 +157,12 @@ def test_phone_ids() -> None:
     for wrong in ("n", 5, [24], None):
         with pytest.raises(TypeError, match="phone ids must be bytes"):
             phoneme.ph2ph(wrong)
+    for wrong in (array.astype(np.int64), array.astype(float), array.astype(bool), array.view("S1"),
+                  array.reshape(2, 3), array.repeat(2)[::2], array[::-1], memoryview(ids)[::2],
+                  np.array(3, np.uint8), np.uint8(3), memoryview(ids).cast("H")):  # fmt: skip
+        with pytest.raises(TypeError, match="phone ids must be bytes or one contiguous row"):
+            phoneme.ph2ph(wrong)
+    assert phoneme.ph2ph(array[:0]) == phoneme.ph2ph(bytearray()) == []
     for wrong in (-1, 256):
         with pytest.raises(ValueError, match="0 to 255"):
             phoneme.ph2tp(wrong)
@@ -195,11 +206,30 @@ def test_texts_are_str_or_bytes(function: Any, text: Any) -> None:
         function(text)
 
 
-@pytest.mark.parametrize("code", [-1, 65536, 2**70])
-def test_codes_out_of_range(code: int) -> None:
-    for function in (phoneme.code2ph, phoneme.code2py):
-        with pytest.raises(ValueError, match="0 to 65535"):
-            function(code)  # type: ignore[operator]
+CODE_FUNCTIONS: list[Any] = [
+    phoneme.code2ph,
+    phoneme.code2py,
+    lambda code: phoneme.jyutping([code]),
+    lambda code: phoneme.Syllable("mandarin", [], code),
+]
+
+
+@pytest.mark.parametrize("function", CODE_FUNCTIONS)
+def test_codes_out_of_range(function: Any) -> None:
+    many = "an int of more than 64 bits"
+    cases = [(-1, "-1"), (65536, "65536"), (2**63 - 1, str(2**63 - 1)), (2**70, many)]
+    for code, shown in [*cases, (10**5000, many), (-(10**5000), many)]:
+        with pytest.raises(ValueError) as caught:
+            function(code)
+        assert str(caught.value) == f"a syllable code is 0 to 65535, not {shown}"
+
+
+@pytest.mark.parametrize("function", CODE_FUNCTIONS)
+@pytest.mark.parametrize("code", [None, 1.5, "2243", b"2243"])
+def test_codes_are_integers(function: Any, code: Any) -> None:
+    with pytest.raises(TypeError) as caught:
+        function(code)
+    assert str(caught.value) == f"a syllable code must be an int, not {type(code).__name__}"
 
 
 def test_str_subclasses_and_wide_characters() -> None:

@@ -5,6 +5,7 @@ from __future__ import annotations
 import pickle
 from typing import Any
 
+import numpy as np
 import phoneme
 import pytest
 from phoneme import ConversionError
@@ -80,9 +81,60 @@ def test_pronunciations(
 def test_phone_ids_and_codes() -> None:
     error = _error(phoneme.ph2ph, bytes([24, 35, 3, 250, 251]))
     assert (error.piece, error.offset) == (b"\xfa", 3)
+    assert type(error.text) is type(error.piece) is bytes
     error = _error(phoneme.code2ph, 65535, "cantonese")
     assert (error.text, error.piece, error.offset) == ("65535", "65535", 0)
     assert str(error) == "'65535' at 0 is no syllable code of cantonese"
+
+
+@pytest.mark.parametrize(
+    "buffer",
+    [bytearray, memoryview, lambda ids: memoryview(ids).cast("b"),
+     lambda ids: memoryview(ids).cast("c"), lambda ids: np.frombuffer(ids, np.uint8),
+     lambda ids: np.frombuffer(ids, np.int8)],
+)  # fmt: skip
+def test_phone_ids_of_any_buffer(buffer: Any) -> None:
+    ids = bytes([24, 35, 3, 250, 251])
+    assert phoneme.ph2ph(buffer(ids), errors="none") is None
+    with pytest.raises(ConversionError) as caught:
+        phoneme.ph2ph(buffer(ids))
+    error = caught.value
+    assert type(error.text) is type(error.piece) is bytes
+    assert (error.text, error.piece, error.offset) == (ids, b"\xfa", 3)
+    assert str(pickle.loads(pickle.dumps(error))) == str(error)
+
+
+@pytest.mark.parametrize("text", [b"n i 3, h xx 3", "n i 3, h xx 3"])
+@pytest.mark.parametrize("as_ids", [False, True])
+def test_pronunciations_of_str_and_bytes(text: Any, as_ids: bool) -> None:
+    error = _error(phoneme.pr2ph, text, as_ids=as_ids)
+    assert type(error.text) is type(error.piece) is type(text)
+    for buffer in (bytearray(b"n"), memoryview(b"n"), np.array([110], np.uint8)):
+        with pytest.raises(TypeError, match="a text must be str or bytes, not"):
+            phoneme.pr2ph(buffer, as_ids=as_ids)  # type: ignore[call-overload]
+
+
+def test_languages_in_messages() -> None:
+    cases: list[tuple[Any, str]] = [
+        (12345, "language 12345"),
+        (np.int64(10001), "cantonese"),
+        (2**62, f"language {2**62}"),
+        (10**5000, "an unregistered language"),
+        (-(10**5000), "an unregistered language"),
+    ]
+    for language, named in cases:
+        error = _error(phoneme.py2code, "xyz3", language)
+        assert str(error) == f"'xyz3' at 0 is no syllable of {named}"
+        error = _error(phoneme.code2ph, 65535, language)
+        assert str(error) == f"'65535' at 0 is no syllable code of {named}"
+
+
+def test_languages_without_rows() -> None:
+    for language, shown in ((12345, "12345"), (10**5000, "an int of more than 64 bits")):
+        with pytest.raises(ValueError, match=f"^no row 3 in language {shown}$"):
+            phoneme.Phone(language, 3)
+        with pytest.raises(ValueError, match=f"^no language {shown}$"):
+            phoneme.Syllable(language, [])
 
 
 def test_what_cannot_be_written() -> None:

@@ -75,6 +75,7 @@ def test_jyutping_and_aliases() -> None:
         Aliases({"ai": "ngai"}),
         phoneme.parse_aliases("\ufeff# a comment\r\nai\tngai\r\n\n"),
         phoneme.parse_aliases(b"ai\tngai"),
+        phoneme.parse_aliases(b"\xef\xbb\xbf#\xff\nai\tngai"),
     ]
     for aliases in forms:
         result = phoneme.normalize_jyutping("ai3", aliases=aliases)
@@ -111,6 +112,42 @@ def test_wrong_aliases(aliases: Any) -> None:
 def test_errors_of_aliases_name_their_lines() -> None:
     with pytest.raises(ValueError, match=r"line 2: .*; line 4: "):
         phoneme.parse_aliases("ai\tngai\nxx\n# fine\nai\tnei\n")
+    with pytest.raises(ValueError, match=r'^line 2: "\\xff" is not a spelling'):
+        phoneme.parse_aliases(b"\n\xff\tnei")
+
+
+@pytest.mark.parametrize(
+    "text, pairs",
+    [
+        (b"#\xff\nai\tngai", [("ai", "ngai")]),
+        ("", []),
+        ("\n\r\n# ai\tngai\n", []),
+        ("ni\tnei\r\nai\tngai\n\nei\tngai", [("ni", "nei"), ("ai", "ngai"), ("ei", "ngai")]),
+    ],
+)
+def test_tables_of_aliases(text: Any, pairs: Any) -> None:
+    aliases = phoneme.parse_aliases(text)
+    assert list(aliases.items()) == pairs
+    assert pickle.loads(pickle.dumps(aliases)) == aliases
+
+
+def test_tables_are_only_parsed() -> None:
+    with pytest.raises(TypeError):
+        _core.AliasTable()  # type: ignore[call-arg]
+
+
+def test_a_table_of_aliases_is_read_once(monkeypatch: pytest.MonkeyPatch) -> None:
+    texts: list[Any] = []
+    parse = _core.parse_aliases
+
+    def parse_and_count(text: Any) -> Any:
+        texts.append(text)
+        return parse(text)
+
+    monkeypatch.setattr(_core, "parse_aliases", parse_and_count)
+    aliases = phoneme.parse_aliases("ai\tngai")
+    assert phoneme.normalize_jyutping("ai3", aliases=aliases).text == "ngai3"
+    assert texts == ["ai\tngai"]
 
 
 def test_arpabet_there_and_back() -> None:
@@ -170,8 +207,14 @@ def test_cuts() -> None:
     assert phoneme.cut_whole("").covers and not phoneme.cut_whole("v").covers
     assert phoneme.cut_whole("漢ni").syllables[0].range == Range(1, 3)
     assert phoneme.cut_whole("yipinguo").directions_differ
-    with pytest.raises(ValueError, match="negative"):
-        phoneme.cut_whole("xian", max_cuts=-1)
+    assert len(phoneme.cut_whole(word, max_cuts=2**63 - 1).cuts) == 4
+    number: Any
+    for number in (-1, 2**63, 2**70, 10**5000):
+        with pytest.raises(ValueError, match=r"max_cuts is 0 to \d+, not (-1|an int of)"):
+            phoneme.cut_whole("xian", max_cuts=number)
+    for number in (1.5, "1", None):
+        with pytest.raises(TypeError, match="^max_cuts must be an int, not (float|str|NoneType)$"):
+            phoneme.cut_whole("xian", max_cuts=number)
 
 
 def test_writing() -> None:
@@ -200,6 +243,14 @@ def test_what_is_no_syllable(items: Any, error: type[Exception]) -> None:
         with pytest.raises(error) as caught:
             function(items)
         assert not isinstance(caught.value, phoneme.ConversionError)
+
+
+@pytest.mark.parametrize("items, name", [([2243], "int"), ([1, 2], "int"), ("ab", "str"),
+                                         ([phoneme.code2ph(2243), None], "NoneType")])  # fmt: skip
+@pytest.mark.parametrize("errors", ["raise", "none"])
+def test_pronunciation_strings_are_of_syllables(items: Any, name: str, errors: Any) -> None:
+    with pytest.raises(TypeError, match=f"^not a Syllable: {name}$"):
+        phoneme.pronunciation_string(items, errors=errors)
 
 
 def test_wrong_spacing() -> None:

@@ -5,6 +5,7 @@ from __future__ import annotations
 import gc
 import multiprocessing
 import os
+import signal
 import subprocess
 import sys
 import threading
@@ -74,6 +75,44 @@ def test_a_fork_goes_on() -> None:
     assert os.WEXITSTATUS(status) == 0 and os.WIFEXITED(status)
 
 
+def test_forks_in_the_middle_of_batches() -> None:
+    code = """
+import os, sys, threading, numpy, phoneme
+texts = ["ni3hao3", "xyz3", "ma5 \u6f22"] * 2000
+data = b"ni3hao3ma5" * 4000
+pair = (data, numpy.arange(4001) * 10)
+expected = phoneme.py2code_batch(texts).codes.tolist()
+is_over = False
+counts = [0] * 3
+def convert(i):
+    while not is_over:
+        phoneme.normalize_batch(texts) if i == 2 else phoneme.py2ph_batch(pair if i else texts)
+        counts[i] += 1
+threads = [threading.Thread(target=convert, args=(i,)) for i in range(3)]
+for thread in threads:
+    thread.start()
+agreeing = 0
+while agreeing < 30 or min(counts) < 3:
+    child = os.fork()
+    if child == 0:
+        agrees = phoneme.py2code_batch(texts).codes.tolist() == expected
+        agrees = agrees and len(phoneme.py2ph_batch(pair).codes) == 12000
+        agrees = agrees and phoneme.normalize_batch(["N\u01d0"]).data.tobytes() == b"ni3"
+        os._exit(0 if agrees else 1)
+    if os.waitpid(child, 0)[1] != 0:
+        break
+    agreeing += 1
+is_over = True
+for thread in threads:
+    thread.join()
+print(agreeing >= 30)
+"""
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, timeout=120, check=False
+    )
+    assert result.stdout == "True\n", result.stderr
+
+
 @pytest.mark.parametrize("method", ["fork", "spawn"])
 def test_pools_of_processes(method: str) -> None:
     with multiprocessing.get_context(method).Pool(2) as pool:
@@ -129,6 +168,22 @@ except KeyboardInterrupt:
         [sys.executable, "-c", code], capture_output=True, text=True, timeout=60, check=False
     )
     assert result.stdout == "interrupted\n", result.stderr
+
+
+def test_signals_are_seen_within_a_pair_of_few_long_texts() -> None:
+    text = b"ni3hao3ma5" * 50_000
+    pair = (text * 100, np.arange(101) * len(text))
+    seen: list[int] = []
+    before = signal.signal(signal.SIGALRM, lambda number, frame: seen.append(number))
+    try:
+        signal.setitimer(signal.ITIMER_REAL, 0.001, 0.001)
+        phoneme.py2code_batch(pair)
+        signal.setitimer(signal.ITIMER_REAL, 0)
+    finally:
+        signal.setitimer(signal.ITIMER_REAL, 0)
+        signal.signal(signal.SIGALRM, before)
+    # One may be seen in front, and one behind.
+    assert len(seen) > 5
 
 
 @pytest.mark.parametrize("attempt", range(8))

@@ -56,7 +56,7 @@ def test_the_piece_of_an_error_is_the_first_that_fails(text: Any, language: Any)
 @given(PRONUNCIATIONS, LANGUAGES, st.booleans())
 def test_the_piece_of_a_pronunciation(text: str, language: Any, as_ids: bool) -> None:
     try:
-        phoneme.pr2ph(text, language, as_ids=as_ids)  # type: ignore[call-overload]
+        phoneme.pr2ph(text, language, as_ids=as_ids)
     except phoneme.ConversionError as error:
         assert text[error.offset : error.offset + len(error.piece)] == error.piece
         front = text[: error.offset].rpartition(",")[0]

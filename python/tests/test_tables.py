@@ -3,8 +3,12 @@
 from __future__ import annotations
 
 import copy
+import importlib.metadata
 import inspect
 import pickle
+import sys
+import typing
+from pathlib import Path
 from typing import Any
 
 import golden
@@ -100,6 +104,39 @@ def test_wrong_languages() -> None:
             phoneme.phones(language)
 
 
+class Index:
+    """What is an integer, or raises in the place of telling which."""
+
+    def __init__(self, answer: Any) -> None:
+        self.answer = answer
+
+    def __index__(self) -> int:
+        if isinstance(self.answer, int):
+            return self.answer
+        raise self.answer
+
+
+INTEGERS: list[Any] = [
+    phoneme.phones,
+    lambda number: phoneme.phone("mandarin", number),
+    lambda number: phoneme.code2ph(number),
+    lambda number: phoneme.Phone("mandarin", number),
+    lambda number: phoneme.Syllable("mandarin", [], number),
+    lambda number: phoneme.marked_pinyin([number]),
+    lambda number: phoneme.cut_whole("ni", max_cuts=number),
+]
+
+
+@pytest.mark.parametrize("function", INTEGERS)
+def test_integers_by_index(function: Any) -> None:
+    assert function(Index(31)) == function(31)
+    for error in (KeyboardInterrupt, MemoryError, ValueError):
+        with pytest.raises(error, match="^mine$"):
+            function(Index(error("mine")))
+    with pytest.raises(TypeError, match=", not Index$"):
+        function(Index(TypeError("mine")))
+
+
 def _examples() -> list[Any]:
     return [
         *phoneme.phones("english"),
@@ -128,14 +165,23 @@ def test_records_do_not_change() -> None:
                 setattr(record, name, 1)
 
 
+@pytest.mark.skipif(sys.version_info < (3, 10), reason="types are immutable from Python 3.10")
+@pytest.mark.parametrize("record", [Phone, SyllableRow, Syllable])
+def test_their_types_do_not_change(record: Any) -> None:
+    for name in ("other", "language", "__repr__"):
+        with pytest.raises(TypeError, match="immutable type"):
+            setattr(record, name, None)
+
+
 def test_records_are_ordered_and_hashable() -> None:
+    table: Any
     for table in (phoneme.phones("english"), phoneme.syllables("cantonese")):
         assert sorted(reversed(table)) == list(table)
         assert len(set(table)) == len(table)
     assert phoneme.phones("mandarin")[60] < phoneme.phones("cantonese")[0]
     assert phoneme.phone("mandarin", 1) != phoneme.phone("cantonese", 1)
     with pytest.raises(TypeError):
-        phoneme.phones("english")[0] < 5
+        phoneme.phones("english")[0] < 5  # type: ignore[operator]
     other: Any = "sil"
     assert phoneme.phones("english")[0] != other
 
@@ -197,3 +243,23 @@ def test_everything_public_is_documented() -> None:
         public = getattr(phoneme, name)
         assert public.__module__ == "phoneme"
         assert ">>>" in (inspect.getdoc(public) or ""), name
+
+
+def test_type_hints_can_be_read_at_run_time() -> None:
+    counts = {}
+    for name in phoneme.__all__:
+        counts[name] = len(typing.get_type_hints(getattr(phoneme, name)))
+    assert counts["py2code"] == 4 and counts["chart"] == 5 and counts["ph2ph"] == 4
+    assert counts["CodeBatch"] == 3 and counts["Cut"] == 5 and counts["Problem"] == 3
+    assert typing.get_type_hints(phoneme.Problem)["range"] is phoneme.Range
+    assert typing.get_type_hints(phoneme.AnalyzedSyllable)["row"] == typing.Optional[int]
+
+
+def test_the_wheel_holds_the_license() -> None:
+    try:
+        files = importlib.metadata.files("phoneme") or []
+    except importlib.metadata.PackageNotFoundError:
+        pytest.skip("the package was not installed from a wheel")
+    texts = [file.read_text() for file in files if file.name == "LICENSE"]
+    project = Path(__file__).resolve().parents[2]
+    assert texts == [(project / "LICENSE").read_text(encoding="utf-8")]
