@@ -13,17 +13,20 @@ from phoneme._page import (
     MARGIN,
     PAPER,
     PLAIN_LOOK,
+    UNSEEN_EDGE,
     WIDTH,
     Block,
     Look,
     Page,
     Shading,
     legend_block,
+    short_number,
 )
 
 MaybePhone = Optional["phoneme.Phone"]
 
 _CELL_HEIGHT = 19.0
+_COUNTED_CELL_HEIGHT = 30.0  # of a cell with a count in it
 _ROW_HEADING = 56.0
 _MOST_COLUMNS = 24
 
@@ -38,31 +41,50 @@ class _Panel(NamedTuple):
         return [final for _, finals in self.groups for final in finals]
 
 
+class _Looks:
+    """How the grid is drawn: with phone ids, or shaded and with counts."""
+
+    def __init__(self, language: phoneme.Language, counts: Coverage | None) -> None:
+        self.counts = counts
+        self.shading = None if counts is None else Shading(counts.syllables.values())
+        self.usable = set(usable_phones(language))
+
+    def cell_height(self) -> float:
+        return _CELL_HEIGHT if self.counts is None else _COUNTED_CELL_HEIGHT
+
+    def legend(self) -> list[tuple[Look, str]]:
+        known = [(PLAIN_LOOK, "syllable")] if self.shading is None else self.shading.legend()
+        return [*known, (Look(PAPER, edge=LINE), "no such syllable")]
+
+    def syllable(self, row: phoneme.SyllableRow) -> tuple[Look, str]:
+        if self.counts is None or self.shading is None:
+            return PLAIN_LOOK, ""
+        count = self.counts.syllables[row.id]
+        return self.shading.look(count), short_number(count) if count else ""
+
+    def phone(self, phone: phoneme.Phone) -> tuple[str, str]:
+        """The small number of a heading, and its colour."""
+        if self.counts is None:
+            return str(phone.id), FAINT
+        if phone not in self.usable:
+            return "", FAINT
+        count = self.counts.phones[phone.id]
+        return short_number(count), FAINT if count else UNSEEN_EDGE
+
+
 def grid_blocks(language: phoneme.Language, counts: Coverage | None) -> list[Block]:
     panels = _panels(language)
-    shading = None if counts is None else Shading(counts.syllables.values())
-    if shading is None:
-        legend = [(PLAIN_LOOK, "syllable"), (Look(PAPER, edge=LINE), "no such syllable")]
-    else:
-        legend = shading.legend()
+    looks = _Looks(language, counts)
     width = (WIDTH - 2 * MARGIN - _ROW_HEADING) / max(len(p.columns()) for p in panels)
-    looks = {
-        row.id: PLAIN_LOOK if shading is None else shading.look(_count(counts, row.id))
-        for row in phoneme.syllables(language)
-    }
     parts = [_panel(language, panel, width, looks) for panel in panels]
-    return [legend_block(legend, _unused(language)), *parts]
+    return [legend_block(looks.legend(), _note(language, looks)), *parts]
 
 
-def _count(counts: Coverage | None, row: int) -> int:
-    return 0 if counts is None else counts.syllables[row]
-
-
-def _unused(language: phoneme.Language) -> str:
-    """A note that names the phones that no syllable has."""
-    usable = set(usable_phones(language))
-    unused = [name_and_id(phone) for phone in phoneme.phones(language) if phone not in usable]
-    return f"Initials down, finals across. In no syllable: {', '.join(unused)}."
+def _note(language: phoneme.Language, looks: _Looks) -> str:
+    """What stands where, and the phones that no syllable has."""
+    unused = [name_and_id(phone) for phone in phoneme.phones(language) if phone not in looks.usable]
+    numbers = "" if looks.counts is None else " The numbers: how often each is there."
+    return f"Initials down, finals across.{numbers} In no syllable: {', '.join(unused)}."
 
 
 def _key(initial: MaybePhone, final: MaybePhone) -> tuple[int, int]:
@@ -168,26 +190,25 @@ def _is_respelt(row: phoneme.SyllableRow) -> bool:
     return row.final is not None and not row.pinyin.endswith(row.final.name)
 
 
-def _panel(
-    language: phoneme.Language, panel: _Panel, width: float, looks: dict[int, Look]
-) -> Block:
+def _panel(language: phoneme.Language, panel: _Panel, width: float, looks: _Looks) -> Block:
     cells = _cells(language)
     columns = panel.columns()
     left = MARGIN + _ROW_HEADING
-    heading = 54.0
+    heading, height = 54.0, looks.cell_height()
 
     def draw(page: Page, top: float) -> None:
         body = top + heading
         _draw_groups(page, panel, left, top, width)
-        _draw_column_headings(page, columns, left, body - 22, width)
-        _draw_rules(page, panel, left, body, width)
+        for x, final in enumerate(columns):
+            _draw_column_heading(page, final, (left + (x + 0.5) * width, body - 22), looks)
+        _draw_rules(page, panel, (left, body), (width, height))
         for y, initial in enumerate(panel.rows):
-            _draw_row_heading(page, initial, left, body + y * _CELL_HEIGHT)
+            _draw_row_heading(page, initial, (left, body + (y + 0.5) * height), looks)
             for x, final in enumerate(columns):
-                place = (left + x * width, body + y * _CELL_HEIGHT, width)
+                place = (left + x * width, body + y * height, width)
                 _draw_cell(page, cells.get(_key(initial, final), []), looks, place)
 
-    return Block(heading + len(panel.rows) * _CELL_HEIGHT + 14, draw)
+    return Block(heading + len(panel.rows) * height + 14, draw)
 
 
 def _draw_groups(page: Page, panel: _Panel, left: float, top: float, width: float) -> None:
@@ -200,32 +221,40 @@ def _draw_groups(page: Page, panel: _Panel, left: float, top: float, width: floa
         x = right
 
 
-def _draw_column_headings(
-    page: Page, finals: list[MaybePhone], left: float, y: float, width: float
+def _draw_column_heading(
+    page: Page, final: MaybePhone, place: tuple[float, float], looks: _Looks
 ) -> None:
-    for index, final in enumerate(finals):
-        x = left + (index + 0.5) * width
-        if final is None:
-            page.text(x, y, "none", 9, color=FAINT)
-            continue
-        page.text(x, y, final.name, 10, weight="bold")
-        page.text(x, y + 13, str(final.id), 7.5, color=FAINT)
+    x, y = place
+    if final is None:
+        page.text(x, y, "none", 9, color=FAINT)
+        return
+    number, color = looks.phone(final)
+    page.text(x, y, final.name, 10, weight="bold")
+    page.text(x, y + 13, number, 7.5, color=color)
 
 
-def _draw_row_heading(page: Page, initial: MaybePhone, left: float, y: float) -> None:
-    middle = y + _CELL_HEIGHT / 2
+def _draw_row_heading(
+    page: Page, initial: MaybePhone, place: tuple[float, float], looks: _Looks
+) -> None:
+    """The number stands beside the name, or below it where it may be long."""
+    left, middle = place
     if initial is None:
         page.text(left - 6, middle, "no initial", 9, ha="right", color=FAINT)
         return
-    page.text(left - 24, middle, initial.name, 11, ha="right", weight="bold")
-    page.text(left - 6, middle, str(initial.id), 7.5, ha="right", color=FAINT)
+    number, color = looks.phone(initial)
+    right, up, down = (24, 0, 0) if looks.counts is None else (6, 6, 7)
+    page.text(left - right, middle - up, initial.name, 11, ha="right", weight="bold")
+    page.text(left - 6, middle + down, number, 7.5, ha="right", color=color)
 
 
-def _draw_rules(page: Page, panel: _Panel, left: float, top: float, width: float) -> None:
+def _draw_rules(
+    page: Page, panel: _Panel, place: tuple[float, float], cell: tuple[float, float]
+) -> None:
     """The lines between the rows, and between the groups of columns."""
+    (left, top), (width, height) = place, cell
     right = left + len(panel.columns()) * width
-    bottom = top + len(panel.rows) * _CELL_HEIGHT
-    rows = (top + y * _CELL_HEIGHT for y in range(len(panel.rows) + 1))
+    bottom = top + len(panel.rows) * height
+    rows = (top + y * height for y in range(len(panel.rows) + 1))
     page.lines((left, y, right, y) for y in rows)
     columns = (left + x * width for x in range(len(panel.columns()) + 1))
     page.lines((x, top, x, bottom) for x in columns)
@@ -238,15 +267,18 @@ def _draw_rules(page: Page, panel: _Panel, left: float, top: float, width: float
 def _draw_cell(
     page: Page,
     rows: list[phoneme.SyllableRow],
-    looks: dict[int, Look],
+    looks: _Looks,
     place: tuple[float, float, float],
 ) -> None:
     """Syllables that share a cell stand in it side by side."""
     left, top, width = place
-    part = width / max(1, len(rows))
+    height, part = looks.cell_height(), width / max(1, len(rows))
+    name_size, number_size = (9.5, 8) if len(rows) == 1 else (8.5, 6.5)
     for index, row in enumerate(rows):
-        look, x = looks[row.id], left + index * part
-        box = (x + 0.75, top + 0.75, part - 1.5, _CELL_HEIGHT - 1.5)
+        (look, number), x = looks.syllable(row), left + index * part
+        box = (x + 0.75, top + 0.75, part - 1.5, height - 1.5)
         page.box(*box, facecolor=look.fill, edgecolor=look.edge, linewidth=0.6)
-        size = 9.5 if len(rows) == 1 else 8.5
-        page.text(x + part / 2, top + _CELL_HEIGHT / 2, row.pinyin, size, color=look.ink)
+        middle = top + height / 2 - (6 if number else 0)
+        page.text(x + part / 2, middle, row.pinyin, name_size, color=look.ink)
+        if number:
+            page.text(x + part / 2, middle + 12.5, number, number_size, color=look.ink)

@@ -3,7 +3,9 @@
 from __future__ import annotations
 
 import os
+import uuid
 from collections.abc import Callable, Iterable
+from functools import lru_cache
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 if TYPE_CHECKING:
@@ -48,9 +50,8 @@ class Page:
         """Text around (x, y), or beginning there with ha="left"."""
         style = {"ha": "center", "va": "center_baseline", "color": INK, **style}
         points = size * 72 / _DPI
-        # The font comes with matplotlib. A dollar sign would begin a formula.
-        plain = "".join(c if _has_glyph(c) else ascii(c)[1:-1] for c in text).replace("$", r"\$")
-        font = {"fontsize": points, "family": "DejaVu Sans", "usetex": False}
+        plain = drawable(text).replace("$", r"\$")  # which would begin a formula
+        font = {"fontsize": points, "family": _FONT, "usetex": False}
         self._axes.text(x, y, plain, **font, **style)
 
     def box(self, x: float, y: float, width: float, height: float, **style: Any) -> None:
@@ -72,10 +73,43 @@ class Page:
         self._axes.add_collection(LineCollection(segments, colors=color, linewidths=0.6, zorder=0))
 
 
+_FONT = "DejaVu Sans"  # comes with matplotlib
+_ELLIPSIS = "\u2026"
+# Latin with its marks and letters of phonetics, Greek and Cyrillic, as far as the font has them.
+_DRAWN = [range(0x2EA), range(0x300, 0x350), range(0x370, 0x37F), range(0x384, 0x524)]
+_DRAWN += [range(0x1E00, 0x1EFA), range(0x2026, 0x2027)]
+
+
+def drawable(text: str) -> str:
+    """The text with escapes for what the font lacks, so that it looks the same everywhere."""
+    return "".join(c if _has_glyph(c) else ascii(c)[1:-1] for c in text)
+
+
 def _has_glyph(character: str) -> bool:
-    code = ord(character)
-    is_latin = code < 0x370 or 0x1E00 <= code < 0x1F00
-    return character.isprintable() and (is_latin or character == "\u2026")
+    return character.isprintable() and any(ord(character) in codes for codes in _DRAWN)
+
+
+@lru_cache(maxsize=4096)
+def text_width(text: str, size: float, weight: str = "normal") -> float:
+    """In pixels, of a text that is drawable."""
+    from matplotlib.font_manager import FontProperties
+    from matplotlib.textpath import text_to_path
+
+    font = FontProperties(family=_FONT, size=size, weight=weight)
+    return float(text_to_path.get_text_width_height_descent(text, font, False)[0])
+
+
+def fitted(text: str, room: float, size: float, weight: str = "normal") -> str:
+    """As much of a text as there is room for, cut between characters of its own."""
+    room -= text_width(_ELLIPSIS, size, weight)
+    kept = ""
+    for character in text:
+        drawn = drawable(character)
+        room -= text_width(drawn, size, weight)
+        if room < 0:
+            return kept + _ELLIPSIS
+        kept += drawn
+    return kept
 
 
 def _figure_class() -> Any:
@@ -91,15 +125,19 @@ def _figure_class() -> Any:
 
 
 def draw_page(blocks: list[Block], title: str, path: str | os.PathLike[str] | None) -> Figure:
-    file_format = None if path is None else _file_format(path)
     page = Page(sum(block.height for block in blocks) + MARGIN)
     top = 0.0
     for block in blocks:
         block.draw(page, top)
         top += block.height
-    if path is not None and file_format is not None:
-        _save(page.figure, path, file_format, title)
+    if path is not None:
+        _save(page.figure, path, title)
     return page.figure
+
+
+def check_path(path: str | os.PathLike[str] | None) -> None:
+    if path is not None:
+        _file_format(path)
 
 
 def _file_format(path: str | os.PathLike[str]) -> str:
@@ -109,14 +147,27 @@ def _file_format(path: str | os.PathLike[str]) -> str:
     return ending[1:]
 
 
-def _save(figure: Any, path: str | os.PathLike[str], file_format: str, title: str) -> None:
+def _save(figure: Any, path: str | os.PathLike[str], title: str) -> None:
+    """Beside its place first: what stands there is replaced by a whole picture or not at all."""
+    place = os.path.realpath(path)
+    part = os.path.join(os.path.dirname(place), f".{uuid.uuid4().hex}.part")
+    try:
+        _write(figure, part, _file_format(path), title)
+        os.replace(part, place)
+    except BaseException:
+        if os.path.exists(part):
+            os.unlink(part)
+        raise
+
+
+def _write(figure: Any, path: str, file_format: str, title: str) -> None:
     """The same picture gives the same file: no dates, versions or random ids in it."""
     import matplotlib
 
     if file_format == "png":
         kind = {"dpi": 2 * _DPI, "metadata": {"Software": None}}
     else:
-        kind = {"metadata": {"Title": title, "Date": None, "Creator": None}}
+        kind = {"metadata": {"Title": drawable(title), "Date": None, "Creator": None}}
     settings = {"svg.hashsalt": "phoneme", "svg.fonttype": "path", "savefig.bbox": "standard"}
     with matplotlib.rc_context(settings):
         figure.savefig(path, format=file_format, facecolor=PAPER, transparent=False, **kind)
@@ -124,7 +175,8 @@ def _save(figure: Any, path: str | os.PathLike[str], file_format: str, title: st
 
 def heading_block(title: str, facts: str) -> Block:
     def draw(page: Page, top: float) -> None:
-        page.text(MARGIN, top + 24, title, 17, ha="left", weight="bold")
+        whole = fitted(title, WIDTH - 2 * MARGIN, 17, "bold")
+        page.text(MARGIN, top + 24, whole, 17, ha="left", weight="bold")
         page.text(MARGIN, top + 47, facts, 11, ha="left", color=FAINT)
 
     return Block(62, draw)
@@ -180,13 +232,23 @@ def _class_bounds(largest: int, most: int) -> list[int]:
 
 
 def short_number(number: int) -> str:
-    """At most four characters up to 999 million: "950", "1.2k", "34k"."""
-    for unit, letter in ((10**6, "M"), (10**3, "k")):
+    """At most four characters: "950", "1.2k", "34k"."""
+    for power, letter in ((15, "P"), (12, "T"), (9, "G"), (6, "M"), (3, "k")):
+        unit = 10**power
         if number >= 10 * unit:
             return f"{number // unit}{letter}"
         if number >= unit:
             return f"{number // (unit // 10) / 10}{letter}"
     return str(number)
+
+
+def full_number(number: int) -> str:
+    """In full as long as that can be read at a glance."""
+    return f"{number:,}" if number < 10**9 else short_number(number)
+
+
+def counted(number: int, one: str, many: str) -> str:
+    return f"{full_number(number)} {one if number == 1 else many}"
 
 
 def legend_block(entries: list[tuple[Look, str]], note: str) -> Block:
@@ -197,7 +259,7 @@ def legend_block(entries: list[tuple[Look, str]], note: str) -> Block:
         for look, words in entries:
             page.box(x, top + 4, 22, 14, facecolor=look.fill, edgecolor=look.edge, linewidth=0.8)
             page.text(x + 28, top + 11, words, 10.5, ha="left")
-            x += 28 + 7 * len(words) + 18
+            x += 28 + text_width(words, 10.5) + 22
         page.text(MARGIN, top + 33, note, 10.5, ha="left", color=FAINT)
 
     return Block(48, draw)

@@ -8,7 +8,8 @@ from __future__ import annotations
 
 import os
 import textwrap
-from typing import TYPE_CHECKING
+from collections.abc import Mapping  # noqa: F401, a name in the hints of Lexicon
+from typing import TYPE_CHECKING, Any
 
 import phoneme
 from phoneme._articulation import articulation_blocks
@@ -21,6 +22,7 @@ from phoneme._coverage import (
     served_language,
     usable_phones,
 )
+from phoneme._errors import Text  # noqa: F401, as Mapping
 from phoneme._grid import grid_blocks
 from phoneme._page import (
     FAINT,
@@ -30,12 +32,19 @@ from phoneme._page import (
     UNSEEN_EDGE,
     Block,
     Page,
+    check_path,
+    counted,
     draw_page,
+    fitted,
+    full_number,
     heading_block,
+    text_width,
 )
 
 if TYPE_CHECKING:
     from matplotlib.figure import Figure
+else:
+    Figure = Any
 
 __all__ = ["Coverage", "chart", "coverage", "report"]
 
@@ -58,11 +67,12 @@ def chart(
     is saved when `path` is given, as SVG or PNG by its ending. Like all of matplotlib, not to be
     called from two threads at once.
     """
+    check_path(path)
     served = served_language(language)
     counts = None if lexicon is None else coverage(lexicon, served, column=column)
     title = f"{_title(served)}: {_what(served)}"
     if counts is not None:
-        title += f" in {_shortened(counts.name, 40)}"
+        title += f" in {counts.name}"
     facts = _facts_of_tables(served) if counts is None else _facts_of_counts(counts)
     return draw_page([heading_block(title, facts), *_picture(served, counts)], title, path)
 
@@ -83,8 +93,9 @@ def report(
 
     `lexicon` and `column` are as `coverage` takes them, `path` as `chart` does.
     """
+    check_path(path)
     counts = coverage(lexicon, language, column=column)
-    title = f"{_title(counts.language)}: coverage of {_shortened(counts.name, 40)}"
+    title = f"{_title(counts.language)}: coverage of {counts.name}"
     blocks = [heading_block(title, _facts_of_counts(counts)), _findings(counts)]
     return draw_page(blocks + _picture(counts.language, counts), title, path)
 
@@ -111,11 +122,14 @@ def _facts_of_counts(counts: Coverage) -> str:
     rows = phoneme.syllables(counts.language)
     usable = usable_phones(counts.language)
     seen = sum(1 for phone in usable if counts.phones[phone.id])
-    facts = f"{counts.entries:,} entries, {sum(counts.tones.values()):,} syllables in them. Seen: "
+    facts = counted(counts.entries, "entry", "entries") + ", "
+    facts += counted(sum(counts.tones.values()), "syllable", "syllables") + ". Seen: "
     if rows:
         facts += f"{len(counts.syllables)} of {len(rows)} syllables, "
-    facts += f"{seen} of {len(usable)} phones. Entries with problems: {counts.flawed_entries:,}"
-    return facts + (f", blank: {counts.blank_entries:,}." if counts.blank_entries else ".")
+    facts += f"{seen} of {len(usable)} phones. "
+    facts += f"Entries with problems: {full_number(counts.flawed_entries)}"
+    blank = f", blank: {full_number(counts.blank_entries)}" if counts.blank_entries else ""
+    return facts + blank + "."
 
 
 def _picture(language: phoneme.Language, counts: Coverage | None) -> list[Block]:
@@ -129,7 +143,6 @@ def _picture(language: phoneme.Language, counts: Coverage | None) -> list[Block]
 _LIST_LINES = 7
 _LIST_WIDTH = 50  # characters
 _NO_BREAK = "\u00a0"  # a blank that no line ends at
-_ELLIPSIS = "\u2026"
 
 
 def _findings(counts: Coverage) -> Block:
@@ -189,21 +202,17 @@ def _draw_bars(
 ) -> None:
     """A bar a line with its name and count; under it an example where there is one."""
     left, top, width = place
-    name_width = 7.0 * max([4, *(len(name) for name, _ in items)]) + 8
-    scale = (width - name_width - 72) / max([1, *(count for _, count in items)])
+    name_width = max(text_width(name, 10.5) for name, _ in [("none", 0), *items]) + 8
+    scale = (width - name_width - 80) / max([1, *(count for _, count in items)])
     if not items:
         page.text(left, top, "none", 10.5, ha="left")
     y = top
     for name, count in items:
         page.text(left, y, name, 10.5, ha="left")
         page.box(left + name_width, y - 6, count * scale, 12, facecolor=SHADES[4])
-        page.text(left + name_width + count * scale + 6, y, f"{count:,}", 10.5, ha="left")
+        page.text(left + name_width + count * scale + 6, y, full_number(count), 10.5, ha="left")
         y += 17
         if name in examples:
-            example = f"first: {_shortened(examples[name], 16)}"
+            example = fitted(f"first: {examples[name]}", width - 10, 9.5)
             page.text(left + 10, y, example, 9.5, ha="left", color=FAINT)
             y += 17
-
-
-def _shortened(text: str, most: int) -> str:
-    return text if len(text) <= most else text[: most - 1] + _ELLIPSIS

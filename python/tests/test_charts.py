@@ -3,6 +3,7 @@ and the samples in docs/ as the code draws them today."""
 
 from __future__ import annotations
 
+import dataclasses
 import itertools
 import os
 import pathlib
@@ -11,12 +12,30 @@ import subprocess
 import sys
 from collections import Counter
 from typing import Any, Callable, Iterable
+from xml.etree import ElementTree
 
 import pytest
 
 import phoneme
 from phoneme import Language, PhoneType
-from phoneme._page import FAINT, INK, PAPER, PLAIN_LOOK, SHADES, Look, Shading, _class_bounds
+from phoneme._page import (
+    _DRAWN,
+    FAINT,
+    INK,
+    PAPER,
+    PLAIN_LOOK,
+    SHADES,
+    UNSEEN_EDGE,
+    Look,
+    Shading,
+    _class_bounds,
+    counted,
+    drawable,
+    fitted,
+    full_number,
+    short_number,
+    text_width,
+)
 from phoneme.charts import Coverage, chart, coverage, report
 
 matplotlib = pytest.importorskip("matplotlib")
@@ -191,6 +210,21 @@ def big_counts() -> Coverage:
     return counts
 
 
+def huge_counts(language: str) -> Coverage:
+    counts = coverage([], language)
+    for table in (counts.syllables, counts.phones):
+        table.update({index: 10**15 - index % 9 for index in range(700)})
+    counts.tones.update({str(tone): 10**15 for tone in range(1, 8)})
+    for kind in phoneme.ProblemKind:
+        counts.problems[kind.value] = 10**15
+    entries = {"entries": 10**15, "flawed_entries": 10**15, "blank_entries": 10**15}
+    return dataclasses.replace(counts, **entries)
+
+
+def named(name: str, language: str = "mandarin") -> Coverage:
+    return dataclasses.replace(coverage(["x"], language), name=name)
+
+
 def big_english_counts() -> Coverage:
     counts = coverage([], "english")
     counts.phones.update({p.id: 999_999_999 for p in phoneme.phones("english")})
@@ -210,6 +244,14 @@ PICTURES: dict[str, Callable[[], Any]] = {
     "messy": lambda: report(messy_lexicon()),
     "large counts": lambda: report(big_counts(), "cantonese"),
     "large English counts": lambda: report(big_english_counts(), "english"),
+    "huge Mandarin counts": lambda: report(huge_counts("mandarin")),
+    "huge Cantonese counts": lambda: report(huge_counts("cantonese"), "cantonese"),
+    "huge English counts": lambda: report(huge_counts("english"), "english"),
+    "foreign text": lambda: report(["\u4f60\u597d\u4e16\u754c" * 3]),
+    "name in wide letters": lambda: chart("english", lexicon=named("W" * 100, "english")),
+    "name in Chinese": lambda: report(named("\u4f60\u597d\u4e16\u754c" * 20)),
+    "name in Cyrillic": lambda: report(named("\u0429\u0416" * 60)),
+    "name beyond": lambda: chart("cantonese", lexicon=named("\U0001f600\ud800" * 30, "cantonese")),
 }
 
 
@@ -260,7 +302,39 @@ def test_shades_fall_in_lightness() -> None:
     assert all(a > 1.2 * b for a, b in zip(lightness, lightness[1:]))
 
 
+def test_texts_are_drawn_in_the_font_that_comes_with_matplotlib() -> None:
+    drawn = [chr(code) for codes in _DRAWN for code in codes if chr(code).isprintable()]
+    assert len(drawn) > 1000
+    for weight in ("normal", "bold"):
+        path = matplotlib.font_manager.findfont(f"DejaVu Sans:weight={weight}")
+        glyphs = matplotlib.ft2font.FT2Font(path).get_charmap()
+        assert [c for c in drawn if ord(c) not in glyphs] == []
+    texts = {"n\u01d0 h\u01ceo": "n\u01d0 h\u01ceo", "\u0429": "\u0429", "\u4f60": r"\u4f60"}
+    texts.update({"\t\n": r"\t\n", "\ud800": r"\ud800", "\U0001f600": r"\U0001f600"})
+    assert {text: drawable(text) for text in texts} == texts
+
+
+def test_a_text_is_cut_where_the_room_ends() -> None:
+    for text in ("W" * 100, "i" * 1000, "\u4f60" * 50, "a\u4f60" * 50):
+        short = fitted(text, 200, 10, "bold")
+        assert short.endswith("\u2026") and 170 < text_width(short, 10, "bold") <= 200
+        whole = re.sub(r"\\u[0-9a-f]{4}", "", short)
+        assert "\\" not in whole, short  # no half of an escape
+    assert fitted("short", 200, 10) == "short"
+    assert fitted("\u4f60", 200, 10) == r"\u4f60"
+
+
 # Shading
+
+
+def test_numbers() -> None:
+    short = {0: "0", 999: "999", 1000: "1.0k", 9999: "9.9k", 34_567: "34k", 999_999: "999k"}
+    short.update({10**6: "1.0M", 10**9: "1.0G", 10**10: "10G", 10**12: "1.0T", 10**15: "1.0P"})
+    assert {number: short_number(number) for number in short} == short
+    full = {0: "0", 1234: "1,234", 999_999_999: "999,999,999", 10**9: "1.0G", 10**15: "1.0P"}
+    assert {number: full_number(number) for number in full} == full
+    assert counted(1, "entry", "entries") == "1 entry"
+    assert [counted(n, "entry", "entries") for n in (0, 2)] == ["0 entries", "2 entries"]
 
 
 def test_class_bounds() -> None:
@@ -286,7 +360,42 @@ def test_a_cell_has_the_colour_of_its_class_in_the_legend() -> None:
     fills = [shading.look(count).fill for count in (0, 1, 3, 12)]
     assert len(set(fills)) == 4
     assert shading.look(1) == shading.look(2)
-    assert {"never seen", "1 to 2", "3 to 9", "10 to 12"} <= set(strings_of(figure))
+    legend = {"never seen", "1 to 2", "3 to 9", "10 to 12", "no such syllable"}
+    assert legend <= set(strings_of(figure))
+
+
+def numbers_below(texts: list[Any], figure: Any, distance: float) -> dict[str, set[str]]:
+    at = {text.get_position(): text.get_text() for text in texts_of(figure)}
+    numbers: dict[str, set[str]] = {}
+    for text in texts:
+        x, y = text.get_position()
+        numbers.setdefault(text.get_text(), set()).add(at.get((x, y + distance), ""))
+    return numbers
+
+
+@on_grids
+def test_every_syllable_and_phone_shows_its_count(language: Language) -> None:
+    counts = coverage(ROOT / "data" / f"{language.name.lower()}.tsv", language)
+    figure = report(counts, language)
+    texts = [t for t in texts_of(figure) if t.get_ha() == "center" and t.get_color() != FAINT]
+    numbers = numbers_below([t for t in texts if not is_bold(t)], figure, 12.5)
+    for row in phoneme.syllables(language):
+        assert numbers[row.pinyin] == {str(counts.syllables[row.id] or "")}, row
+    assert sum(counts.syllables.values()) > 5000
+
+    numbers = numbers_below([t for t in texts_of(figure) if is_bold(t)], figure, 13)
+    seen = [phone for phone in phoneme.phones(language) if counts.phones[phone.id]]
+    assert len(seen) == {Language.MANDARIN: 59, Language.CANTONESE: 88}[language]
+    for phone in seen:
+        assert str(counts.phones[phone.id]) in numbers[phone.name], phone
+
+
+def test_a_phone_that_is_never_seen_stands_out() -> None:
+    figure = report(["ma1"])
+    zeros = [text for text in texts_of(figure) if text.get_text() == "0"]
+    headings = [text for text in zeros if text.get_color() == UNSEEN_EDGE]
+    # Two panels have the initials; five tones have bars, of which four are empty.
+    assert len(headings) > 57 and len(zeros) == len(headings) + 4
 
 
 def test_english_phones_show_their_counts() -> None:
@@ -361,6 +470,8 @@ def test_problems_are_counted_by_kind_with_the_first_piece() -> None:
     assert counts.problems["bad tone"] == 1
     strings = strings_of(report(counts))
     assert {"unknown syllable", "bad tone", "first: xyz3"} <= set(strings)
+    assert any(string.startswith("5 entries, 3 syllables. Seen: ") for string in strings)
+    assert any(string.startswith("1 entry, 1 syllable. ") for string in strings_of(report(["ni3"])))
     assert any("Entries with problems: 3, blank: 2." in string for string in strings)
 
 
@@ -461,7 +572,43 @@ def test_other_endings_are_refused(tmp_path: pathlib.Path) -> None:
     for name in ("chart.pdf", "chart", "svg"):
         with pytest.raises(ValueError, match=r"\.svg and \.png"):
             chart("english", path=tmp_path / name)
+        # Before a lexicon is read, which may take long.
+        with pytest.raises(ValueError, match=r"\.svg and \.png"):
+            chart("english", lexicon=tmp_path / "missing", path=tmp_path / name)
+        with pytest.raises(ValueError, match=r"\.svg and \.png"):
+            report(tmp_path / "missing", path=tmp_path / name)
     assert not list(tmp_path.iterdir())
+
+
+def test_a_picture_that_cannot_be_written_leaves_the_old_one(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    def save(figure: Any, path: str, **settings: Any) -> None:
+        pathlib.Path(path).write_text("half of")
+        raise OSError("No space left on device")
+
+    path = tmp_path / "chart.svg"
+    path.write_text("old")
+    monkeypatch.setattr(matplotlib.figure.Figure, "savefig", save)
+    with pytest.raises(OSError, match="No space"):
+        chart("english", path=path)
+    assert [file.read_text() for file in tmp_path.iterdir()] == ["old"]
+
+
+def test_a_picture_goes_where_a_link_leads(tmp_path: pathlib.Path) -> None:
+    (tmp_path / "folder").mkdir()
+    (tmp_path / "link.svg").symlink_to("folder/chart.svg")
+    chart("english", path=tmp_path / "link.svg")
+    assert (tmp_path / "link.svg").is_symlink()
+    assert (tmp_path / "folder" / "chart.svg").stat().st_size > 1000
+
+
+def test_any_name_gives_a_file_that_can_be_read(tmp_path: pathlib.Path) -> None:
+    name = "<a & b>-- \x01 \ud800 \u4f60 $x$"
+    path = tmp_path / "chart.svg"
+    chart("english", lexicon=named(name, "english"), path=path)
+    title = "American English: vowels and consonants in " + drawable(name)
+    assert title in "".join(ElementTree.parse(path).getroot().itertext())
 
 
 def test_without_matplotlib_the_error_says_what_to_install(
