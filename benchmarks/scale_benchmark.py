@@ -9,6 +9,8 @@ other work on the machine only ever adds. A cluster is started, and has run once
 
 from __future__ import annotations
 
+import argparse
+import contextlib
 import itertools
 import os
 import subprocess
@@ -85,7 +87,9 @@ class Measurement:
             return self.measure(lambda: self.run_shards(client), self.read_shards)
 
     def run_shards(self, client: Any) -> None:
-        example.convert_folder(self.folder / "shards", self.folder / "output", client=client)
+        connection = contextlib.nullcontext(client)
+        shards, output = self.folder / "shards", self.folder / "output"
+        example.convert_folder(shards, output, connection=connection)
 
     def read_shards(self) -> bytes:
         paths = sorted((self.folder / "output" / "converted").iterdir())
@@ -104,10 +108,17 @@ class Measurement:
 
 
 def main() -> None:
-    tool = str(Path(sys.argv[1]).resolve())
-    count = int(sys.argv[2]) if len(sys.argv) > 2 else 1_000_000
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("tool", type=Path, help="the tool phoneme")
+    parser.add_argument("lines", type=int, nargs="?", default=1_000_000)
+    arguments = parser.parse_args()
+    count = arguments.lines
+    if count < SHARDS:
+        parser.error(f"there is to be a line for each of {SHARDS} shards")
+    if not os.access(arguments.tool, os.X_OK):
+        parser.error(f"no program: {arguments.tool}")
     with tempfile.TemporaryDirectory() as name:
-        measurement = Measurement(tool, Path(name), count)
+        measurement = Measurement(str(arguments.tool.resolve()), Path(name), count)
         rows = [
             ("the tool, `-j`", measurement.tool, True),
             ("GNU parallel `--pipe -k`", measurement.pipe, True),

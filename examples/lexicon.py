@@ -10,6 +10,7 @@ line; rejects.tsv, what could not be read and why; and syllables.tsv, how often 
 from __future__ import annotations
 
 import argparse
+import sys
 from collections import Counter
 from collections.abc import Iterable, Iterator
 from dataclasses import dataclass, field
@@ -40,15 +41,23 @@ class Result:
     pieces: dict[str, Counter[str]] = field(default_factory=dict)  #: of the text, by problem
     rules: Counter[str] = field(default_factory=Counter)
     syllables: Counter[str] = field(default_factory=Counter)
-    phones: set[str] = field(default_factory=set)
+    phones: set[phoneme.Phone] = field(default_factory=set)
 
 
 def read_entries(path: Path) -> Iterator[Entry]:
-    with path.open(encoding="utf-8-sig") as file:
+    """Lines end at LF alone. Bytes that are no UTF-8 are kept, for the rejects and for words."""
+    with path.open(encoding="utf-8-sig", errors="surrogateescape", newline="\n") as file:
         for number, line in enumerate(file, start=1):
             if line.strip() and not line.startswith("# "):
-                word, romanisation = [*line.rstrip("\n").split("\t"), ""][:2]
+                word, romanisation = [*line.rstrip("\r\n").split("\t"), ""][:2]
                 yield Entry(number, word, romanisation)
+
+
+def read_aliases(path: Path) -> phoneme.Aliases:
+    try:
+        return phoneme.parse_aliases(path.read_bytes())
+    except ValueError as error:
+        raise ValueError(f"{path}: {error}") from None
 
 
 def phones_of(syllable: phoneme.Syllable) -> list[phoneme.Phone]:
@@ -63,8 +72,11 @@ def toned_phones(syllable: phoneme.Syllable) -> list[str]:
     return [f"{phone.name}{syllable.tone if phone == bearer else ''}" for phone in phones]
 
 
-def problems_of(analysis: phoneme.Analysis, text: str) -> Iterator[tuple[str, str, str]]:
+def problems_of(entry: Entry, analysis: phoneme.Analysis) -> Iterator[tuple[str, str, str]]:
     """The kind of each problem, the piece of the text that it is about, and what may be meant."""
+    text = entry.romanisation
+    if not entry.word.strip():
+        yield "no word", entry.word, ""
     for problem in analysis.problems:
         begin, end = problem.range
         yield problem.kind.value, text[begin:end], problem.suggestion
@@ -79,7 +91,7 @@ def add_word(entry: Entry, analysis: phoneme.Analysis, result: Result) -> None:
     names = []
     for read in analysis.syllables:
         names += toned_phones(read.syllable)
-        result.phones.update(phone.name for phone in phones_of(read.syllable))
+        result.phones.update(phones_of(read.syllable))
         result.syllables[f"{read.spelling}{read.syllable.tone}"] += 1
     # The fields of a lexicon are set apart by blanks, so a word has none.
     result.lexicon.add(f"{'_'.join(entry.word.split())} {' '.join(names)}\n")
@@ -93,7 +105,7 @@ def convert(
     for entry in entries:
         result.entries += 1
         analysis = phoneme.analyze(entry.romanisation, language, aliases=aliases)
-        problems = list(problems_of(analysis, entry.romanisation))
+        problems = list(problems_of(entry, analysis))
         if not problems:
             add_word(entry, analysis, result)
             continue
@@ -105,6 +117,10 @@ def convert(
     return result
 
 
+def encoded(text: str) -> bytes:
+    return text.encode("utf-8", "surrogateescape")
+
+
 def write(result: Result, output: Path) -> None:
     output.mkdir(parents=True, exist_ok=True)
     counts = (f"{spelling}\t{count}\n" for spelling, count in result.syllables.most_common())
@@ -113,12 +129,11 @@ def write(result: Result, output: Path) -> None:
         ("rejects.tsv", [REJECTS_HEADING + "\n", *result.rejects]),
         ("syllables.tsv", counts),
     ):
-        with (output / name).open("w", encoding="utf-8", newline="\n") as file:
-            file.writelines(lines)
+        (output / name).write_bytes(encoded("".join(lines)))
 
 
 def listed(counts: Counter[str], limit: int = 5) -> str:
-    return ", ".join(f"{name} {count}" for name, count in counts.most_common(limit))
+    return ", ".join(f"{name} {count}" for name, count in counts.most_common(limit)) or "none"
 
 
 def summary(result: Result, language: str) -> Iterator[str]:
@@ -126,15 +141,15 @@ def summary(result: Result, language: str) -> Iterator[str]:
     yield f"{result.entries} entries: {read} read, {result.rejected} rejected"
     for kind, count in result.problems.most_common():
         yield f"  {kind} {count}: {listed(result.pieces[kind])}"
-    yield f"rules applied: {listed(result.rules) or 'none'}"
+    yield f"rules applied: {listed(result.rules)}"
     yield f"lexicon: {len(result.lexicon)} words with their phones"
     total, distinct = sum(result.syllables.values()), len(result.syllables)
     yield f"syllables: {total}, {distinct} different; {listed(result.syllables)}"
-    phones = phoneme.phones(language)
-    # Each name once: two phones of Mandarin have one name.
-    names = dict.fromkeys(p.name for p in phones if p.type != phoneme.PhoneType.SILENCE)
-    unseen = " ".join(name for name in names if name not in result.phones)
-    yield f"phones: {len(result.phones)} of {len(names)}{', never ' + unseen if unseen else ''}"
+    rows = phoneme.syllables(language)
+    phones = {phone for row in rows for phone in (row.initial, row.final) if phone is not None}
+    unseen = " ".join(phone.name for phone in sorted(phones - result.phones))
+    seen = len(phones & result.phones)
+    yield f"phones: {seen} of {len(phones)}{', never ' + unseen if unseen else ''}"
 
 
 def main() -> None:
@@ -145,12 +160,16 @@ def main() -> None:
     parser.add_argument("--aliases", type=Path, help="spellings of Jyutping to be replaced")
     arguments = parser.parse_args()
 
-    aliases = None
-    if arguments.aliases:
-        aliases = phoneme.parse_aliases(arguments.aliases.read_text(encoding="utf-8"))
-    result = convert(read_entries(arguments.words), arguments.language, aliases)
-    write(result, arguments.output)
-    print(*summary(result, arguments.language), sep="\n")
+    try:
+        aliases = read_aliases(arguments.aliases) if arguments.aliases else None
+        result = convert(read_entries(arguments.words), arguments.language, aliases)
+        write(result, arguments.output)
+    except OSError as error:
+        parser.exit(2, f"{parser.prog}: {error.filename}: {error.strerror}\n")
+    except ValueError as error:
+        parser.exit(2, f"{parser.prog}: {error}\n")
+    lines = "".join(line + "\n" for line in summary(result, arguments.language))
+    sys.stdout.buffer.write(encoded(lines))
 
 
 if __name__ == "__main__":

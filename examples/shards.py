@@ -5,6 +5,8 @@
 A shard is a file of tab-separated fields. OUTPUT gets converted/, the same lines with the syllable
 codes as a new last field; rejects/, the lines that could not be read; and totals.json: what
 `phoneme convert --column 2 --to codes --rejects` gives. All workers see both folders.
+
+The status is 0 when all shards were converted, 1 when one failed, and 2 when nothing was begun.
 """
 
 from __future__ import annotations
@@ -12,14 +14,17 @@ from __future__ import annotations
 import argparse
 import contextlib
 import json
+import logging
 import os
+import signal
 import sys
 import uuid
 from collections import Counter
-from collections.abc import Callable, Iterable, Iterator, Sequence
+from collections.abc import Callable, Iterator, Sequence
 from functools import partial
+from multiprocessing import resource_tracker
 from pathlib import Path
-from typing import TYPE_CHECKING, BinaryIO
+from typing import TYPE_CHECKING, BinaryIO, NoReturn, Optional
 
 import numpy as np
 import phoneme
@@ -27,12 +32,23 @@ import phoneme
 if TYPE_CHECKING:
     from distributed import Client
 
-BLOCK_BYTES = 1 << 24  # of a shard that are in memory at a time
+BLOCK_BYTES = 1 << 20  # of a shard that are converted at a time
+LONGEST_LINE = 1 << 20  # bytes without the line end; the tool takes no longer ones
+CONNECT_SECONDS = 10  # in which a scheduler answers
 FAILED = "failed: "  # in totals, in front of what is wrong
 BYTE_ORDER_MARK = b"\xef\xbb\xbf"
 PART = ".part"  # behind the name of a file that is being written
 
 Totals = Counter[str]  # lines by what became of them
+Connection = contextlib.AbstractContextManager[Optional["Client"]]
+
+
+class UsageError(ValueError):
+    """What is asked for cannot be begun, and nothing was written."""
+
+
+class ShardError(RuntimeError):
+    """A shard could not be converted."""
 
 
 def convert_texts(texts: Sequence[str | bytes], language: str) -> list[tuple[str, str]]:
@@ -80,15 +96,24 @@ def is_comment(content: bytes) -> bool:
     return content.startswith(b"# ")
 
 
+def is_too_long(line: bytes) -> bool:
+    return len(line) > LONGEST_LINE and len(line.removesuffix(b"\n")) > LONGEST_LINE
+
+
 def convert_lines(
-    lines: Iterable[bytes], language: str, column: int
+    lines: Sequence[bytes], language: str, column: int
 ) -> tuple[list[bytes], list[bytes], Totals]:
     """The lines with a new last field, those that failed as they stand, and the totals."""
-    split = [split_line(line) for line in lines]
+    split = [(b"", b"\n") if is_too_long(line) else split_line(line) for line in lines]
     texts = [text_of(content, column) for content, _ in split]
     readings = iter(convert_texts([text for text in texts if text is not None], language))
     converted, rejects, totals = [], [], Totals(lines=len(split))
-    for (content, end), text in zip(split, texts):
+    for line, (content, end), text in zip(lines, split, texts):
+        if is_too_long(line):
+            converted.append(b"\t\n")
+            rejects.append(line)
+            totals[FAILED + "line too long"] += 1
+            continue
         if is_comment(content):
             converted.append(content + end)
             totals["comments"] += 1
@@ -101,11 +126,30 @@ def convert_lines(
     return converted, rejects, totals
 
 
+def read_block(source: BinaryIO) -> list[bytes]:
+    """Some lines. The last can be the first part of one that is too long, which has no end."""
+    lines = list[bytes]()
+    size = 0
+    while size < BLOCK_BYTES and (line := source.readline(LONGEST_LINE + 1)):
+        lines.append(line)
+        size += len(line)
+        if is_too_long(line):
+            break
+    return lines
+
+
+def rest_of_line(source: BinaryIO) -> Iterator[bytes]:
+    while part := source.readline(LONGEST_LINE):
+        yield part
+        if part.endswith(b"\n"):
+            return
+
+
 @contextlib.contextmanager
 def replacing(path: Path) -> Iterator[BinaryIO]:
     """A file that takes the place of `path` when all of it is written, and not before."""
     # Its own name for each attempt: a worker that is taken for dead may still be writing.
-    part = path.with_name(f".{path.name}.{uuid.uuid4().hex}{PART}")
+    part = path.with_name(f".{uuid.uuid4().hex}{PART}")
     try:
         with part.open("xb") as file:
             yield file
@@ -125,28 +169,57 @@ def convert_shard(name: str, shards: Path, output: Path, language: str, column: 
         converted_file = stack.enter_context(replacing(output / "converted" / name))
         if source.read(len(BYTE_ORDER_MARK)) != BYTE_ORDER_MARK:
             source.seek(0)
-        while lines := source.readlines(BLOCK_BYTES):
+        while lines := read_block(source):
             converted, rejects, block_totals = convert_lines(lines, language, column)
             converted_file.writelines(converted)
             rejects_file.writelines(rejects)
             totals.update(block_totals)
+            if is_too_long(lines[-1]):
+                rejects_file.writelines(rest_of_line(source))
     return totals
 
 
 def shard_names(shards: Path) -> list[str]:
-    names = sorted(path.name for path in shards.iterdir() if not path.name.startswith("."))
-    if not names:
-        sys.exit(f"no shards in {shards}")
-    return names
+    try:
+        paths = [path for path in sorted(shards.iterdir()) if not path.name.startswith(".")]
+    except OSError as error:
+        raise UsageError(f"cannot read the folder {shards}: {error.strerror}") from error
+    for path in paths:
+        if not path.is_file():  # a pipe, say, would be waited for without end
+            raise UsageError(f"not a file: {path}")
+    if not paths:
+        raise UsageError(f"no shards in {shards}")
+    return [path.name for path in paths]
 
 
-def prepare(output: Path, names: list[str]) -> None:
-    """Makes the folders of the output, in which there may be older results of the same shards."""
-    for folder in (output / "converted", output / "rejects"):
+def written_folders(output: Path) -> list[Path]:
+    return [(output / name).resolve() for name in ("converted", "rejects")]
+
+
+def is_part(path: Path) -> bool:
+    return path.name.startswith(".") and path.name.endswith(PART)
+
+
+def check_output(shards: Path, output: Path, names: list[str]) -> None:
+    """Refuses an output that would destroy shards, or mix its results with those of others. There
+    may be older results of the same shards."""
+    shards = shards.resolve()
+    sources = {(shards / name).resolve().parent for name in names}  # a link leads elsewhere
+    for folder in written_folders(output):
+        if folder in sources or shards in folder.parents:
+            raise UsageError(f"the output {folder} and the shards {shards} are not apart")
+        for path in (folder, *folder.parents):
+            if path.exists() and not path.is_dir():
+                raise UsageError(f"not a folder: {path}")
+        found = folder.iterdir() if folder.exists() else ()
+        strangers = {path.name for path in found if not is_part(path)}.difference(names)
+        if strangers:
+            raise UsageError(f"{folder} holds results of other shards: {min(strangers)}")
+
+
+def prepare(output: Path) -> None:
+    for folder in written_folders(output):
         folder.mkdir(parents=True, exist_ok=True)
-        strangers = {path.name for path in folder.iterdir() if not path.name.endswith(PART)}
-        if strangers.difference(names):
-            sys.exit(f"{folder} holds results of other shards: {min(strangers.difference(names))}")
     (output / "totals.json").unlink(missing_ok=True)  # it tells that all is done
 
 
@@ -154,8 +227,9 @@ def finish(output: Path, totals: Totals) -> None:
     """Writes the totals, and removes what workers that died have left."""
     with replacing(output / "totals.json") as file:
         file.write(json.dumps(totals, indent=2, sort_keys=True).encode() + b"\n")
-    for part in output.glob(f"*/.*{PART}"):
-        part.unlink(missing_ok=True)
+    for folder in written_folders(output):
+        for part in filter(is_part, folder.iterdir()):
+            part.unlink(missing_ok=True)
 
 
 def convert_folder(
@@ -163,34 +237,67 @@ def convert_folder(
     output: Path,
     language: str = "mandarin",
     column: int = 2,
-    client: Client | None = None,
+    connection: Connection = contextlib.nullcontext(),
     progress: Callable[[int, int, Totals], None] = lambda done, count, totals: None,
 ) -> Totals:
-    """Converts all shards, with the workers of `client` or in this process."""
+    """Converts all shards, with the workers of a client of Dask or in this process."""
     names = shard_names(shards)
-    prepare(output, names)
+    check_output(shards, output, names)
     convert = partial(
         convert_shard, shards=shards, output=output, language=language, column=column
     )
-    results = map(convert, names) if client is None else results_of(client, convert, names)
     totals = Totals()
-    for done, shard_totals in enumerate(results, start=1):
-        totals.update(shard_totals)
-        progress(done, len(names), totals)
+    with connection as client:
+        prepare(output)
+        results = results_of(convert, names, client)
+        for done, shard_totals in enumerate(results, start=1):
+            totals.update(shard_totals)
+            progress(done, len(names), totals)
     finish(output, totals)
     return totals
 
 
 def results_of(
-    client: Client, convert: Callable[[str], Totals], names: list[str]
+    convert: Callable[[str], Totals], names: list[str], client: Client | None
 ) -> Iterator[Totals]:
-    """One result for each shard, however often it was begun, in the order in which they end."""
-    from distributed import as_completed
+    """One result for each shard, in the order in which they end."""
+    here = ((name, partial(convert, name)) for name in names)
+    calls = here if client is None else results_on(client, convert, names)
+    for name, result in calls:
+        try:
+            totals = result()
+        except Exception as error:
+            raise ShardError(f"{name}: {reason_of(error)}") from error
+        yield totals
+
+
+def results_on(
+    client: Client, convert: Callable[[str], Totals], names: list[str]
+) -> Iterator[tuple[str, Callable[[], Totals]]]:
+    """Each shard once, however often it was begun, with the call that gives its result."""
+    from distributed import KilledWorker, as_completed
 
     # Not pure: a later run on the same cluster is to write its files and not to recall results.
-    futures = client.map(convert, names, pure=False, retries=2)
-    for _, totals in as_completed(futures, with_results=True):
-        yield totals
+    futures = client.map(convert, names, pure=False, retries=2)  # type: ignore[no-untyped-call]
+    shard_of = {future.key: name for future, name in zip(futures, names)}
+    suspects = []
+    for future in as_completed(futures):  # type: ignore[no-untyped-call]
+        if future.status == "error" and isinstance(future.exception(), KilledWorker):
+            suspects.append(shard_of[future.key])
+        else:
+            yield shard_of[future.key], future.result
+    # It may have been another one on the same worker: now each is alone.
+    for name in suspects:
+        yield name, client.submit(convert, name, pure=False).result  # type: ignore[no-untyped-call]
+
+
+def reason_of(error: Exception) -> str:
+    if isinstance(error, OSError):
+        return str(error)
+    failures = getattr(error, "allowed_failures", None)  # of a KilledWorker
+    if failures is not None:
+        return f"{failures + 1} workers died that had this shard alone"
+    return f"{type(error).__name__}: {error}"
 
 
 def show_progress(done: int, count: int, totals: Totals) -> None:
@@ -207,44 +314,91 @@ def summary(totals: Totals) -> str:
     return text + (f" ({', '.join(f'{kind} {n}' for kind, n in kinds.items())})" if kinds else "")
 
 
-def main() -> None:
+def count_from(least: int, text: str) -> int:
+    number = int(text)
+    if number < least:
+        raise argparse.ArgumentTypeError(f"{number} is less than {least}")
+    return number
+
+
+def parse_arguments() -> argparse.Namespace:
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("shards", type=Path, help="a folder of files of tab-separated fields")
     parser.add_argument("output", type=Path, help="a folder, made if it is not there")
     parser.add_argument("-l", "--language", choices=["mandarin", "cantonese"], default="mandarin")
-    parser.add_argument("--column", type=int, default=2, help="the field that is read, from 1")
-    parser.add_argument("--workers", type=int, default=2, help="on this machine; 0: without Dask")
+    parser.add_argument(
+        "--column", type=partial(count_from, 1), default=2, help="the field that is read, from 1"
+    )
+    parser.add_argument(
+        "--workers", type=partial(count_from, 0), default=2, help="on this machine; 0: without Dask"
+    )
     parser.add_argument("--scheduler", help="the address of a cluster, in place of workers here")
-    arguments = parser.parse_args()
-    if arguments.column < 1:
-        parser.error("columns are counted from 1")
+    return parser.parse_args()
 
-    with contextlib.ExitStack() as stack:
-        client = None
-        if arguments.scheduler or arguments.workers:
-            client = stack.enter_context(connect(arguments.scheduler, arguments.workers))
+
+def main() -> None:
+    arguments = parse_arguments()
+    try:
         totals = convert_folder(
             arguments.shards.resolve(),
             arguments.output.resolve(),
             arguments.language,
             arguments.column,
-            client,
+            connect(arguments.scheduler, arguments.workers),
             show_progress,
         )
+    except UsageError as error:
+        end(2, str(error))
+    except (ImportError, OSError, ShardError) as error:
+        end(1, str(error))
+    except KeyboardInterrupt:
+        end(128 + signal.SIGINT, "interrupted")
     print(summary(totals))
 
 
+def end(status: int, message: str) -> NoReturn:
+    print(f"shards.py: {message}", file=sys.stderr)
+    sys.exit(status)
+
+
 @contextlib.contextmanager
-def connect(scheduler: str | None, workers: int) -> Iterator[Client]:
+def holding_interrupts() -> Iterator[None]:
+    """Ctrl-C comes to this thread later, and never to the threads and processes that begin here:
+    it is this process that ends the others."""
+    resource_tracker.ensure_running()  # would let it through again when begun among them
+    mask = signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGINT})
+    try:
+        yield
+    finally:
+        signal.pthread_sigmask(signal.SIG_SETMASK, mask)
+
+
+@contextlib.contextmanager
+def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
+    """A client of a cluster, or of so many processes on this machine, or nothing for none."""
+    if not scheduler and not workers:
+        yield None
+        return
     from distributed import Client, LocalCluster
 
     with contextlib.ExitStack() as stack:
-        address = scheduler or stack.enter_context(
-            LocalCluster(
-                n_workers=workers, threads_per_worker=1, processes=True, dashboard_address=None
-            )
-        )
-        yield stack.enter_context(Client(address))
+        address = scheduler
+        if not address:
+            with holding_interrupts():
+                cluster = LocalCluster(  # type: ignore[no-untyped-call]
+                    n_workers=workers,
+                    threads_per_worker=1,
+                    processes=True,
+                    dashboard_address=None,
+                    scheduler_kwargs={"dashboard_address": ":0"},  # no port that may be taken
+                    silence_logs=logging.CRITICAL,  # main tells what ends a run
+                )
+            address = stack.enter_context(cluster)
+        try:
+            client = Client(address, timeout=CONNECT_SECONDS)  # type: ignore[no-untyped-call]
+        except ValueError as error:
+            raise UsageError(f"no address of a scheduler: {address}: {error}") from error
+        yield stack.enter_context(client)
 
 
 if __name__ == "__main__":

@@ -3,8 +3,9 @@
     spark-submit --py-files examples/shards.py examples/spark.py udf LEXICON OUTPUT
     spark-submit --py-files examples/shards.py examples/spark.py pipe LEXICON OUTPUT
 
-LEXICON has tab-separated fields, the second of which is read. For udf every executor has the
-package phoneme; for pipe the tool, at the same path as here.
+LEXICON has tab-separated fields, the second of which is read, and ends its lines with LF; OUTPUT is
+what the tool makes of it. For udf every executor has the package phoneme; for pipe the tool, at the
+same path as here.
 """
 
 import argparse
@@ -14,19 +15,17 @@ import sys
 from typing import Any
 
 import pandas as pd
-from shards import convert_texts
-
-SCHEMA = "codes string, problem string"
+from shards import convert_lines
 
 # Status 1 is that of lines that failed, which the output shows. Any other status is to fail the
 # task, so that Spark begins it again.
 PIPE_SCRIPT = '"$0" convert -q -l "$1" --column "$2" --to codes; [ $? -le 1 ]'
 
 
-def read_texts(texts: "pd.Series[Any]", language: str) -> pd.DataFrame:
-    """The syllable codes of each text, and what is wrong with it; a column has no null in it."""
-    readings = convert_texts(texts.fillna("").tolist(), language)
-    return pd.DataFrame(readings, columns=["codes", "problem"])
+def convert_series(lines: "pd.Series[bytes]", language: str, column: int) -> "pd.Series[bytes]":
+    """The lines as the tool writes them, here and there without the LF at the end."""
+    converted, _, _ = convert_lines([line + b"\n" for line in lines], language, column)
+    return pd.Series([line[:-1] for line in converted], dtype=object)
 
 
 def pipe_command(tool: str, language: str, column: int) -> str:
@@ -34,20 +33,17 @@ def pipe_command(tool: str, language: str, column: int) -> str:
 
 
 def convert_by_udf(spark: Any, arguments: argparse.Namespace) -> None:
-    from pyspark.sql.functions import pandas_udf
+    from pyspark.sql.functions import col, pandas_udf  # type: ignore[import]
 
-    language = arguments.language
+    language, column = arguments.language, arguments.column
 
-    @pandas_udf(SCHEMA)
-    def reading(texts: pd.Series) -> pd.DataFrame:
-        return read_texts(texts, language)
+    def convert(lines: pd.Series) -> pd.Series:
+        return convert_series(lines, language, column)
 
-    lines = spark.read.csv(arguments.lexicon, sep="\t", quote="", comment="#")
-    text = lines.columns[arguments.column - 1]
-    converted = lines.withColumn("reading", reading(text))
-    converted.select(*lines.columns, "reading.codes", "reading.problem").write.csv(
-        arguments.output, sep="\t", quote="", emptyValue=""
-    )
+    # As bytes, since a line may be no UTF-8; whole, since comments and empty lines are lines too.
+    lines = spark.read.text(arguments.lexicon, lineSep="\n")
+    converted = pandas_udf(convert, "binary")(col("value").cast("binary"))
+    lines.select(converted.cast("string")).write.text(arguments.output)
 
 
 def convert_by_pipe(spark: Any, arguments: argparse.Namespace) -> None:
@@ -67,7 +63,7 @@ def main() -> None:
     parser.add_argument("--column", type=int, default=2, help="the field that is read, from 1")
     arguments = parser.parse_args()
     try:
-        from pyspark.sql import SparkSession
+        from pyspark.sql import SparkSession  # type: ignore[import]
     except ImportError:
         sys.exit("spark.py needs Spark: start it with spark-submit")
 

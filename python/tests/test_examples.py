@@ -2,10 +2,13 @@
 
 from __future__ import annotations
 
+import doctest
 import importlib
 import json
+import os
 import re
 import shlex
+import socket
 import subprocess
 import sys
 from pathlib import Path
@@ -26,12 +29,11 @@ spark: Any = importlib.import_module("spark")
 lexicon: Any = importlib.import_module("lexicon")
 
 
-no_environment: dict[str, str] = {}
-
-
 def run(program: str, *arguments: object) -> subprocess.CompletedProcess[str]:
     command = [sys.executable, str(EXAMPLES / program), *map(str, arguments)]
-    return subprocess.run(command, capture_output=True, encoding="utf-8")
+    return subprocess.run(
+        command, capture_output=True, encoding="utf-8", errors="surrogateescape"
+    )
 
 
 def output_of(tool: str, *arguments: object, data: bytes = b"") -> list[str]:
@@ -82,28 +84,61 @@ def test_lexicon_is_that_of_the_tool(
 
 def test_lexicon_tells_what_it_read(tmp_path: Path) -> None:
     words = tmp_path / "words.tsv"
-    words.write_text("\ufeff# heading\nä b\tni3 hao3\tx\r\n\nb\tNǐ\nc\tng2 hoa3\nd\n", "utf-8")
+    words.write_bytes(
+        "\ufeff# heading\nä b\tni3 hao3\tx\r\n\nb\tNǐ\nc\tng2 hoa3\nd\n\tni3\n".encode()
+        + b"x\ry\tni3\xfc\n\xe4\tni3"
+    )
     result = run("lexicon.py", "-l", "mandarin", words, tmp_path / "out")
     *lines, last = result.stdout.splitlines()
     assert lines == [
-        "4 entries: 2 read, 2 rejected",
+        "7 entries: 3 read, 4 rejected",
         "  unknown syllable 1: hoa3 1",
         "  no phones 1: ng2 1",
         "  not an entry 1:  1",
+        "  no word 1:  1",
+        "  invalid UTF-8 1: \udcfc 1",
         "rules applied: tone-mark 1",
-        "lexicon: 2 words with their phones",
-        "syllables: 3, 2 different; ni3 2, hao3 1",
+        "lexicon: 3 words with their phones",
+        "syllables: 4, 2 different; ni3 3, hao3 1",
     ]
     assert re.fullmatch("phones: 4 of 59, never zh ch .* ueng", last)
-    files = {path.name: path.read_text("utf-8") for path in (tmp_path / "out").iterdir()}
+    files = {
+        path.name: path.read_bytes().decode("utf-8", "surrogateescape")
+        for path in (tmp_path / "out").iterdir()
+    }
     assert files == {
-        "lexicon.txt": "b n i3\nä_b n i3 h ao3\n",
+        "lexicon.txt": "b n i3\nä_b n i3 h ao3\n\udce4 n i3\n",
         "rejects.tsv": lexicon.REJECTS_HEADING
         + "\n5\tc\tng2 hoa3\tunknown syllable\thoa3\thao3"
         + "\n5\tc\tng2 hoa3\tno phones\tng2\t"
-        + "\n6\td\t\tnot an entry\t\t\n",
-        "syllables.tsv": "ni3\t2\nhao3\t1\n",
+        + "\n6\td\t\tnot an entry\t\t"
+        + "\n7\t\tni3\tno word\t\t"
+        + "\n8\tx\ry\tni3\udcfc\tinvalid UTF-8\t\udcfc\t\n",
+        "syllables.tsv": "ni3\t3\nhao3\t1\n",
     }
+
+
+@pytest.mark.parametrize(
+    ("options", "message"),
+    [
+        (["nowhere.tsv", "out"], "nowhere.tsv: No such file or directory"),
+        ([".", "out"], ".: Is a directory"),
+        (["--aliases", "nowhere.tsv", "out"], "nowhere.tsv: No such file or directory"),
+        (["--aliases", "latin.tsv", "out"], "latin.tsv: line 1: "),
+        (["--aliases", "words.tsv", "words.tsv", "out"], "words.tsv: line 1: "),
+        (["words.tsv", "latin.tsv"], "latin.tsv: File exists"),
+    ],
+)
+def test_lexicon_says_what_it_cannot_do(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, options: list[str], message: str
+) -> None:
+    (tmp_path / "latin.tsv").write_bytes(b"\xef\xbb\xbfa\tni3\r\n\xc3\xa4\tni3\nu\tl\xfc4\n")
+    (tmp_path / "words.tsv").write_text("a\tni3\n")
+    monkeypatch.chdir(tmp_path)
+    result = run("lexicon.py", *options)
+    assert (result.returncode, result.stdout) == (2, "")
+    assert result.stderr.startswith(f"lexicon.py: {message}") and result.stderr.count("\n") == 1
+    assert not (tmp_path / "out").exists()
 
 
 # shards.py
@@ -137,28 +172,148 @@ def test_shards_cleans_up_and_may_run_again(tmp_path: Path) -> None:
     assert (output / "rejects" / "a").read_text() == ""
 
 
-@pytest.mark.parametrize("stranger", ["converted/b", "rejects/b"])
+@pytest.mark.parametrize("stranger", ["converted/b", "rejects/b", "rejects/b.part"])
 def test_shards_does_not_mix_results(tmp_path: Path, stranger: str) -> None:
     folder, output = tmp_path / "shards", tmp_path / "output"
     folder.mkdir()
-    with pytest.raises(SystemExit, match="no shards in"):
-        shards.convert_folder(folder, output)
     (folder / "a").write_text("x\tni3\n")
-    shards.prepare(output, ["a"])
+    shards.prepare(output)
     (output / stranger).write_text("x\tni3\t2243\n")
-    with pytest.raises(SystemExit, match="holds results of other shards: b"):
+    with pytest.raises(shards.UsageError, match="holds results of other shards: b"):
         shards.convert_folder(folder, output)
 
 
-def test_shards_that_cannot_be_read_leave_no_totals(tmp_path: Path) -> None:
-    folder, output = tmp_path / "shards", tmp_path / "output"
+def test_shards_removes_no_file_of_others(tmp_path: Path) -> None:
+    folder, other = tmp_path / "shards", tmp_path / "output" / "other" / f".a{shards.PART}"
     folder.mkdir()
     (folder / "a").write_text("x\tni3\n")
-    shards.convert_folder(folder, output)
-    (folder / "b").mkdir()
-    with pytest.raises(IsADirectoryError):
+    other.parent.mkdir(parents=True)
+    other.write_text("kept")
+    shards.convert_folder(folder, tmp_path / "output")
+    assert other.read_text() == "kept"
+
+
+def write_shards(folder: Path, content: bytes = b"x\tni3\n") -> Path:
+    folder.mkdir(parents=True)
+    (folder / "a").write_bytes(content)
+    return folder
+
+
+def contents_of(folder: Path) -> dict[Path, bytes]:
+    return {path: path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+
+
+@pytest.mark.parametrize(
+    ("folder", "output"),
+    [
+        ("in", "in"),
+        ("in", "in/out"),
+        ("in", "in/far/out"),
+        ("out/converted", "out"),
+        ("out/rejects", "out"),
+        ("out/rejects", "out/../link"),
+        ("link/converted", "out"),
+    ],
+)
+def test_shards_does_not_destroy_its_input(tmp_path: Path, folder: str, output: str) -> None:
+    (tmp_path / "out").mkdir()
+    (tmp_path / "link").symlink_to("out")
+    write_shards(tmp_path / folder)
+    shards.convert_folder(write_shards(tmp_path / "other"), tmp_path / "out" / "elsewhere")
+    before = contents_of(tmp_path)
+    result = run("shards.py", tmp_path / folder, tmp_path / output, "--workers", 0)
+    assert result.returncode == 2
+    (line,) = result.stderr.splitlines()
+    assert str((tmp_path / folder).resolve()) in line and "are not apart" in line
+    assert contents_of(tmp_path) == before
+
+
+def test_shards_does_not_replace_what_a_link_leads_to(tmp_path: Path) -> None:
+    folder = write_shards(tmp_path / "in")
+    shards.convert_folder(folder, tmp_path / "out")
+    (folder / "a").unlink()
+    (folder / "a").symlink_to(tmp_path / "out" / "converted" / "a")
+    with pytest.raises(shards.UsageError, match="are not apart"):
+        shards.convert_folder(folder, tmp_path / "out")
+
+
+def test_shards_refuses_what_is_no_file(tmp_path: Path) -> None:
+    folder, output = write_shards(tmp_path / "in"), tmp_path / "out"
+    assert_refused(tmp_path / "missing", output, "missing: No such file or directory")
+    assert_refused(folder / "a", output, "in/a: Not a directory")
+    (tmp_path / "file").touch()
+    assert_refused(folder, tmp_path / "file", "not a folder: .*file")
+    assert_refused(folder, tmp_path / "file" / "out", "not a folder: .*file")
+    (folder / "a").rename(folder / ".a")
+    assert_refused(folder, output, "no shards in .*in")
+    odd = folder / "odd"
+    odd.mkdir()
+    assert_refused(folder, output, f"not a file: {odd}")
+    odd.rmdir()
+    os.mkfifo(odd)
+    assert_refused(folder, output, f"not a file: {odd}")
+    odd.unlink()
+    odd.symlink_to("missing")
+    assert_refused(folder, output, f"not a file: {odd}")
+    assert not output.exists()
+
+
+def assert_refused(folder: Path, output: Path, message: str) -> None:
+    with pytest.raises(shards.UsageError, match=message):
         shards.convert_folder(folder, output)
+
+
+def test_shards_that_fail_are_named_and_leave_no_totals(tmp_path: Path) -> None:
+    # A limit on the size of files stands for a disk that is full.
+    folder, output = write_shards(tmp_path / "in"), tmp_path / "out"
+    shards.convert_folder(folder, output)
+    (folder / "b").write_bytes(b"x\tni3\n" * 10_000)
+    command = [sys.executable, EXAMPLES / "shards.py", folder, output, "--workers", "0"]
+    limited = ["sh", "-c", 'ulimit -f 20; exec "$@"', "sh", *map(str, command)]
+    result = subprocess.run(limited, capture_output=True, encoding="utf-8")
+    assert result.returncode == 1
+    first, second = result.stderr.splitlines()
+    assert first.startswith("1 of 2 shards")
+    assert re.fullmatch(r"shards\.py: b: \[Errno 27\] .+", second)
     assert sorted(path.name for path in output.rglob("*")) == ["a", "a", "converted", "rejects"]
+
+
+@pytest.mark.parametrize("address", ["nowhere", "tcp://127.0.0.1:http", "foo://127.0.0.1:1"])
+def test_shards_at_no_address(tmp_path: Path, address: str) -> None:
+    folder = write_shards(tmp_path / "in")
+    result = run("shards.py", folder, tmp_path / "out", "--scheduler", address)
+    assert result.returncode == 2
+    (line,) = result.stderr.splitlines()
+    assert f"no address of a scheduler: {address}" in line
+    assert not (tmp_path / "out").exists()
+
+
+def test_shards_with_a_scheduler_that_does_not_answer(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    folder = write_shards(tmp_path / "in")
+    monkeypatch.setattr(shards, "CONNECT_SECONDS", 0.3)
+    with socket.create_server(("127.0.0.1", 0)) as silent:
+        address = f"tcp://127.0.0.1:{silent.getsockname()[1]}"
+        arguments = ["shards.py", str(folder), str(tmp_path / "out"), "--scheduler", address]
+        monkeypatch.setattr(sys, "argv", arguments)
+        with pytest.raises(SystemExit) as end:
+            shards.main()
+    assert end.value.code == 1
+    (line,) = capsys.readouterr().err.splitlines()
+    assert line.startswith("shards.py: Timed out") and address in line
+
+
+def test_shards_may_have_long_names(tmp_path: Path) -> None:
+    folder, name = write_shards(tmp_path / "in"), "\u4f60" * 85  # 255 bytes, and no more can be
+    (folder / "a").rename(folder / name)
+    assert shards.convert_folder(folder, tmp_path / "out")["converted"] == 1
+    assert (tmp_path / "out" / "converted" / name).read_bytes() == b"x\tni3\t2243\n"
+
+
+def test_shards_documentation() -> None:
+    result = doctest.testmod(shards)
+    assert result.attempted > 0 and result.failed == 0
 
 
 def test_shards_replaces_a_file_only_by_a_whole_one(tmp_path: Path) -> None:
@@ -208,7 +363,9 @@ def test_shards_reads_texts_as_analyze_does(texts: list[str]) -> None:
 @pytest.mark.parametrize(
     ("arguments", "message"),
     [
-        (["--column", "0"], "columns are counted from 1"),
+        (["--column", "0"], "argument --column: 0 is less than 1"),
+        (["--workers", "-1"], "argument --workers: -1 is less than 0"),
+        (["--workers", "two"], "argument --workers: invalid"),
         (["-l", "english"], "invalid choice: 'english'"),
     ],
 )
@@ -221,24 +378,33 @@ def test_shards_bad_usage(tmp_path: Path, arguments: list[str], message: str) ->
 # spark.py
 
 
-def test_spark_reads_a_series() -> None:
-    texts = pd.Series(["ni3hao3", None, "hoa3", "yipinguo"], index=[5, 6, 7, 8])
-    frame = spark.read_texts(texts, "mandarin")
-    assert frame.to_dict("list") == {
-        "codes": ["2243 1173", "", "", "3705 2545 1125"],
-        "problem": ["", "", "unknown syllable", ""],
-    }
-    empty = spark.read_texts(pd.Series([], dtype=object), "cantonese")
-    assert list(empty.columns) == ["codes", "problem"] and len(empty) == 0
+def test_spark_converts_a_series(tool: str) -> None:
+    odd = b"# a comment\tni3\n#no comment\tni3\tmore\n\nno field\nx\thoa3\r\n"
+    odd += b'x\tni3\xff\n\t\n"\tni3\n'
+    too_long = b"x\tni3\t".ljust(shards.LONGEST_LINE + 1, b"x")
+    content = odd + (DATA / "mandarin.tsv").read_bytes() + too_long + b"\nlast\tni3\r\n"
+    lines = pd.Series(content.split(b"\n")[:-1])
+    converted = spark.convert_series(lines.set_axis(lines.index + 5), "mandarin", 2)
+    convert = [tool, "convert", "-q", "-l", "mandarin", "--column", "2", "--to", "codes"]
+    expected = subprocess.run(convert, input=content, capture_output=True).stdout
+    assert b"".join(line + b"\n" for line in converted) == expected
+    assert len(converted) == len(lines) > 2000
+    assert len(spark.convert_series(pd.Series([], dtype=object), "cantonese", 2)) == 0
+
+
+def run_pipe_command(
+    tool: str, language: str, data: bytes = b""
+) -> subprocess.CompletedProcess[bytes]:
+    """As RDD.pipe starts it: cut by shlex, without environment, lines in and lines out."""
+    command = shlex.split(spark.pipe_command(tool, language, 2))
+    return subprocess.run(command, input=data, env=dict[str, str](), capture_output=True)
 
 
 def test_spark_pipe_command(tool: str, tmp_path: Path) -> None:
-    # As RDD.pipe starts it: cut by shlex, without environment, lines in and lines out.
     linked = tmp_path / "a tool"
     linked.symlink_to(tool)
-    command = shlex.split(spark.pipe_command(str(linked), "mandarin", 2))
     content = (DATA / "mandarin.tsv").read_bytes()
-    result = subprocess.run(command, input=content, env=no_environment, stdout=subprocess.PIPE)
+    result = run_pipe_command(str(linked), "mandarin", content)
     assert result.returncode == 0
     convert = ["convert", "-q", "-l", "mandarin", "--column", 2, "--to", "codes"]
     expected = output_of(tool, *convert, data=content)
@@ -250,9 +416,7 @@ def test_spark_pipe_command(tool: str, tmp_path: Path) -> None:
 def test_spark_pipe_command_fails_when_the_tool_cannot_run(
     tool: str, language: str, path: str | None
 ) -> None:
-    command = shlex.split(spark.pipe_command(path or tool, language, 2))
-    result = subprocess.run(command, input=b"", env=no_environment, capture_output=True)
-    assert result.returncode != 0
+    assert run_pipe_command(path or tool, language).returncode != 0
 
 
 def test_spark_says_what_it_needs(tmp_path: Path) -> None:
