@@ -10,11 +10,10 @@ from dataclasses import dataclass, field, replace
 from typing import Union
 
 import phoneme
+from phoneme._errors import LanguageName, Text
 
-Text = Union[str, bytes]
-Entries = Iterable[Union[Text, "tuple[Text, Text]"]]
-Lexicon = Union[str, "os.PathLike[str]", "Mapping[Text, Text]", Entries]
-LanguageName = Union[str, int]
+Entries = Iterable[Union[Text, tuple[Text, Text]]]
+Lexicon = Union[str, os.PathLike[str], Mapping[Text, Text], Entries]
 
 
 @dataclass(frozen=True)

@@ -8,21 +8,19 @@ from __future__ import annotations
 
 import os
 import textwrap
-from collections.abc import Mapping  # noqa: F401, a name in the hints of Lexicon
-from typing import TYPE_CHECKING, Any
+from typing import TYPE_CHECKING, Any, Union
 
 import phoneme
 from phoneme._articulation import articulation_blocks
 from phoneme._coverage import (
     Coverage,
-    LanguageName,
     Lexicon,
     coverage,
     name_and_id,
     served_language,
     usable_phones,
 )
-from phoneme._errors import Text  # noqa: F401, as Mapping
+from phoneme._errors import LanguageName
 from phoneme._grid import grid_blocks
 from phoneme._page import (
     FAINT,
@@ -52,8 +50,8 @@ __all__ = ["Coverage", "chart", "coverage", "report"]
 def chart(
     language: LanguageName,
     *,
-    lexicon: Lexicon | Coverage | None = None,
-    path: str | os.PathLike[str] | None = None,
+    lexicon: Union[Lexicon, Coverage, None] = None,
+    path: Union[str, os.PathLike[str], None] = None,
     column: int = 1,
 ) -> Figure:
     """Draws a phone set: the grid of initials and finals with the syllables that exist, or the
@@ -78,10 +76,10 @@ def chart(
 
 
 def report(
-    lexicon: Lexicon | Coverage,
+    lexicon: Union[Lexicon, Coverage],
     language: LanguageName = "mandarin",
     *,
-    path: str | os.PathLike[str] | None = None,
+    path: Union[str, os.PathLike[str], None] = None,
     column: int = 1,
 ) -> Figure:
     """Draws what a lexicon covers of a phone set: how often each syllable, phone and tone is in it,

@@ -3,9 +3,14 @@
 from __future__ import annotations
 
 import os
+import signal
 from pathlib import Path
 
 import pytest
+
+# A shell lets no interrupt through to what it starts in the background; programs that the tests
+# start are to have it.
+signal.signal(signal.SIGINT, signal.default_int_handler)
 
 
 @pytest.fixture(scope="session")
