@@ -18,10 +18,18 @@ function(phoneme_library_settings target macro_prefix)
     target_link_options(${target} PRIVATE LINKER:--version-script=${exports})
     set_target_properties(${target} PROPERTIES LINK_DEPENDS ${exports})
   endif()
+  phoneme_show_branches(${target})
   install(
     TARGETS ${target}
     EXPORT phoneme-targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endfunction()
+
+# Lets the fuzzing engine, where there is one, see which branches a target takes.
+function(phoneme_show_branches target)
+  if(PHONEME_LIBFUZZER)
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
