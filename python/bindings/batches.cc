@@ -170,7 +170,9 @@ notation::Normalized Normalize(int language, const std::string& text) {
 
 class NormalizedConverter {
  public:
-  explicit NormalizedConverter(int language) : language_(language) {}
+  // The first use of a language makes its tables. It is here, under the lock, under which Python
+  // forks: a child would otherwise wait for ever for the tables of a thread that it does not have.
+  explicit NormalizedConverter(int language) : language_(language) { Normalize(language, {}); }
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 

@@ -75,6 +75,14 @@ def test_a_fork_goes_on() -> None:
     assert os.WEXITSTATUS(status) == 0 and os.WIFEXITED(status)
 
 
+def output_of(code: str) -> str:
+    """What a new interpreter prints, and an error when it does not end."""
+    result = subprocess.run(
+        [sys.executable, "-c", code], capture_output=True, text=True, timeout=120, check=False
+    )
+    return result.stdout + result.stderr
+
+
 def test_forks_in_the_middle_of_batches() -> None:
     code = """
 import os, sys, threading, numpy, phoneme
@@ -107,10 +115,44 @@ for thread in threads:
     thread.join()
 print(agreeing >= 30)
 """
-    result = subprocess.run(
-        [sys.executable, "-c", code], capture_output=True, text=True, timeout=120, check=False
-    )
-    assert result.stdout == "True\n", result.stderr
+    assert output_of(code) == "True\n"
+
+
+def test_forks_in_the_middle_of_the_first_batch() -> None:
+    # Each child begins with tables that are not made yet, and forks again while they are.
+    code = """
+import os, signal, threading, time
+import phoneme
+phoneme.py2code_batch(["ni3"])  # imports NumPy
+examples = [("mandarin", "ni3"), ("cantonese", "nei5"), ("english", "N IY1")] * 50
+status = 0
+for i, (language, text) in enumerate(examples):
+    child = os.fork()
+    if child == 0:
+        signal.alarm(20)
+        begun = threading.Event()
+        def convert():
+            begun.set()
+            phoneme.normalize_batch([text] * 20, language)
+        thread = threading.Thread(target=convert)
+        thread.start()
+        begun.wait()
+        end = time.perf_counter() + i * 2e-6
+        while time.perf_counter() < end:
+            pass
+        grandchild = os.fork()
+        if grandchild == 0:
+            signal.alarm(10)
+            os._exit(0 if phoneme.normalize_batch([text], language).status.tolist() == [0] else 1)
+        status = os.waitpid(grandchild, 0)[1]
+        thread.join()
+        os._exit(0 if status == 0 else 1)
+    status = os.waitpid(child, 0)[1]
+    if status != 0:
+        break
+print(i + 1, status)
+"""
+    assert output_of(code) == "150 0\n"
 
 
 @pytest.mark.parametrize("method", ["fork", "spawn"])
