@@ -30,7 +30,7 @@ MOST_NANOSECONDS = 1000  # for a single call with three syllables
 LEAST_OF_TWO_THREADS = 1.7
 
 # A batch function, the library's conversion of the same, and its languages.
-BATCHES = [
+BATCHES: list[tuple[Callable[..., object], str, list[str]]] = [
     (phoneme.py2code_batch, "py2code/toned", ["mandarin", "cantonese"]),
     (phoneme.py2ph_batch, "py2ph/toned", ["mandarin", "cantonese"]),
     (phoneme.pyw2py_batch, "pyw2py/forward", ["mandarin", "cantonese"]),

@@ -4,6 +4,8 @@ A figure is the least CPU time of all repetitions, with threads the least time b
 work on the machine only ever adds.
 """
 
+from __future__ import annotations
+
 import json
 import sys
 
@@ -26,11 +28,12 @@ LANGUAGES = ["mandarin", "cantonese", "english"]
 LEAST_OF_TWO_THREADS = 1.9
 
 
-def read(path):
+def read(path: str) -> tuple[dict[str, float], dict[str, float]]:
     """Nanoseconds a syllable and allocations a syllable, by benchmark name."""
     with open(path, encoding="utf-8") as file:
         document = json.load(file)
-    times, allocations = {}, {}
+    times: dict[str, float] = {}
+    allocations: dict[str, float] = {}
     for run in document["benchmarks"]:
         if run.get("error_occurred"):
             sys.exit(f"{run['name']}: {run['error_message']}")
@@ -43,7 +46,7 @@ def read(path):
     return times, allocations
 
 
-def print_threads(times, missed):
+def print_threads(times: dict[str, float], missed: list[str]) -> None:
     """Two threads against one, for every conversion that has both."""
     print("| conversion | language | ns a syllable, one thread | two threads, times one | at least |")
     print("|---|---|---:|---:|---:|")
@@ -60,12 +63,12 @@ def print_threads(times, missed):
             missed.append(name)
 
 
-def main():
+def main() -> None:
     times, allocations = read(sys.argv[1])
     print("| conversion | language | ns a syllable | multiples of scan | at most |"
           " times the reference | at least | allocations a syllable |")
     print("|---|---|---:|---:|---:|---:|---:|---:|")
-    missed = []
+    missed: list[str] = []
     for conversion, texts, most, least in ROWS:
         for language in LANGUAGES:
             name = f"{conversion}/{language}"

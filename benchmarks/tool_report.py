@@ -5,6 +5,8 @@
 A time is the least of some runs: other work on the machine only ever adds.
 """
 
+from __future__ import annotations
+
 import json
 import os
 import sys
@@ -23,14 +25,14 @@ LEAST = 1.7  # times one thread, with two
 RUNS = 7
 
 
-def start(tool, options, path):
+def start(tool: str, options: list[str], path: str) -> int:
     devices = [(os.POSIX_SPAWN_OPEN, 0, path, os.O_RDONLY, 0),
                (os.POSIX_SPAWN_OPEN, 1, os.devnull, os.O_WRONLY, 0)]
     return os.posix_spawn(tool, [tool, "convert", "-q", *options], os.environ,
                           file_actions=devices)
 
 
-def run(tool, options, path):
+def run(tool: str, options: list[str], path: str) -> tuple[float, float]:
     """CPU seconds and seconds that one run took."""
     begin = time.monotonic()
     _, status, usage = os.wait4(start(tool, options, path), 0)
@@ -39,7 +41,7 @@ def run(tool, options, path):
     return usage.ru_utime + usage.ru_stime, time.monotonic() - begin
 
 
-def memory(tool, options, path):
+def memory(tool: str, options: list[str], path: str) -> float:
     """The most MiB that a run had in memory. What wait4 tells would count this script's as well."""
     process = start(tool, options, path)
     most = 0
@@ -52,16 +54,17 @@ def memory(tool, options, path):
     return most / 1024
 
 
-def least(tool, options, path):
+def least(tool: str, options: list[str], path: str) -> list[float]:
     """The least of each figure, as each is only ever too large."""
     return [min(figures) for figures in zip(*(run(tool, options, path) for _ in range(RUNS)))]
 
 
-def main():
+def main() -> None:
     tool, directory, result = sys.argv[1:]
     with open(result, encoding="utf-8") as file:
         document = json.load(file)
-    library, syllables = {}, {}
+    library: dict[str, float] = {}
+    syllables: dict[str, int] = {}
     for measured in document["benchmarks"]:
         if measured.get("error_occurred"):
             sys.exit(f"{measured['name']}: {measured['error_message']}")
@@ -70,7 +73,7 @@ def main():
             seconds = measured["cpu_time"] / 1e3
             library[name] = min(seconds, library.get(name, seconds))
             syllables[name] = round(measured["items_per_second"] * seconds)
-    missed = []
+    missed: list[str] = []
     print("| lines | the library's own work | ns a syllable | the tool | times the library | at most |"
           " with -j 2 | times -j 1 | at least |")
     print("|---|---|---:|---:|---:|---:|---:|---:|---:|")

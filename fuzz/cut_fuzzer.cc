@@ -88,7 +88,7 @@ std::vector<int> StepsOf(const Syllables& syllables, std::size_t size) {
     Expect(syllable.range.offset >= end, "syllables are in text order");
     steps.insert(steps.end(), syllable.range.offset - end, 0);
     steps.push_back(-static_cast<int>(syllable.range.length));
-    end = syllable.range.offset + syllable.range.length;
+    end = syllable.range.end();
   }
   Expect(end <= size, "syllables are in the text");
   steps.insert(steps.end(), size - end, 0);

@@ -8,7 +8,8 @@
 
 #include "notation/characters.h"
 #include "notation/nearest_name.h"
-#include "notation/syllable_spellings.h"
+#include "notation/syllable_table.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -19,11 +20,8 @@ using internal::CharacterKind;
 using internal::ReadCharacter;
 
 constexpr char kNoDigit = '\0';
-constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool EndsPhone(char c) { return c <= ' '; }  // of a known phone's letters, digits and white space
-std::size_t End(Range range) { return range.offset + range.length; }
 
 template <typename A, typename B>
 bool ComesFirst(const A& a, const B& b) {
@@ -38,27 +36,25 @@ const std::vector<std::string>& SpellingsOf(int language) {
   return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
 }
 
-bool IsTone(int language, char digit) {
-  const auto tone = static_cast<signed char>(digit - '0');
-  return sp::ToneAdaptation(language, tone) == tone;
-}
-
 // A syllable that is one edit away from the letters of `text`, with the tone of these if it is one.
 std::string SuggestSyllable(int language, std::string_view text) {
   std::string letters;
   char digit = kNoDigit;
-  for (std::size_t at = 0; at < text.size() && letters.size() <= kMaxSyllableLength;) {
+  for (std::size_t at = 0; at < text.size() && letters.size() <= internal::kMaxSyllableLength;) {
     const Character character = ReadCharacter(text, at);
-    at = End(character.range);
+    at = character.range.end();
     if (character.kind == CharacterKind::kDigit) digit = character.ascii;
     if (character.kind != CharacterKind::kLetter) continue;
     letters += character.ascii == internal::kCircumflexE ? 'e' : character.ascii;
-    if (character.tone != kNoDigit) digit = character.tone;
+    if (character.tone != internal::kNoTone) digit = character.tone;
   }
   internal::NearestName nearest(letters);
   for (const std::string& spelling : SpellingsOf(language)) nearest.Offer(spelling);
   std::string suggestion(nearest.best());
-  if (!suggestion.empty() && digit != kNoDigit && IsTone(language, digit)) suggestion += digit;
+  const auto tone = static_cast<unsigned>(digit - '0');
+  if (!suggestion.empty() && digit != kNoDigit && internal::IsTone(language, tone)) {
+    suggestion += digit;
+  }
   return suggestion;
 }
 
@@ -125,8 +121,8 @@ void SyllableReader::FindPieces() {
   const std::string& text = normalized_.text;
   for (std::size_t begin = 0; begin < text.size();) {
     std::size_t end = begin;
-    while (end < text.size() && text[end] != ' ' && !IsDigit(text[end])) ++end;
-    if (end < text.size() && IsDigit(text[end])) {
+    while (end < text.size() && text[end] != ' ' && !ascii::IsDigit(text[end])) ++end;
+    if (end < text.size() && ascii::IsDigit(text[end])) {
       pieces_.push_back({PieceKind::kSyllable, begin, end, text[end]});
       ++end;
     } else {
@@ -156,13 +152,13 @@ void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
 Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
   const std::size_t begin = OriginOf(piece.begin);
   const std::size_t last = OriginOf(piece.digit == kNoDigit ? piece.end - 1 : piece.end);
-  std::size_t end = End(ReadCharacter(text_, last).range);
+  std::size_t end = ReadCharacter(text_, last).range.end();
   const std::vector<Application>& applied = normalized_.applied;
   for (; next_applied_ < applied.size(); ++next_applied_) {
     const auto& [rule, range] = applied[next_applied_];
     if (range.offset >= limit) break;
     const bool is_letters = rule != Rule::kPunctuation && rule != Rule::kAbbreviation;
-    if (is_letters) end = std::max(end, End(range));
+    if (is_letters) end = std::max(end, range.end());
   }
   return {begin, std::min(end, limit) - begin};
 }
@@ -234,7 +230,7 @@ void AddSeparators(std::string_view text, Analysis& analysis) {
   std::size_t owned = 0;  // up to here every byte has an owner
   const auto own = [&analysis, &owned](Range range) {
     if (owned < range.offset) analysis.separators.push_back({owned, range.offset - owned});
-    owned = std::max(owned, End(range));
+    owned = std::max(owned, range.end());
   };
   auto problem = analysis.problems.begin();
   for (const AnalyzedSyllable& syllable : analysis.syllables) {

@@ -14,6 +14,7 @@
 
 #include "notation/english_onsets.h"
 #include "notation/nearest_name.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -27,10 +28,7 @@ constexpr std::string_view kUnreduced = "ah";
 constexpr std::string_view kReduced = "ax";
 constexpr std::string_view kReducedInArpabet = "AH";
 
-constexpr bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 constexpr bool IsStress(char digit) { return digit <= '2'; }
-constexpr char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 constexpr char SmallToUpper(char c) { return static_cast<char>(c - 32); }
 
 std::string_view Bytes(std::string_view text, Range range) {
@@ -40,15 +38,15 @@ std::string_view Bytes(std::string_view text, Range range) {
 // The first run of bytes from `begin` on, before `end`, that are not white space; of length 0 at
 // `end` when there is none.
 Range NextPiece(std::string_view text, std::size_t begin, std::size_t end) {
-  while (begin < end && IsBlank(text[begin])) ++begin;
+  while (begin < end && ascii::IsBlank(text[begin])) ++begin;
   std::size_t behind = begin;
-  while (behind < end && !IsBlank(text[behind])) ++behind;
+  while (behind < end && !ascii::IsBlank(text[behind])) ++behind;
   return {begin, behind - begin};
 }
 
 std::string_view Trim(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  while (!text.empty() && ascii::IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && ascii::IsBlank(text.back())) text.remove_suffix(1);
   return text;
 }
 
@@ -90,7 +88,7 @@ class EnglishPhones {
   const EnglishPhone* Find(std::string_view name) const {
     const EnglishPhone* phone = by_beginning_[SlotOf(name)];
     if (phone == nullptr || phone->name.size() != name.size()) return nullptr;
-    const auto same = [](char a, char b) { return ToLower(a) == b; };
+    const auto same = [](char a, char b) { return ascii::ToSmall(a) == b; };
     return std::equal(name.begin(), name.end(), phone->name.begin(), same) ? phone : nullptr;
   }
 
@@ -113,8 +111,8 @@ class EnglishPhones {
   // The first two letters of a name; no two phones have the same.
   static std::size_t SlotOf(std::string_view name) {
     const auto letter = [name](std::size_t i) {
-      const char c = i < name.size() ? ToLower(name[i]) : '\0';
-      return c >= 'a' && c <= 'z' ? static_cast<std::size_t>(c - 'a') + 1 : 0;
+      const char c = i < name.size() ? ascii::ToSmall(name[i]) : '\0';
+      return ascii::IsSmall(c) ? static_cast<std::size_t>(c - 'a') + 1 : 0;
     };
     return letter(0) * kLetters + letter(1);
   }
@@ -127,7 +125,7 @@ class EnglishPhones {
 std::string SuggestPhone(std::string_view name) {
   if (name.size() > kMaxNameLength) return {};
   std::string lower(name);
-  std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
+  std::transform(lower.begin(), lower.end(), lower.begin(), ascii::ToSmall);
   internal::NearestName nearest(lower);
   for (const EnglishPhone& phone : EnglishPhones::Get().All()) nearest.Offer(phone.name);
   return std::string(nearest.best());
@@ -192,7 +190,7 @@ class ArpabetReader {
     phones_.reserve(kUsualPhones);
     out_.applied.reserve(kUsualPhones);
     for (Range piece = NextPiece(text_, 0, text_.size()); piece.length != 0;
-         piece = NextPiece(text_, piece.offset + piece.length, text_.size())) {
+         piece = NextPiece(text_, piece.end(), text_.size())) {
       ReadPiece(piece);
     }
     return std::move(phones_);
@@ -207,11 +205,10 @@ class ArpabetReader {
 
   void ReadPiece(Range range) {
     Range letters = range;
-    while (letters.length > 0 && IsDigit(text_[letters.offset + letters.length - 1])) {
+    while (letters.length > 0 && ascii::IsDigit(text_[letters.end() - 1])) {
       --letters.length;
     }
-    const Piece piece = {
-        range, letters, {letters.offset + letters.length, range.length - letters.length}};
+    const Piece piece = {range, letters, {letters.end(), range.length - letters.length}};
     const std::string_view name = Bytes(text_, letters);
     const EnglishPhone* phone = known_.Find(name);
     const bool is_lower = phone != nullptr && phone->name == name;
@@ -331,16 +328,16 @@ class PronunciationReader {
 
  private:
   void ReadSyllable(std::size_t begin, std::size_t end) {
-    while (begin < end && IsBlank(text_[begin])) ++begin;
-    while (end > begin && IsBlank(text_[end - 1])) --end;
+    while (begin < end && ascii::IsBlank(text_[begin])) ++begin;
+    while (end > begin && ascii::IsBlank(text_[end - 1])) --end;
     if (begin == end) return;
     const std::size_t digit = end - 1;
-    if (!IsDigit(text_[digit]) || digit == begin || !IsBlank(text_[digit - 1])) {
+    if (!ascii::IsDigit(text_[digit]) || digit == begin || !ascii::IsBlank(text_[digit - 1])) {
       return AddProblem(ProblemKind::kBadTone, {begin, end - begin}, {}, out_);
     }
     char waiting = IsStress(text_[digit]) ? text_[digit] : kNoStress;
     for (Range piece = NextPiece(text_, begin, digit); piece.length != 0;
-         piece = NextPiece(text_, piece.offset + piece.length, digit)) {
+         piece = NextPiece(text_, piece.end(), digit)) {
       waiting = ReadPiece(piece, waiting);
     }
     const bool lost = waiting == kNoStress ? !IsStress(text_[digit]) : waiting != '0';
@@ -381,7 +378,7 @@ int TakeVariant(std::string_view& word) {
   if (open == std::string_view::npos || open == 0) return 0;
   const std::string_view digits = word.substr(open + 1, word.size() - open - 2);
   if (digits.empty() || digits.size() > kMaxDigits || digits.front() == '0') return 0;
-  if (!std::all_of(digits.begin(), digits.end(), IsDigit)) return 0;
+  if (!std::all_of(digits.begin(), digits.end(), ascii::IsDigit)) return 0;
   int variant = 0;
   for (const char digit : digits) variant = variant * 10 + (digit - '0');
   word = word.substr(0, open);
@@ -391,7 +388,7 @@ int TakeVariant(std::string_view& word) {
 // Where the first "#" behind white space stands, or the end. `text` begins behind a word.
 std::size_t FindComment(std::string_view text) {
   for (std::size_t i = 1; i < text.size(); ++i) {
-    if (text[i] == '#' && IsBlank(text[i - 1])) return i;
+    if (text[i] == '#' && ascii::IsBlank(text[i - 1])) return i;
   }
   return text.size();
 }
@@ -399,7 +396,7 @@ std::size_t FindComment(std::string_view text) {
 // `line` is not empty.
 bool IsCommentLine(std::string_view line) {
   if (line.substr(0, 3) == ";;;") return true;
-  return line[0] == '#' && (line.size() == 1 || IsBlank(line[1]));
+  return line[0] == '#' && (line.size() == 1 || ascii::IsBlank(line[1]));
 }
 
 }  // namespace

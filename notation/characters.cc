@@ -7,17 +7,16 @@
 #include <algorithm>
 #include <array>
 
+#include "phoneme/ascii.h"
+
 namespace qeo::notation::internal {
 namespace {
 
-constexpr bool IsSmall(utf8proc_int32_t c) { return c >= 'a' && c <= 'z'; }
-constexpr bool IsCapital(utf8proc_int32_t c) { return c >= 'A' && c <= 'Z'; }
-constexpr bool IsLetter(utf8proc_int32_t c) { return IsSmall(c) || IsCapital(c); }
-constexpr bool IsDigit(utf8proc_int32_t c) { return c >= '0' && c <= '9'; }
-constexpr bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+// Whether a mark may begin with this byte, as U+0300, the first of them, does.
+constexpr bool MayBeginMark(char c) { return static_cast<unsigned char>(c) >= 0xcc; }
 
 constexpr bool IsSeparator(utf8proc_int32_t c) {
-  return c == ' ' || (c >= '\t' && c <= '\r') || c == '\'' || c == '`';
+  return ascii::IsBlank(c) || c == '\'' || c == '`';
 }
 
 // Letters that a tone mark may stand on. The syllabic nasals have no vowel to carry it.
@@ -27,7 +26,7 @@ constexpr bool CarriesTone(char letter) {
 
 // The marks on a letter.
 struct Marks {
-  char tone = '\0';
+  char tone = kNoTone;
   bool has_diaeresis = false;
   bool has_circumflex = false;
   bool has_other = false;  // or one of the above a second time
@@ -56,11 +55,11 @@ struct Marks {
     }
   }
 
-  bool Any() const { return tone != '\0' || has_diaeresis || has_circumflex || has_other; }
+  bool Any() const { return tone != kNoTone || has_diaeresis || has_circumflex || has_other; }
 
  private:
   void AddTone(char digit) {
-    has_other = has_other || tone != '\0';
+    has_other = has_other || tone != kNoTone;
     tone = digit;
   }
 };
@@ -142,7 +141,7 @@ utf8proc_int32_t WithoutWidth(utf8proc_int32_t code_point) {
   if (!is_wide && !is_raised) return code_point;
   const Parts parts = Decompose(code_point, UTF8PROC_COMPAT);
   const utf8proc_int32_t plain = parts.code_points[0];
-  const bool is_meant = is_wide ? plain < 0x80 : IsDigit(plain);
+  const bool is_meant = is_wide ? plain < 0x80 : ascii::IsDigit(plain);
   return parts.count == 1 && is_meant ? plain : code_point;
 }
 
@@ -153,8 +152,8 @@ utf8proc_int32_t WithoutVariant(utf8proc_int32_t code_point) {
 }
 
 void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) {
-  character.is_capital = IsCapital(base);
-  character.ascii = static_cast<char>(IsCapital(base) ? base - 'A' + 'a' : base);
+  character.is_capital = ascii::IsCapital(base);
+  character.ascii = ascii::ToSmall(static_cast<char>(base));
   character.tone = marks.tone;
   character.has_diaeresis = marks.has_diaeresis;
   bool is_known = !marks.has_other && !(marks.has_diaeresis && marks.has_circumflex);
@@ -166,7 +165,7 @@ void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) 
     character.ascii = kCircumflexE;
     character.is_variant = true;
   }
-  is_known = is_known && (marks.tone == '\0' || CarriesTone(character.ascii));
+  is_known = is_known && (marks.tone == kNoTone || CarriesTone(character.ascii));
   character.kind = is_known ? CharacterKind::kLetter : CharacterKind::kForeignLetter;
 }
 
@@ -176,13 +175,13 @@ void Classify(utf8proc_int32_t code_point, const Marks& marks, Character& charac
   const utf8proc_int32_t letter = WithoutVariant(base);
   character.is_variant = letter != base;
   base = letter;
-  if (IsLetter(base)) {
+  if (ascii::IsLetter(base)) {
     SetLetter(base, marks, character);
   } else if (IsOtherLatinLetter(base)) {
     character.kind = CharacterKind::kForeignLetter;
   } else if (marks.Any()) {
     character.kind = CharacterKind::kForeign;
-  } else if (IsDigit(base)) {
+  } else if (ascii::IsDigit(base)) {
     character.kind = CharacterKind::kDigit;
     character.ascii = static_cast<char>(base);
   } else if (IsSeparator(base)) {  // a full-width one is none to the library
@@ -202,8 +201,8 @@ Character ReadCharacter(std::string_view text, std::size_t offset) {
   Character character;
   character.range = {offset, 1};
   const char first = text[offset];
-  const bool is_plain = IsAscii(first) && (offset + 1 == text.size() || IsAscii(text[offset + 1]));
-  if (is_plain) {
+  const bool may_be_marked = offset + 1 < text.size() && MayBeginMark(text[offset + 1]);
+  if (ascii::IsAscii(first) && !may_be_marked) {
     Classify(first, {}, character);
     return character;
   }
@@ -216,7 +215,7 @@ Character ReadCharacter(std::string_view text, std::size_t offset) {
   const Parts parts = Decompose(decoded.code_point, kCanonical);
   AddMarks(parts, 1, marks);
   std::size_t end = offset + decoded.length;
-  while (end < text.size() && !IsAscii(text[end])) {
+  while (end < text.size() && MayBeginMark(text[end])) {
     const Decoded next = Decode(text, end);
     if (next.code_point < 0 || !IsMark(next.code_point)) break;
     AddMarks(Decompose(next.code_point, kCanonical), 0, marks);

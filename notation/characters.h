@@ -26,13 +26,16 @@ enum class CharacterKind : std::uint8_t {
 /// The letter e with circumflex, a sound of its own.
 inline constexpr char kCircumflexE = 'E';
 
+/// The tone of what has no tone mark.
+inline constexpr char kNoTone = '\0';
+
 /// One character of a text.
 struct Character {
   CharacterKind kind = CharacterKind::kForeign;
   char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit
-  char tone = '\0';            // letter: '1' to '4' by its mark
+  char tone = kNoTone;         // letter: '1' to '4' by its mark
   bool is_capital = false;     // letter
-  bool is_full_width = false;  // letter or digit: full-width, superscript or subscript
+  bool is_full_width = false;  // or a raised or lowered digit
   bool has_diaeresis = false;  // letter
   bool is_variant = false;     // letter: U+0251, U+0261, or with circumflex
   Range range;

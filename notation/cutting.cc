@@ -8,13 +8,14 @@
 #include <string>
 #include <utility>
 
-#include "notation/syllable_spellings.h"
+#include "notation/syllable_table.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
 namespace {
 
-constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
+using internal::kMaxSyllableLength;
 
 // Lengths of syllables: bit n stands for n letters.
 using Lengths = std::uint16_t;
@@ -23,11 +24,6 @@ static_assert(kMaxSyllableLength < std::numeric_limits<Lengths>::digits, "a leng
 constexpr bool Has(Lengths lengths, std::size_t length) {
   return (unsigned{lengths} >> length & 1U) != 0;
 }
-
-constexpr bool IsSmall(char c) { return c >= 'a' && c <= 'z'; }
-constexpr bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
-constexpr bool IsLetter(char c) { return IsSmall(c) || IsCapital(c); }
-constexpr char ToSmall(char c) { return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // The syllables of a language as a tree, one letter a branch.
 class SyllableTree {
@@ -46,7 +42,7 @@ class SyllableTree {
     unsigned lengths = 0;
     std::size_t node = kRoot;
     for (std::size_t i = 0; i < text.size(); ++i) {
-      node = Next(node, i == 0 ? ToSmall(text[i]) : text[i]);
+      node = Next(node, i == 0 ? ascii::ToSmall(text[i]) : text[i]);
       if (node == kRoot) break;
       if (nodes_[node].row != kNoRow) lengths |= 1U << (i + 1);
     }
@@ -54,7 +50,7 @@ class SyllableTree {
   }
 
   int Row(std::string_view syllable) const {
-    std::size_t node = Next(kRoot, ToSmall(syllable[0]));
+    std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
     for (const char letter : syllable.substr(1)) node = Next(node, letter);
     return nodes_[node].row;
   }
@@ -71,11 +67,11 @@ class SyllableTree {
   static std::size_t Branch(char letter) { return static_cast<std::size_t>(letter - 'a'); }
 
   std::size_t Next(std::size_t node, char letter) const {
-    return IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
+    return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
   }
 
   void Add(std::string_view spelling, int row) {
-    if (!std::all_of(spelling.begin(), spelling.end(), IsSmall)) return;  // "E": read as "e"
+    if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
     std::size_t node = kRoot;
     for (const char letter : spelling) {
       if (Next(node, letter) == kRoot) {
@@ -130,7 +126,7 @@ class Cutter {
 
   bool DirectionsDiffer() const {
     const auto same = [](const CutSyllable& a, const CutSyllable& b) { return a.row == b.row; };
-    if (!std::all_of(text_.begin(), text_.end(), IsLetter)) return false;
+    if (!std::all_of(text_.begin(), text_.end(), ascii::IsLetter)) return false;
     const std::vector<CutSyllable> forward = Forward();
     const std::vector<CutSyllable> backward = Backward();
     return !std::equal(forward.begin(), forward.end(), backward.begin(), backward.end(), same);
@@ -255,7 +251,7 @@ std::vector<CutSyllable> Cutter::Forward() const {
     const std::size_t length = LongestAt(begin);
     if (length != 0) cut.push_back(SyllableAt(begin, length));
     begin += std::max(length, kLetterLeftOut);
-    while (length == 0 && begin < text_.size() && !IsCapital(text_[begin])) ++begin;
+    while (length == 0 && begin < text_.size() && !ascii::IsCapital(text_[begin])) ++begin;
   }
   return cut;
 }
@@ -268,7 +264,7 @@ std::vector<CutSyllable> Cutter::Backward() const {
     const std::size_t length = LongestBefore(end);
     if (length != 0) cut.push_back(SyllableAt(end - length, length));
     end -= std::max(length, kLetterLeftOut);
-    while (length == 0 && end > 0 && !IsCapital(text_[end])) --end;
+    while (length == 0 && end > 0 && !ascii::IsCapital(text_[end])) --end;
   }
   std::reverse(cut.begin(), cut.end());
   return cut;

@@ -7,6 +7,7 @@
 
 #include "notation/normalizer.h"
 #include "notation/syllable_set.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -22,7 +23,7 @@ struct Alias {
 
 bool IsSpelling(std::string_view field) {
   return !field.empty() && field.size() <= AliasTable::kMaxLength &&
-         std::all_of(field.begin(), field.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+         std::all_of(field.begin(), field.end(), ascii::IsSmall);
 }
 
 // Takes the first line off a text, without its line end.

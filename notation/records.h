@@ -60,6 +60,8 @@ class RuleSet {
 struct Range {
   std::size_t offset = 0;
   std::size_t length = 0;
+
+  constexpr std::size_t end() const { return offset + length; }
 };
 
 /// One application of a rule, and the bytes of the input that it changed.

@@ -11,7 +11,9 @@
 #include <new>
 #include <string_view>
 
-#include "notation/syllable_spellings.h"
+#include "notation/apostrophe.h"
+#include "notation/syllable_set.h"
+#include "notation/syllable_table.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -60,24 +62,16 @@ std::string WithMark(std::string_view spelling, std::string_view mark) {
   return Compose(text);
 }
 
-// Whether the letters could be read as the end of the syllable in front of them.
-bool NeedsApostrophe(std::string_view spelling) {
-  constexpr std::string_view kNasals = "mn";
-  const bool has_vowel = spelling.find_first_of("aeEiouv") != std::string_view::npos;
-  const std::string_view openings = has_vowel ? std::string_view("aeEo") : kNasals;
-  return openings.find(spelling.front()) != std::string_view::npos;
-}
-
 struct MarkedSyllable {
   std::array<std::string, kMarks.size()> by_tone;  // 1 to 5
-  bool needs_apostrophe = false;
+  bool takes_apostrophe = false;
 };
 
 std::vector<MarkedSyllable> MarkedSyllables() {
   std::vector<MarkedSyllable> syllables;
   for (const std::string& spelling : internal::SyllableSpellings(sp::LANGUAGE_MANDARIN)) {
     MarkedSyllable& syllable = syllables.emplace_back();
-    syllable.needs_apostrophe = NeedsApostrophe(spelling);
+    syllable.takes_apostrophe = internal::TakesApostrophe(internal::Pack(spelling));
     for (std::size_t i = 0; i < kMarks.size(); ++i) {
       syllable.by_tone[i] = WithMark(spelling, kMarks[i]);
     }
@@ -85,19 +79,13 @@ std::vector<MarkedSyllable> MarkedSyllables() {
   return syllables;
 }
 
-// A tone that needs no folding is one of the language's.
-bool IsTone(int language, unsigned tone) {
-  const auto digit = static_cast<signed char>(tone);
-  return sp::ToneAdaptation(language, digit) == digit;
-}
-
 bool AppendMarked(unsigned code, Spacing spacing, std::string& text) {
   static const std::vector<MarkedSyllable> syllables = MarkedSyllables();
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
-  if (row >= syllables.size() || !IsTone(sp::LANGUAGE_MANDARIN, tone)) return false;
+  if (row >= syllables.size() || !internal::IsTone(sp::LANGUAGE_MANDARIN, tone)) return false;
   if (!text.empty() && spacing == Spacing::kSpace) text += ' ';
-  if (!text.empty() && spacing == Spacing::kWord && syllables[row].needs_apostrophe) text += '\'';
+  if (!text.empty() && spacing == Spacing::kWord && syllables[row].takes_apostrophe) text += '\'';
   text += syllables[row].by_tone[tone - 1];
   return true;
 }
@@ -107,7 +95,7 @@ bool AppendJyutping(unsigned code, Spacing spacing, std::string& text) {
   static const std::vector<std::string> spellings = SyllableSpellings(sp::LANGUAGE_CANTONESE);
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
-  if (row >= spellings.size() || !IsTone(sp::LANGUAGE_CANTONESE, tone)) return false;
+  if (row >= spellings.size() || !internal::IsTone(sp::LANGUAGE_CANTONESE, tone)) return false;
   if (!text.empty() && spacing == Spacing::kSpace) text += ' ';
   text += spellings[row];
   text += static_cast<char>('0' + tone);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "notation/syllable_spellings.h"
+#include "notation/syllable_table.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {

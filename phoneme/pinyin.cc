@@ -38,7 +38,7 @@ int pyw2py(int language, const std::string& word, std::vector<std::string>& syll
   const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
   SplitPinyin(in_use.syllables, word, backward, [&](const Piece& piece) {
     std::string& syllable = syllables.emplace_back(piece.text);
-    syllable.front() = ToSmallLetter(syllable.front());
+    syllable.front() = ascii::ToSmall(syllable.front());
     return true;
   });
   return 0;

@@ -85,7 +85,7 @@ class PinyinSplitter {
       const std::uint64_t word = WithSmallFirst(words_.From(begin));
       const std::size_t letters = CountSmallLetters(word);
       const char next = letters < kWordBytes ? ByteAt(word, letters) : '\0';
-      if (IsDigit(next) && letters - 1 < NameIndex::kMaxNameLength) {  // the common case
+      if (ascii::IsDigit(next) && letters - 1 < NameIndex::kMaxNameLength) {  // the common case
         const int row = syllables_.Find(word & FirstBytes(letters));
         if (!Send(begin, begin + letters + 1, row, next - '0')) return;
         begin += letters + 1;
@@ -122,14 +122,15 @@ class PinyinSplitter {
     const std::size_t first_other = end;
     for (; end < text_.size(); ++end) {
       const char c = text_[end];
-      if (IsDigit(c)) return {end + 1, true, true};
-      if (IsSeparator(c) || IsCapital(c)) break;
+      if (ascii::IsDigit(c)) return {end + 1, true, true};
+      if (IsSeparator(c) || ascii::IsCapital(c)) break;
     }
     return {end, false, first_other < end};
   }
 
   bool SendUncommon(std::size_t begin, const Extent& piece, bool backward) {
-    const bool is_whole_text = begin == 0 && piece.end == text_.size() && !IsCapital(text_[0]);
+    const bool is_whole_text =
+        begin == 0 && piece.end == text_.size() && !ascii::IsCapital(text_[0]);
     const bool is_passed_on = piece.is_mixed && !is_whole_text && LettersAreKnown(begin, piece.end);
     if (piece.is_closed || is_passed_on) return Send(begin, piece.end, NameIndex::kAbsent, 0);
     return backward ? CutBackward(begin, piece.end) : CutForward(begin, piece.end);
@@ -139,8 +140,8 @@ class PinyinSplitter {
     std::uint64_t packed = 0;
     std::size_t letters = 0;
     for (std::size_t i = begin; i < end; ++i) {
-      const char c = ToSmallLetter(text_[i]);
-      if (!IsSmallLetter(c)) continue;
+      const char c = ascii::ToSmall(text_[i]);
+      if (!ascii::IsSmall(c)) continue;
       if (letters == NameIndex::kMaxNameLength) return false;
       packed |= std::uint64_t{static_cast<unsigned char>(c)} << (8 * letters++);
     }

@@ -59,7 +59,7 @@ class Parser {
     }
     const char digit = text_[place_];
     const bool stands_alone = place_ == begin;
-    const bool is_digit = IsDigit(digit) && AreBlanks(place_ + 1, end);
+    const bool is_digit = ascii::IsDigit(digit) && AreBlanks(place_ + 1, end);
     place_ = end;
     if (stands_alone) return Verdict::kSinglePiece;
     if (!is_digit) return Verdict::kBadPiece;

@@ -9,12 +9,9 @@
 #include <cstdint>
 #include <string_view>
 
-namespace qeo::sp::internal {
+#include "phoneme/ascii.h"
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-constexpr bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
-constexpr bool IsSmallLetter(char c) { return c >= 'a' && c <= 'z'; }
-constexpr char ToSmallLetter(char c) { return IsCapital(c) ? static_cast<char>(c | 0x20) : c; }
+namespace qeo::sp::internal {
 
 inline constexpr std::size_t kWordBytes = 8;
 
@@ -32,7 +29,7 @@ constexpr char ByteAt(std::uint64_t word, std::size_t index) {
 
 /// The word with its first byte, if that is a capital, made a small letter.
 constexpr std::uint64_t WithSmallFirst(std::uint64_t word) {
-  return word | (IsCapital(ByteAt(word, 0)) ? 0x20 : 0);
+  return word | (ascii::IsCapital(ByteAt(word, 0)) ? 0x20 : 0);
 }
 
 /// How many small letters the word begins with, 0 to 8.

@@ -37,7 +37,7 @@ std::string ShowCut(std::string_view word, const std::vector<notation::CutSyllab
     const notation::Range range = syllable.range;
     show(word.substr(placed, range.offset - placed), "[", "]");
     show(word.substr(range.offset, range.length), "", "");
-    placed = range.offset + range.length;
+    placed = range.end();
   }
   show(word.substr(placed), "[", "]");
   return shown;
@@ -132,7 +132,7 @@ void AppendCutsOfWords(int language, std::string_view text, notation::Cutting us
     out += '\n';
   }
   if (rest != 0) {
-    out += "cut in several ways: " + Counted(rest, "more word") + '\n';
+    out += "cut in several ways or in none: " + Counted(rest, "more word") + '\n';
   }
   if (words.plain_count != 0) {
     out += "cut in one way only: " + Counted(words.plain_count, "word") + '\n';

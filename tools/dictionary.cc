@@ -1,29 +1,14 @@
 #include "tools/dictionary.h"
 
-#include <algorithm>
-#include <optional>
 #include <string>
+
+#include "tools/words.h"
 
 namespace qeo::tool {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\v\f";
-
 bool BeginsWith(std::string_view text, std::string_view beginning) {
   return text.substr(0, beginning.size()) == beginning;
-}
-
-std::string_view Trim(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
-// Takes the next word of `text` and the blanks behind it off its front.
-std::string_view TakeWord(std::string_view& text) {
-  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-  text.remove_prefix(word.size());
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  return word;
 }
 
 Entry MakeEntry(std::string_view word, std::string_view text) {

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 #include "tools/messages.h"
+#include "tools/words.h"
 
 namespace qeo::tool {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\v\f";
 constexpr std::string_view kDigitsAndComma = "0123456789,";
-
-char ToLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 }  // namespace
 
@@ -33,18 +32,17 @@ LexiconCheck::LexiconCheck(int language, bool ignores_case, FindingWriter& findi
 void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const Entry& entry) {
   std::string key(entry.word);
   bool has_phones = false;
-  const std::string_view text = entry.text;
-  for (std::size_t begin = 0; begin < text.size();) {
-    const std::size_t end = std::min(text.find_first_of(kBlanks, begin), text.size());
-    const std::string piece = Known(text.substr(begin, end - begin));
+  std::string_view rest = entry.text;
+  for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
+    const std::string piece = Known(word);
     const std::string name = piece.substr(0, piece.find_last_not_of(kDigitsAndComma) + 1);
     has_phones = has_phones || !name.empty();
-    CheckPhone(line, offset + begin, name, text.substr(begin, name.size()));
+    const std::size_t place = PlaceOf(word, entry.text).offset;
+    CheckPhone(line, offset + place, name, word.substr(0, name.size()));
     key += ' ' + piece.substr(0, piece.find_last_not_of(',') + 1);
-    begin = std::min(text.find_first_not_of(kBlanks, end), text.size());
   }
   if (!has_phones) {
-    findings_.Write({line, offset, text.size(), "not an entry", "no phones", "", true});
+    findings_.Write({line, offset, entry.text.size(), "not an entry", "no phones", "", true});
   }
   const auto [first, is_new] = entries_.emplace(std::move(key), line);
   if (!is_new) {
@@ -58,7 +56,7 @@ void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const Entry& entr
 std::string LexiconCheck::Known(std::string_view piece) const {
   std::string known(piece);
   if (ignores_case_) {
-    std::transform(known.begin(), known.end(), known.begin(), ToLower);
+    std::transform(known.begin(), known.end(), known.begin(), ascii::ToSmall);
   }
   return known;
 }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::tool {
@@ -15,10 +16,6 @@ namespace {
 constexpr std::string_view kSeparators = "\t\n\v\f\r '`";
 
 bool IsSeparator(char c) { return kSeparators.find(c) != kSeparators.npos; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
-bool IsSmallLetter(char c) { return c >= 'a' && c <= 'z'; }
-char SmallLetter(char c) { return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Whether what is written ends a piece at `index`, or begins one there.
 bool IsBorder(std::string_view text, std::size_t index) {
@@ -27,12 +24,13 @@ bool IsBorder(std::string_view text, std::size_t index) {
   }
   const char before = text[index - 1];
   const char behind = text[index];
-  return IsSeparator(before) || IsDigit(before) || IsSeparator(behind) || IsCapital(behind);
+  return IsSeparator(before) || ascii::IsDigit(before) || IsSeparator(behind) ||
+         ascii::IsCapital(behind);
 }
 
 // A capital, which the library makes a small letter, can only be the first of a piece.
 bool StartsWith(std::string_view text, std::string_view piece) {
-  return text.size() >= piece.size() && SmallLetter(text.front()) == piece.front() &&
+  return text.size() >= piece.size() && ascii::ToSmall(text.front()) == piece.front() &&
          text.substr(1, piece.size() - 1) == piece.substr(1);
 }
 
@@ -40,7 +38,7 @@ bool StartsWith(std::string_view text, std::string_view piece) {
 // cut from the letters around it: it follows on the piece before or, where letters were dropped,
 // begins at a border. Any other piece stands between borders.
 std::size_t FindPiece(std::string_view text, std::size_t from, std::string_view piece) {
-  const bool is_cut = std::all_of(piece.begin(), piece.end(), IsSmallLetter);
+  const bool is_cut = std::all_of(piece.begin(), piece.end(), ascii::IsSmall);
   for (std::size_t at = from; at < text.size(); ++at) {
     const bool can_begin = (is_cut && at == from) || IsBorder(text, at);
     if (can_begin && StartsWith(text.substr(at), piece) &&
@@ -96,7 +94,7 @@ std::vector<notation::Range> LettersLost(int language, const std::string& text) 
   std::size_t end = 0;  // of the piece before
   for (const notation::Range& piece : Pieces(language, text)) {
     AppendLost(text, end, piece.offset, lost);
-    end = piece.offset + piece.length;
+    end = piece.end();
   }
   AppendLost(text, end, text.size(), lost);
   return lost;

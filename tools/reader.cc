@@ -1,32 +1,18 @@
 #include "tools/reader.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
 #include "tools/library_reading.h"
 #include "tools/messages.h"
 #include "tools/numbers.h"
+#include "tools/words.h"
 #include "xstr/xstr.h"
 
 namespace qeo::tool {
 namespace {
 
 constexpr char kDigits[] = "0123456789";
-
-// Takes the next word of `text` off its front; an empty word when there is none.
-std::string_view TakeWord(std::string_view& text) {
-  constexpr std::string_view kBlanks = "\t\n\v\f\r ";
-  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-  text.remove_prefix(word.size());
-  return word;
-}
-
-// Where a word that was taken from a text stands.
-notation::Range PlaceOf(std::string_view word, std::string_view text) {
-  return {static_cast<std::size_t>(word.data() - text.data()), word.size()};
-}
 
 }  // namespace
 

@@ -52,7 +52,7 @@ class Source {
 
   /// The positions where a range begins and ends.
   py::tuple Positions(const notation::Range& range) const {
-    const std::size_t end = range.offset + range.length;
+    const std::size_t end = range.end();
     if (positions_.empty()) return py::make_tuple(range.offset, end);
     const std::size_t last = range.length == 0 ? end : end - 1;
     const std::size_t stop = positions_[last] + (range.length == 0 ? 0 : 1);

@@ -48,7 +48,7 @@ std::string Show(int language, const std::string& text, const std::vector<CutSyl
     EXPECT_LE(end, syllable.range.offset);
     EXPECT_EQ(sp::code2py(language, static_cast<unsigned short>(syllable.row * 10), true),
               Small(letters) + '0');
-    end = syllable.range.offset + syllable.range.length;
+    end = syllable.range.end();
     shown += shown.empty() ? letters : ' ' + letters;
   }
   return shown;

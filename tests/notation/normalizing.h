@@ -65,7 +65,7 @@ void ExpectRangesInOrder(std::string_view input, const std::vector<Record>& reco
   for (const Record& record : records) {
     EXPECT_GE(record.range.offset, last);
     EXPECT_GT(record.range.length, 0U);
-    EXPECT_LE(record.range.offset + record.range.length, input.size());
+    EXPECT_LE(record.range.end(), input.size());
     last = record.range.offset;
   }
 }

@@ -335,6 +335,11 @@ TEST(NormalizePinyin, Abbreviations) {
       {"A Q zheng4", "zheng4", "abbreviation 0+1, abbreviation 2+1",
        "foreign text 0+1, foreign text 2+1"},
       {"A12", "", "abbreviation 0+3", "foreign text 0+3"},
+      // a v is no mark, also where it would be u with diaeresis
+      {"XV", "", "abbreviation 0+2", "foreign text 0+2"},
+      {"JV3 QVC Lv4", "lv4", "abbreviation 0+3, abbreviation 4+3",
+       "foreign text 0+3, foreign text 4+3"},
+      {"XÜ4 QU:4", "xu4 qu4", "diaeresis 1+2, diaeresis 6+2", ""},
       // its digit is no tone
       {"NA3 nihao", "nihao", "abbreviation 0+3", "foreign text 0+3"},
   });

@@ -1,9 +1,9 @@
-#ifndef NOTATION_SYLLABLE_SPELLINGS_H_
-#define NOTATION_SYLLABLE_SPELLINGS_H_
+#ifndef NOTATION_SYLLABLE_TABLE_H_
+#define NOTATION_SYLLABLE_TABLE_H_
 
-// The rows of a language's syllable table as text, read once through the library's public functions
-// by those who need them often. Not installed.
+// A language's syllables and tones, as the library's public functions tell them. Not installed.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -13,6 +13,15 @@ namespace qeo::notation::internal {
 
 /// A syllable code is row * 10 + tone.
 inline constexpr int kTonesPerRow = 10;
+
+/// The letters of the longest syllable that a table has room for.
+inline constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
+
+/// Whether a tone is one of the language's, and not folded.
+inline bool IsTone(int language, unsigned tone) {
+  const auto digit = static_cast<signed char>(tone);
+  return sp::ToneAdaptation(language, digit) == digit;
+}
 
 /// The toneless spellings of a language, in row order; none when it has no syllables.
 inline std::vector<std::string> SyllableSpellings(int language) {
@@ -29,4 +38,4 @@ inline std::vector<std::string> SyllableSpellings(int language) {
 
 }  // namespace qeo::notation::internal
 
-#endif  // NOTATION_SYLLABLE_SPELLINGS_H_
+#endif  // NOTATION_SYLLABLE_TABLE_H_

@@ -1,0 +1,80 @@
+// Finds the best cut from the last letter to the first.
+
+#include "notation/piece_cutter.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "notation/apostrophe.h"
+
+namespace qeo::notation::internal {
+namespace {
+
+constexpr std::size_t kUsualSyllables = 4;  // room that hardly a piece outgrows
+
+}  // namespace
+
+bool PieceCutter::Cost::operator<(const Cost& other) const {
+  return std::tie(syllables, rewritten, apostrophes) <
+         std::tie(other.syllables, other.rewritten, other.apostrophes);
+}
+
+const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool text_has_marks) {
+  text_has_marks_ = text_has_marks;
+  syllables_.clear();
+  syllables_.reserve(kUsualSyllables);
+  if (!Cover(word, piece)) return syllables_;
+  std::size_t marks = 0;
+  for (Piece syllable = piece; syllable.begin < piece.end; syllable.begin = syllable.end) {
+    syllable.end = syllable.begin + lengths_[syllable.begin - piece.begin][marks];
+    syllables_.push_back(syllable);
+    marks = word.HasToneMark(syllable) ? 1 : 0;
+  }
+  return syllables_;
+}
+
+// Fills lengths_. False when there is no cut.
+bool PieceCutter::Cover(const Word& word, Piece piece) {
+  constexpr Cost kNoCut = {kUncut, 0, 0};
+  CostRing costs = {};
+  lengths_.assign(piece.size(), {});
+  for (std::size_t begin = piece.size(); begin-- > 0;) {
+    costs[begin % costs.size()] = {kNoCut, kNoCut};
+    PackedSpelling letters = 0;
+    ToneMarks marks;
+    const std::size_t longest = std::min(kMaxPackedLength, piece.size() - begin);
+    bool goes_on = true;  // a rule adds one letter to a syllable, as in "dianr"
+    for (std::size_t length = 1; length <= longest && goes_on; ++length) {
+      const Letter& letter = word[piece.begin + begin + length - 1];
+      letters |= PackLetter(letter.letter, length - 1);
+      marks.Add(letter);
+      goes_on = readings_.MayGoOn(letters);
+      if (marks.AreOfOneSyllable()) TrySyllable(begin, length, letters, marks.count(), costs);
+    }
+  }
+  return costs[0][0].syllables != kUncut;
+}
+
+// Looks whether the best cut from `begin` on begins with these letters.
+void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters,
+                              std::size_t marks, CostRing& costs) {
+  Cost cost = costs[(begin + length) % costs.size()][marks];
+  if (cost.syllables == kUncut) return;
+  const Reading reading = readings_.OfLetters(letters, length);
+  if (!reading.IsKnown()) return;
+  cost.syllables += reading.has_fused_r ? 2 : 1;
+  if (reading.IsRewritten()) ++cost.rewritten;
+  const bool lacks_apostrophe = begin > 0 && TakesApostrophe(letters);
+  if (lacks_apostrophe) ++cost.apostrophes;
+  for (const std::size_t marks_before : {0U, 1U}) {
+    // "fǎo" is not fa and o, but "Xīān" cannot be one syllable, and nothing else ends in "er"
+    const bool is_clear = !lacks_apostrophe || !text_has_marks_ || marks + marks_before == 2 ||
+                          (marks == 0 && letters == Pack("er"));
+    Cost& best = costs[begin % costs.size()][marks_before];
+    if (!is_clear || best < cost) continue;
+    best = cost;  // also when it is equal: its first syllable is longer
+    lengths_[begin][marks_before] = static_cast<std::uint8_t>(length);
+  }
+}
+
+}  // namespace qeo::notation::internal

@@ -1,0 +1,65 @@
+#ifndef NOTATION_READINGS_H_
+#define NOTATION_READINGS_H_
+
+// What letters stand for: a syllable as it is written, or one that a rule or an alias makes of
+// them. Not installed.
+
+#include <cstddef>
+
+#include "notation/jyutping.h"
+#include "notation/records.h"
+#include "notation/syllable_set.h"
+#include "notation/word.h"
+
+namespace qeo::notation::internal {
+
+struct Reading {
+  PackedSpelling spelling = 0;  // for the library; 0 when the letters are no syllable
+  bool is_lone_r = false;       // "r" as "er"
+  bool is_alias = false;
+  bool is_respelled = false;  // "lue" as "lve"
+  bool has_fused_r = false;   // behind `spelling`, a syllable more
+
+  bool IsKnown() const { return spelling != 0; }
+  bool IsRewritten() const { return is_lone_r || is_alias || is_respelled || has_fused_r; }
+};
+
+/// Reads letters as syllables of a language.
+class Readings {
+ public:
+  /// `aliases` may be null, and has to stay while this is used.
+  Readings(int language, RuleSet rules, const AliasTable* aliases)
+      : rules_(rules),
+        aliases_(rules.Has(Rule::kAlias) ? aliases : nullptr),
+        syllables_(SyllableSet::Of(language)) {}
+
+  /// Whether letters are a syllable as they are, and no alias is in use.
+  bool IsPlain(PackedSpelling letters) const {
+    return aliases_ == nullptr && syllables_.Has(letters);
+  }
+
+  /// Whether a syllable may go on behind these letters, but for one letter that a rule adds.
+  bool MayGoOn(PackedSpelling letters) const {
+    return aliases_ != nullptr || syllables_.IsBeginning(letters);
+  }
+
+  /// Letters with others around them, where an r alone is no syllable.
+  Reading OfLetters(PackedSpelling letters, std::size_t count) const;
+
+  /// A piece by itself, which may be a lone r.
+  Reading OfPiece(const Word& word, Piece piece) const;
+
+  /// Whether a cut of the piece may have syllables that are rewritten.
+  bool MayRewrite(const Word& word, Piece piece) const;
+
+ private:
+  Reading Unfused(PackedSpelling letters, std::size_t count) const;
+
+  RuleSet rules_;
+  const AliasTable* aliases_;
+  const SyllableSet& syllables_;
+};
+
+}  // namespace qeo::notation::internal
+
+#endif  // NOTATION_READINGS_H_
