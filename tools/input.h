@@ -11,7 +11,7 @@
 namespace qeo::tool {
 
 /// Bytes of the longest line that is taken, its end not counted: 1 MiB. A carriage return counts.
-/// What a line needs in memory while it is read is a few hundred times its length at the most.
+/// While it is read a line needs 300 times its length in memory at the most.
 inline constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
 struct ReadLimits {

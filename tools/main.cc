@@ -145,14 +145,41 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   return BadUsage(app, error.what());
 }
 
-// Whether two names lead to the same file, which need not exist yet.
+// Whether two names lead to the same file, which need not exist yet. What is written to a pipe or a
+// device takes nothing away.
 bool IsSameFile(const std::string& a, const std::string& b) {
+  if (a.empty() || b.empty()) {
+    return false;
+  }
   std::error_code error;  // then the name stands as it is
+  if (std::filesystem::exists(b, error) && !std::filesystem::is_regular_file(b, error)) {
+    return false;
+  }
   const auto resolved = [&error](const std::string& name) {
     const std::filesystem::path path = std::filesystem::absolute(name, error);
     return std::filesystem::weakly_canonical(path, error);
   };
-  return !b.empty() && (resolved(a) == resolved(b) || std::filesystem::equivalent(a, b, error));
+  return resolved(a) == resolved(b) || std::filesystem::equivalent(a, b, error);
+}
+
+// Which file that is written is also read, or written twice; none is an empty text.
+std::string SameFileProblem(const Arguments& arguments, bool reads_standard_input) {
+  const std::string standard_input = reads_standard_input ? "/dev/stdin" : "";
+  const std::array<std::pair<std::string, const std::string&>, 5> files = {
+      {{"standard input", standard_input},
+       {"--input", arguments.input},
+       {"--aliases", arguments.aliases},
+       {"--output", arguments.output},
+       {"--rejects", arguments.rejects}}};
+  constexpr std::size_t kFirstWritten = 3;
+  for (std::size_t i = kFirstWritten; i < files.size(); ++i) {
+    for (std::size_t other = 0; other < i; ++other) {
+      if (IsSameFile(files[other].second, files[i].second)) {
+        return files[other].first + " and " + files[i].first + " are the same file";
+      }
+    }
+  }
+  return "";
 }
 
 // What is wrong with the texts and files of a conversion taken together.
@@ -161,8 +188,10 @@ std::string FilesProblem(const Arguments& arguments, const std::vector<std::stri
   if (!texts.empty() && !arguments.input.empty()) {
     return "texts and --input do not go together";
   }
-  if (!arguments.output.empty() && IsSameFile(arguments.output, arguments.rejects)) {
-    return "--output and --rejects are the same file";
+  const bool reads_standard_input = texts.empty() && arguments.input.empty();
+  std::string problem = SameFileProblem(arguments, reads_standard_input);
+  if (!problem.empty()) {
+    return problem;
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
     return text.find('\n') != std::string::npos;

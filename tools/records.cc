@@ -70,6 +70,27 @@ Json SyllableOf(const RecordHead& head, Reader& reader, std::size_t index) {
   return json;
 }
 
+Json RuleOf(const notation::Application& application) {
+  return {{"rule", notation::RuleName(application.rule)},
+          {"offset", application.range.offset},
+          {"length", application.range.length}};
+}
+
+// Appends a member that is an array of what `element` tells for each index.
+template <typename Element>
+void AppendMember(const char* name, std::size_t count, std::string& out, Element element) {
+  out += '"';
+  out += name;
+  out += "\":[";
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i != 0) {
+      out += ',';
+    }
+    AppendJsonText(element(i), out);
+  }
+  out += ']';
+}
+
 }  // namespace
 
 void AppendRowHeader(std::string& out) {
@@ -104,21 +125,18 @@ void AppendRows(const RecordHead& head, Reader& reader, std::string& out) {
   }
 }
 
+// A value takes several times the memory of its text, so a long line is never one.
 void AppendJson(const RecordHead& head, Reader& reader, std::string& out) {
-  Json json = HeadOf(head);
-  json["syllables"] = Json::array();
-  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
-    json["syllables"].push_back(SyllableOf(head, reader, i));
-  }
+  AppendJsonText(HeadOf(head), out);
+  out.back() = ',';  // the object goes on
+  AppendMember("syllables", reader.syllable_count(), out,
+               [&](std::size_t i) { return SyllableOf(head, reader, i); });
   if (reader.is_written()) {
-    json["rules"] = Json::array();
-    for (const notation::Application& application : reader.applied()) {
-      json["rules"].push_back({{"rule", notation::RuleName(application.rule)},
-                               {"offset", application.range.offset},
-                               {"length", application.range.length}});
-    }
+    out += ',';
+    AppendMember("rules", reader.applied().size(), out,
+                 [&](std::size_t i) { return RuleOf(reader.applied()[i]); });
   }
-  AppendJsonText(json, out);
+  out += '}';
 }
 
 void AppendJsonFailure(const RecordHead& head, const Failure& failure, std::string& out) {
