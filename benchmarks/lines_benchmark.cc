@@ -1,10 +1,12 @@
 // What the libraries take for the lines of a large file, one call a line, as the floor for the
-// tool. Writes the lines to files, so that the tool can be measured on the same ones.
+// tool, and for many of them as one text, which has to cost the same a syllable. Writes the lines
+// to files, so that the tool can be measured on the same ones.
 //
 //   lines_benchmark [OPTION OF GOOGLE BENCHMARK...] DIRECTORY [LINES]
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <fstream>
@@ -24,6 +26,7 @@ namespace {
 using Lines = std::vector<std::string>;
 
 constexpr std::size_t kLines = 1000000;
+constexpr std::size_t kLinesOfOneText = 100000;
 constexpr std::size_t kMaxSyllables = 4;
 
 /// Converts a line and returns the number of its syllables, or 0 when it fails.
@@ -81,17 +84,33 @@ void Run(benchmark::State& state, const Lines& lines, const Convert& convert) {
   state.SetItemsProcessed(static_cast<std::int64_t>(syllables));
 }
 
-// Writes the lines to NAME.txt, from which the tool reads them.
-void Register(const std::string& directory, const char* name, Lines lines, const Convert& convert) {
+Lines AsOneText(const Lines& lines, const char* separator) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(lines.size(), kLinesOfOneText); ++i) {
+    if (i != 0) text += separator;
+    text += lines[i];
+  }
+  return {text};
+}
+
+// Writes the lines to NAME.txt, from which the tool reads them. With `separator` between them they
+// are one text.
+void Register(const std::string& directory, const std::string& name, Lines lines,
+              const char* separator, const Convert& convert) {
   std::ofstream file(directory + '/' + name + ".txt", std::ios::binary);
   for (const std::string& line : lines) file << line << '\n';
   if (!file.flush()) {
     std::cerr << "cannot write to " << directory << '\n';
     std::exit(1);
   }
-  benchmark::RegisterBenchmark(name, [lines = std::move(lines), convert](benchmark::State& state) {
-    Run(state, lines, convert);
-  })->Unit(benchmark::kMillisecond);
+  const auto add = [&convert](const std::string& benchmark_name, Lines texts) {
+    const auto run = [texts = std::move(texts), convert](benchmark::State& state) {
+      Run(state, texts, convert);
+    };
+    benchmark::RegisterBenchmark(benchmark_name.c_str(), run)->Unit(benchmark::kMillisecond);
+  };
+  add(name + "/one_text", AsOneText(lines, separator));
+  add(name, std::move(lines));
 }
 
 void RegisterAll(const std::string& directory, std::size_t line_count) {
@@ -99,11 +118,12 @@ void RegisterAll(const std::string& directory, std::size_t line_count) {
       sp::benchmarks::MakeCorpus(sp::LANGUAGE_MANDARIN, line_count, kMaxSyllables);
   const sp::benchmarks::Corpus english =
       sp::benchmarks::MakeCorpus(sp::LANGUAGE_AMERICAN_ENGLISH, line_count, kMaxSyllables);
-  Register(directory, "text", mandarin.toned, ConvertText);
-  Register(directory, "pinyin", mandarin.toned, ConvertPinyin);
-  Register(directory, "marks", Marked(mandarin.toned), ConvertPinyin);
-  Register(directory, "toneless", sp::benchmarks::MakePlainWords(line_count * 9), AnalyzePinyin);
-  Register(directory, "arpabet", Arpabet(english.pronunciations), ConvertArpabet);
+  Register(directory, "text", mandarin.toned, "", ConvertText);
+  Register(directory, "pinyin", mandarin.toned, "", ConvertPinyin);
+  Register(directory, "marks", Marked(mandarin.toned), " ", ConvertPinyin);
+  Register(directory, "toneless", sp::benchmarks::MakePlainWords(line_count * 9), "",
+           AnalyzePinyin);
+  Register(directory, "arpabet", Arpabet(english.pronunciations), " ", ConvertArpabet);
 }
 
 }  // namespace
