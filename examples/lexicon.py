@@ -159,6 +159,8 @@ def main() -> None:
     parser.add_argument("-l", "--language", choices=["mandarin", "cantonese"], default="cantonese")
     parser.add_argument("--aliases", type=Path, help="spellings of Jyutping to be replaced")
     arguments = parser.parse_args()
+    if arguments.aliases and arguments.language != "cantonese":
+        parser.exit(2, f"{parser.prog}: --aliases has no meaning for what is read here\n")
 
     try:
         aliases = read_aliases(arguments.aliases) if arguments.aliases else None

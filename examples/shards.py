@@ -51,6 +51,15 @@ class ShardError(RuntimeError):
     """A shard could not be converted."""
 
 
+@contextlib.contextmanager
+def refusing(what: str) -> Iterator[None]:
+    """What goes wrong before anything is begun, as an error of usage."""
+    try:
+        yield
+    except (OSError, RuntimeError) as error:  # of a ring of links, or of Dask
+        raise UsageError(f"{what}: {getattr(error, 'strerror', None) or error}") from error
+
+
 def convert_texts(texts: Sequence[str | bytes], language: str) -> list[tuple[str, str]]:
     """The syllable codes of each text, and what is wrong with it.
 
@@ -180,13 +189,11 @@ def convert_shard(name: str, shards: Path, output: Path, language: str, column: 
 
 
 def shard_names(shards: Path) -> list[str]:
-    try:
+    with refusing(f"cannot read the folder {shards}"):
         paths = [path for path in sorted(shards.iterdir()) if not path.name.startswith(".")]
-    except OSError as error:
-        raise UsageError(f"cannot read the folder {shards}: {error.strerror}") from error
-    for path in paths:
-        if not path.is_file():  # a pipe, say, would be waited for without end
-            raise UsageError(f"not a file: {path}")
+        others = [path for path in paths if not path.is_file()]
+    if others:  # a pipe, say, would be waited for without end
+        raise UsageError(f"not a file: {others[0]}")
     if not paths:
         raise UsageError(f"no shards in {shards}")
     return [path.name for path in paths]
@@ -242,13 +249,16 @@ def convert_folder(
 ) -> Totals:
     """Converts all shards, with the workers of a client of Dask or in this process."""
     names = shard_names(shards)
-    check_output(shards, output, names)
+    no_output = f"cannot write to {output}"
+    with refusing(no_output):
+        check_output(shards, output, names)
     convert = partial(
         convert_shard, shards=shards, output=output, language=language, column=column
     )
     totals = Totals()
     with connection as client:
-        prepare(output)
+        with refusing(no_output):
+            prepare(output)
         results = results_of(convert, names, client)
         for done, shard_totals in enumerate(results, start=1):
             totals.update(shard_totals)
@@ -340,8 +350,8 @@ def main() -> None:
     arguments = parse_arguments()
     try:
         totals = convert_folder(
-            arguments.shards.resolve(),
-            arguments.output.resolve(),
+            arguments.shards.absolute(),
+            arguments.output.absolute(),
             arguments.language,
             arguments.column,
             connect(arguments.scheduler, arguments.workers),
@@ -349,7 +359,7 @@ def main() -> None:
         )
     except UsageError as error:
         end(2, str(error))
-    except (ImportError, OSError, ShardError) as error:
+    except (OSError, ShardError) as error:
         end(1, str(error))
     except KeyboardInterrupt:
         end(128 + signal.SIGINT, "interrupted")
@@ -379,12 +389,15 @@ def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
     if not scheduler and not workers:
         yield None
         return
-    from distributed import Client, LocalCluster
+    try:
+        from distributed import Client, LocalCluster
+    except ImportError as error:
+        raise UsageError(f"cannot import Dask: {error}") from error
 
     with contextlib.ExitStack() as stack:
         address = scheduler
         if not address:
-            with holding_interrupts():
+            with holding_interrupts(), refusing("cannot start workers"):
                 cluster = LocalCluster(  # type: ignore[no-untyped-call]
                     n_workers=workers,
                     threads_per_worker=1,
@@ -394,10 +407,11 @@ def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
                     silence_logs=logging.CRITICAL,  # main tells what ends a run
                 )
             address = stack.enter_context(cluster)
-        try:
-            client = Client(address, timeout=CONNECT_SECONDS)  # type: ignore[no-untyped-call]
-        except ValueError as error:
-            raise UsageError(f"no address of a scheduler: {address}: {error}") from error
+        with refusing(f"no scheduler at {address}"):
+            try:
+                client = Client(address, timeout=CONNECT_SECONDS)  # type: ignore[no-untyped-call]
+            except ValueError as error:
+                raise UsageError(f"no address of a scheduler: {address}: {error}") from error
         yield stack.enter_context(client)
 
 

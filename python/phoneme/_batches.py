@@ -6,6 +6,7 @@ converted, so that threads scale over the processor's cores.
 
 from __future__ import annotations
 
+from collections.abc import Mapping  # that of typing is slower to ask
 from typing import TYPE_CHECKING, Any, Iterable, NamedTuple, Union
 
 from phoneme import _core
@@ -114,6 +115,15 @@ class TextBatch(NamedTuple):
 Batch = Union[CodeBatch, SyllableBatch, IdBatch, PieceBatch, TextBatch]
 
 
+def _row(texts: Texts) -> Texts:
+    """The texts, unless an iteration would give the keys or the names of columns in their place."""
+    if isinstance(texts, Mapping):
+        raise TypeError(f"a batch takes many texts, not a mapping: {type(texts).__name__}")
+    if getattr(texts, "ndim", 1) > 1:
+        raise TypeError(f"a batch takes texts in one dimension, not a {type(texts).__name__}")
+    return texts
+
+
 def py2code_batch(texts: Texts, language: LanguageName = "mandarin") -> CodeBatch:
     """Converts many romanised texts to syllable codes, each as `py2code` does.
 
@@ -136,10 +146,10 @@ def py2code_batch(texts: Texts, language: LanguageName = "mandarin") -> CodeBatc
     ``numpy.frombuffer(offsets, numpy.int32)[array.offset:][:len(array) + 1]``. The validity bitmap
     is not looked at: what is null is read as the text that its offsets span, as a rule "".
 
-    Anything else in a text's place, also None or NaN, is a TypeError that names its index, and
-    offsets that fall or leave the data are a ValueError.
+    Anything else in a text's place, also None or NaN, is a TypeError that names its index, as is a
+    mapping or what has two dimensions, and offsets that fall or leave the data are a ValueError.
     """
-    return CodeBatch(*_core.py2code_batch(texts, language))
+    return CodeBatch(*_core.py2code_batch(_row(texts), language))
 
 
 def py2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> SyllableBatch:
@@ -150,7 +160,7 @@ def py2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> SyllableBa
 
     `texts` is as with `py2code_batch`.
     """
-    return SyllableBatch(*_core.py2ph_batch(texts, language))
+    return SyllableBatch(*_core.py2ph_batch(_row(texts), language))
 
 
 def pr2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> IdBatch:
@@ -161,7 +171,7 @@ def pr2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> IdBatch:
 
     `texts` is as with `py2code_batch`.
     """
-    return IdBatch(*_core.pr2ph_batch(texts, language))
+    return IdBatch(*_core.pr2ph_batch(_row(texts), language))
 
 
 def pyw2py_batch(
@@ -174,7 +184,7 @@ def pyw2py_batch(
 
     `words` is as the texts of `py2code_batch`.
     """
-    return PieceBatch(*_core.pyw2py_batch(words, language, bool(backward)))
+    return PieceBatch(*_core.pyw2py_batch(_row(words), language, bool(backward)))
 
 
 def normalize_batch(texts: Texts, language: LanguageName = "mandarin") -> TextBatch:
@@ -187,7 +197,7 @@ def normalize_batch(texts: Texts, language: LanguageName = "mandarin") -> TextBa
     English as by `arpabet_to_pronunciation`; an unregistered language is read as Mandarin. `texts`
     is as with `py2code_batch`.
     """
-    return TextBatch(*_core.normalize_batch(texts, language))
+    return TextBatch(*_core.normalize_batch(_row(texts), language))
 
 
 def to_arrow(batch: Batch) -> Any:

@@ -10,7 +10,7 @@ from dataclasses import dataclass, field, replace
 from typing import Union
 
 import phoneme
-from phoneme._errors import LanguageName, Text
+from phoneme._errors import LanguageName, Text, named
 
 Entries = Iterable[Union[Text, tuple[Text, Text]]]
 Lexicon = Union[str, os.PathLike[str], Mapping[Text, Text], Entries]
@@ -50,8 +50,10 @@ def coverage(
     served = served_language(language)
     if isinstance(lexicon, Coverage):
         if lexicon.language is not served:
-            raise ValueError(f"a coverage of {lexicon.language.name}, where {served.name} is asked")
+            given, asked = named(lexicon.language), named(served)
+            raise ValueError(f"a coverage of {given}, where {asked} is asked")
         return lexicon
+    _check_types(lexicon, column)
     counts = _Counts(served)
     for pronunciation in _pronunciations(lexicon, column):
         counts.add(pronunciation)
@@ -129,6 +131,15 @@ def _lexicon_name(lexicon: Lexicon) -> str:
     return os.path.basename(lexicon) if isinstance(lexicon, (str, os.PathLike)) else "lexicon"
 
 
+def _check_types(lexicon: Lexicon, column: int) -> None:
+    if not hasattr(column, "__index__"):
+        raise TypeError(f"column must be an int, not {type(column).__name__}")
+    # Bytes would be numbers, and a table with columns the names of these.
+    if isinstance(lexicon, (bytes, bytearray)) or getattr(lexicon, "ndim", 1) != 1:
+        takes = "a path as str or os.PathLike, a mapping or an iterable of pronunciations or pairs"
+        raise TypeError(f"a lexicon is {takes}, not {type(lexicon).__name__}")
+
+
 def _pronunciations(lexicon: Lexicon, column: int) -> Iterator[str]:
     if isinstance(lexicon, (str, os.PathLike)):
         yield from _column_of_file(lexicon, column)
@@ -151,8 +162,9 @@ def _column_of_file(path: str | os.PathLike[str], column: int) -> Iterator[str]:
                 continue
             fields = line.split("\t")
             if not 0 <= column < len(fields):
-                count = f"{len(fields)} fields separated by tabs"
-                raise ValueError(f"{os.fspath(path)}:{number}: no column {column} in {count}")
+                count = "1 field" if len(fields) == 1 else f"{len(fields)} fields"
+                reason = f"no column {column} in {count}; tabs separate them, the first is 0"
+                raise ValueError(f"{os.fspath(path)}:{number}: {reason}")
             yield fields[column]
 
 

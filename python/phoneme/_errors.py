@@ -74,7 +74,7 @@ def _shown(text: Sequence[Any]) -> str:
     return shown if len(shown) <= longest else shown[:longest] + "..."
 
 
-def _named(language: LanguageName) -> str:
+def named(language: LanguageName) -> str:
     """The language as messages write it: by name, where it has one."""
     if isinstance(language, str):
         return language
@@ -124,7 +124,7 @@ def raise_for_pinyin(text: Text, language: LanguageName) -> NoReturn:
     for begin, end in _pieces(data, language):
         # The space in front keeps a piece from being cut as a whole text would be.
         if _core.py2code(b" " + data[begin:end], language) is None:
-            _raise(text, data, begin, end, language, f"is no syllable of {_named(language)}")
+            _raise(text, data, begin, end, language, f"is no syllable of {named(language)}")
     raise AssertionError("no piece of a text that failed is wrong")
 
 
@@ -190,7 +190,7 @@ def _raise_for_pronunciation(
         _raise(text, data, begin, end, language, "stands alone: a syllable is phones and a digit")
     for piece in pieces[:-1]:
         if parse(piece + b" 0", language) is None:
-            reason = f"is no phone of {_named(language)}" if piece else "is empty: a space too many"
+            reason = f"is no phone of {named(language)}" if piece else "is empty: a space too many"
             _raise(text, data, begin, begin + len(piece), language, reason)
         begin += len(piece) + 1
     _raise(text, data, begin, begin + len(pieces[-1]), language, "is not one digit")
@@ -202,7 +202,7 @@ def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
     for offset in range(len(data)):
         piece = data[offset : offset + 1]
         if _core.ph2ph(piece, language) is None:
-            reason = f"is no phone of {_named(language)}"
+            reason = f"is no phone of {named(language)}"
             raise ConversionError(data, piece, offset, language, reason)
     raise AssertionError("no byte of a sequence that failed is wrong")
 
@@ -210,7 +210,7 @@ def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
 def raise_for_code(code: int, language: LanguageName) -> NoReturn:
     """Raises for a syllable code without a row."""
     text = str(int(code))
-    raise ConversionError(text, text, 0, language, f"is no syllable code of {_named(language)}")
+    raise ConversionError(text, text, 0, language, f"is no syllable code of {named(language)}")
 
 
 def raise_for_item(items: Sequence[Any], index: int, language: LanguageName) -> NoReturn:

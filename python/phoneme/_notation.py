@@ -10,6 +10,7 @@ import enum
 from dataclasses import dataclass
 from typing import (
     Any,
+    Callable,
     Iterable,
     Iterator,
     Literal,
@@ -17,6 +18,7 @@ from typing import (
     NamedTuple,
     NoReturn,
     Optional,
+    TypeVar,
     Union,
     overload,
 )
@@ -193,16 +195,17 @@ class Aliases(Mapping[str, str]):
     'nei5'
 
     A mapping does in its place; this one is checked and made only once. Entries that cannot be
-    used are a ValueError.
+    used are a ValueError that lists them.
     """
 
     def __init__(self, aliases: Mapping[str, str]) -> None:
+        if not hasattr(aliases, "keys"):
+            takes = "aliases must be a mapping of spellings to syllables"
+            raise TypeError(f"{takes}, not {type(aliases).__name__}")
         given = dict(aliases)
-        lines = [f"{spelling}\t{syllable}\n" for spelling, syllable in given.items()]
-        # The comment in front makes a byte order mark in a spelling an error like any other.
-        self._read("".join(["#\n", *lines]))
-        if self._aliases != given:  # a spelling is a comment, or lines of its own
-            raise ValueError(f"not all of these are aliases: {given!r}")
+        self._table, self._aliases, errors = _core.parse_aliases(_alias_lines(given))
+        if errors or self._aliases != given:
+            raise ValueError("; ".join(_wrong_aliases(given)))
 
     def _read(self, text: Text) -> None:
         self._table, self._aliases, errors = _core.parse_aliases(text)
@@ -223,6 +226,21 @@ class Aliases(Mapping[str, str]):
 
     def __reduce__(self) -> tuple[Any, ...]:
         return Aliases, (self._aliases,)
+
+
+def _alias_lines(aliases: Mapping[str, str]) -> str:
+    # The comment in front makes a byte order mark in a spelling an error like any other.
+    return "#\n" + "".join(f"{spelling}\t{syllable}\n" for spelling, syllable in aliases.items())
+
+
+def _wrong_aliases(aliases: Mapping[str, str]) -> Iterator[str]:
+    """What is wrong with each entry that cannot be used."""
+    for spelling, syllable in aliases.items():
+        _, pairs, errors = _core.parse_aliases(_alias_lines({spelling: syllable}))
+        if errors:
+            yield f"aliases[{spelling!r}]: {errors[0][1]}"
+        elif pairs != {spelling: syllable}:  # the spelling is a comment, or there are more lines
+            yield f"aliases[{spelling!r}]: {spelling!r} and {syllable!r} are not an alias"
 
 
 AliasesLike = Optional[Mapping[str, str]]
@@ -256,17 +274,33 @@ def _rule_bits(rules: Optional[Iterable[Union[Rule, str]]]) -> Optional[int]:
     return sum(1 << _core.RULE_NAMES.index(rule.value) for rule in {Rule(rule) for rule in rules})
 
 
-def _applied(applied: Iterable[_core.Application]) -> tuple[Application, ...]:
-    return tuple(Application(Rule(rule), Range(*place)) for rule, place in applied)
+# Results are made for each call, and these are quicker than the constructors.
+_Record = TypeVar("_Record", bound=tuple[Any, ...])
+_new: Callable[[type[_Record], tuple[Any, ...]], _Record] = tuple.__new__
+_RULES = {rule.value: rule for rule in Rule}
+_PROBLEM_KINDS = {kind.value: kind for kind in ProblemKind}
 
 
-def _problems(problems: Iterable[_core.Problem]) -> tuple[Problem, ...]:
-    return tuple(Problem(ProblemKind(kind), Range(*at), near) for kind, at, near in problems)
+def _applied(applied: tuple[_core.Application, ...]) -> tuple[Application, ...]:
+    if not applied:
+        return ()
+    return tuple([_new(Application, (_RULES[rule], _new(Range, at))) for rule, at in applied])
+
+
+def _problems(problems: tuple[_core.Problem, ...]) -> tuple[Problem, ...]:
+    if not problems:
+        return ()
+    return tuple(
+        [
+            _new(Problem, (_PROBLEM_KINDS[kind], _new(Range, at), suggestion))
+            for kind, at, suggestion in problems
+        ]
+    )
 
 
 def _normalized(result: _core.Normalized) -> Normalized:
     text, origins, applied, problems = result
-    return Normalized(text, origins, _applied(applied), _problems(problems))
+    return _new(Normalized, (text, origins, _applied(applied), _problems(problems)))
 
 
 def normalize_pinyin(text: Text, rules: Optional[Iterable[Union[Rule, str]]] = None) -> Normalized:
@@ -349,19 +383,18 @@ def analyze(
     syllables, separators, applied, problems = _core.analyze(
         text, language, _rule_bits(rules), _core_aliases(aliases), ways.index(cutting)
     )
-    return Analysis(
-        tuple(
-            AnalyzedSyllable(spelling, digit, Range(*place), row, syllable)
-            for spelling, digit, place, row, syllable in syllables
-        ),
-        tuple(Range(*place) for place in separators),
-        _applied(applied),
-        _problems(problems),
+    read = tuple(
+        [
+            _new(AnalyzedSyllable, (spelling, digit, _new(Range, at), row, syllable))
+            for spelling, digit, at, row, syllable in syllables
+        ]
     )
+    between = tuple([_new(Range, at) for at in separators])
+    return _new(Analysis, (read, between, _applied(applied), _problems(problems)))
 
 
-def _cut(syllables: Iterable[_core.CutSyllable]) -> tuple[CutSyllable, ...]:
-    return tuple(CutSyllable(Range(*place), row) for place, row in syllables)
+def _cut(syllables: tuple[_core.CutSyllable, ...]) -> tuple[CutSyllable, ...]:
+    return tuple([_new(CutSyllable, (_new(Range, at), row)) for at, row in syllables])
 
 
 def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: int = 0) -> Cut:

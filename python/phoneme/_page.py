@@ -152,12 +152,25 @@ def _save(figure: Any, path: str | os.PathLike[str], title: str) -> None:
     place = os.path.realpath(path)
     part = os.path.join(os.path.dirname(place), f".{uuid.uuid4().hex}.part")
     try:
+        mode = _create(part, place)
         _write(figure, part, _file_format(path), title)
+        if mode is not None:
+            os.chmod(part, mode)
         os.replace(part, place)
-    except BaseException:
+    except BaseException as error:
         if os.path.exists(part):
             os.unlink(part)
+        if isinstance(error, OSError) and error.filename in (part, place):
+            raise OSError(error.errno, error.strerror, os.fspath(path)) from None
         raise
+
+
+def _create(part: str, place: str) -> int | None:
+    """Makes an empty file, and returns the mode of the one that it will replace, or None."""
+    mode = os.stat(place).st_mode & 0o777 if os.path.exists(place) else None
+    # What only some may read is never open to others.
+    os.close(os.open(part, os.O_WRONLY | os.O_CREAT | os.O_EXCL, 0o666 if mode is None else 0o600))
+    return mode
 
 
 def _write(figure: Any, path: str, file_format: str, title: str) -> None:

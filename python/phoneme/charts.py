@@ -62,8 +62,8 @@ def chart(
     'Cantonese: initials and finals'
 
     With a `lexicon`, as `coverage` takes it, the shading says how often each is in it. The figure
-    is saved when `path` is given, as SVG or PNG by its ending. Like all of matplotlib, not to be
-    called from two threads at once.
+    is saved when `path` is given, as SVG or PNG by its ending; a file that it replaces keeps its
+    mode. Like all of matplotlib, not to be called from two threads at once.
     """
     check_path(path)
     served = served_language(language)

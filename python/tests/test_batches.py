@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import sys
+from collections import Counter
 from typing import Any, Iterator, cast
 
 import numpy as np
@@ -153,6 +154,22 @@ def test_what_is_no_text(function: Any, other: Any) -> None:
 def test_what_is_no_batch(function: Any, texts: Any) -> None:
     with pytest.raises(TypeError):
         function(texts)
+
+
+@pytest.mark.parametrize("function", BATCHES)
+def test_names_and_keys_are_no_texts(function: Any) -> None:
+    mapping = "a batch takes many texts, not a mapping: "
+    table = "a batch takes texts in one dimension, not a "
+    for texts, message in (
+        ({"ni3": 1}, mapping + "dict"),
+        (Counter(["ni3"]), mapping + "Counter"),
+        (pd.DataFrame({"ni3": ["hao3"], "ma5": ["hao3"]}), table + "DataFrame"),
+        (np.array([["ni3"], ["hao3"]]), table + "ndarray"),
+        (np.array([[]]), table + "ndarray"),
+    ):
+        with pytest.raises(TypeError) as caught:
+            function(texts)
+        assert str(caught.value) == message
 
 
 def test_a_tuple_of_two_texts_is_two_texts() -> None:

@@ -532,14 +532,34 @@ def test_what_is_no_lexicon_is_an_error_that_says_where(tmp_path: pathlib.Path) 
         coverage([("a", "b", "c")])  # type: ignore[list-item]
     path = tmp_path / "lexicon.tsv"
     path.write_text("a\tni3\nb ni3\n", "utf-8")
-    with pytest.raises(ValueError, match=r"lexicon\.tsv:2: no column 1 in 1 fields"):
+    with pytest.raises(ValueError) as caught:
         coverage(path)
-    with pytest.raises(ValueError, match="no column -1"):
-        coverage(path, column=-1)
+    separated = "tabs separate them, the first is 0"
+    assert str(caught.value) == f"{path}:2: no column 1 in 1 field; {separated}"
+    for column in (-1, 2):
+        with pytest.raises(ValueError) as caught:
+            coverage(path, column=column)
+        assert str(caught.value) == f"{path}:1: no column {column} in 2 fields; {separated}"
     with pytest.raises(FileNotFoundError):
         coverage(tmp_path / "missing.tsv")
-    with pytest.raises(ValueError, match="CANTONESE.*MANDARIN"):
-        chart("mandarin", lexicon=coverage([], "cantonese"))
+    with pytest.raises(ValueError) as caught:
+        chart("english", lexicon=coverage([], "mandarin"))
+    assert str(caught.value) == "a coverage of mandarin, where english is asked"
+
+
+def test_what_is_no_lexicon_at_all(tmp_path: pathlib.Path) -> None:
+    pandas = pytest.importorskip("pandas")
+    takes = "a path as str or os.PathLike, a mapping or an iterable of pronunciations or pairs"
+    lexicon: Any
+    for lexicon in (b"file", bytearray(b"file"), pandas.DataFrame({"ni3": ["hao3"]})):
+        with pytest.raises(TypeError) as caught:
+            coverage(lexicon)
+        assert str(caught.value) == f"a lexicon is {takes}, not {type(lexicon).__name__}"
+    column: Any
+    for column in ("1", 1.0, None):
+        with pytest.raises(TypeError) as caught:
+            coverage(tmp_path / "missing.tsv", column=column)
+        assert str(caught.value) == f"column must be an int, not {type(column).__name__}"
 
 
 def test_languages_by_name_enum_and_id() -> None:
@@ -593,6 +613,65 @@ def test_a_picture_that_cannot_be_written_leaves_the_old_one(
     with pytest.raises(OSError, match="No space"):
         chart("english", path=path)
     assert [file.read_text() for file in tmp_path.iterdir()] == ["old"]
+
+
+@pytest.mark.parametrize(
+    ("name", "error"),
+    [
+        ("nowhere/chart.png", FileNotFoundError),
+        ("file/chart.png", NotADirectoryError),
+        ("folder.png", IsADirectoryError),
+        ("link.svg", FileNotFoundError),
+        ("x" * 252 + ".svg", OSError),
+    ],
+)
+def test_a_picture_without_a_place(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, name: str, error: type[OSError]
+) -> None:
+    monkeypatch.chdir(tmp_path)
+    pathlib.Path("file").touch()
+    pathlib.Path("folder.png").mkdir()
+    pathlib.Path("link.svg").symlink_to("nowhere/chart.svg")
+    before = sorted(tmp_path.rglob("*"))
+    path: Any
+    for path in (name, pathlib.Path(name)):
+        with pytest.raises(error) as caught:
+            chart("english", path=path)
+        reason = os.strerror(caught.value.errno or 0)
+        assert str(caught.value) == f"[Errno {caught.value.errno}] {reason}: {name!r}"
+    assert sorted(tmp_path.rglob("*")) == before
+
+
+@pytest.mark.parametrize("mode", [0o600, 0o640, 0o666, 0o400])
+def test_a_picture_keeps_the_mode_of_the_old_one(tmp_path: pathlib.Path, mode: int) -> None:
+    path = tmp_path / "chart.png"
+    path.write_text("old")
+    path.chmod(mode)
+    report(["ni3"], path=path)
+    assert path.stat().st_mode & 0o7777 == mode
+    assert path.stat().st_size > 1000
+
+
+def test_a_new_picture_has_the_mode_of_new_files(tmp_path: pathlib.Path) -> None:
+    (tmp_path / "file").touch()
+    chart("english", path=tmp_path / "chart.png")
+    modes = {path.name: path.stat().st_mode for path in tmp_path.iterdir()}
+    assert modes["chart.png"] == modes["file"]
+
+
+def test_a_picture_that_replaces_a_closed_one_is_never_open(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    modes = list[int]()
+
+    def save(figure: Any, path: str, **settings: Any) -> None:
+        modes.append(os.stat(path).st_mode & 0o777)
+
+    path = tmp_path / "chart.svg"
+    path.touch(0o600)
+    monkeypatch.setattr(matplotlib.figure.Figure, "savefig", save)
+    chart("english", path=path)
+    assert modes == [0o600]
 
 
 def test_a_picture_goes_where_a_link_leads(tmp_path: pathlib.Path) -> None:

@@ -141,6 +141,17 @@ def test_lexicon_says_what_it_cannot_do(
     assert not (tmp_path / "out").exists()
 
 
+def test_lexicon_has_aliases_of_jyutping_alone(tool: str, tmp_path: Path) -> None:
+    options = ["-l", "mandarin", "--aliases", tmp_path / "missing.tsv"]
+    result = run("lexicon.py", *options, tmp_path / "out")
+    assert (result.returncode, result.stdout) == (2, "")
+    assert result.stderr == "lexicon.py: --aliases has no meaning for what is read here\n"
+    command = [tool, "convert", *map(str, options), "--to", "codes"]
+    told = subprocess.run(command, input=b"", capture_output=True).stderr.decode()
+    assert told.startswith(result.stderr.replace("lexicon.py", "phoneme").strip())
+    assert not (tmp_path / "out").exists()
+
+
 # shards.py
 
 
@@ -241,6 +252,8 @@ def test_shards_refuses_what_is_no_file(tmp_path: Path) -> None:
     folder, output = write_shards(tmp_path / "in"), tmp_path / "out"
     assert_refused(tmp_path / "missing", output, "missing: No such file or directory")
     assert_refused(folder / "a", output, "in/a: Not a directory")
+    (tmp_path / "ring").symlink_to("ring")
+    assert_refused(tmp_path / "ring", output, "ring: Too many levels of symbolic links")
     (tmp_path / "file").touch()
     assert_refused(folder, tmp_path / "file", "not a folder: .*file")
     assert_refused(folder, tmp_path / "file" / "out", "not a folder: .*file")
@@ -256,6 +269,26 @@ def test_shards_refuses_what_is_no_file(tmp_path: Path) -> None:
     odd.symlink_to("missing")
     assert_refused(folder, output, f"not a file: {odd}")
     assert not output.exists()
+
+
+@pytest.mark.parametrize(
+    ("output", "reason"),
+    [
+        ("/proc/nowhere", "No such file or directory"),
+        ("x" * 256, "File name too long"),
+        ("ring/out", "Symlink loop|File exists|Too many levels"),  # by the version of Python
+        ("done", "Is a directory"),
+    ],
+)
+def test_shards_whose_output_cannot_be_made(tmp_path: Path, output: str, reason: str) -> None:
+    folder = write_shards(tmp_path / "in")
+    (tmp_path / "ring").symlink_to("ring")
+    (tmp_path / "done" / "totals.json").mkdir(parents=True)
+    result = run("shards.py", folder, tmp_path / output, "--workers", 0)
+    assert (result.returncode, result.stdout) == (2, "")
+    place = re.escape(str(tmp_path / output))
+    assert re.fullmatch(f"shards.py: cannot write to {place}: ({reason}).*\n", result.stderr)
+    assert [path.name for path in tmp_path.rglob("*") if path.is_file()] == ["a"]
 
 
 def assert_refused(folder: Path, output: Path, message: str) -> None:
@@ -288,20 +321,59 @@ def test_shards_at_no_address(tmp_path: Path, address: str) -> None:
     assert not (tmp_path / "out").exists()
 
 
-def test_shards_with_a_scheduler_that_does_not_answer(
-    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
-) -> None:
+def refusal_by_main(
+    tmp_path: Path,
+    monkeypatch: pytest.MonkeyPatch,
+    capsys: pytest.CaptureFixture[str],
+    *options: str,
+) -> str:
+    """The only line of a run in this process that begins nothing."""
     folder = write_shards(tmp_path / "in")
+    monkeypatch.setattr(sys, "argv", ["shards.py", str(folder), str(tmp_path / "out"), *options])
+    with pytest.raises(SystemExit) as end:
+        shards.main()
+    assert end.value.code == 2
+    assert not (tmp_path / "out").exists()
+    (line,) = capsys.readouterr().err.splitlines()
+    return str(line)
+
+
+@pytest.mark.parametrize("is_there", [False, True])
+def test_shards_with_a_scheduler_that_does_not_answer(
+    tmp_path: Path,
+    monkeypatch: pytest.MonkeyPatch,
+    capsys: pytest.CaptureFixture[str],
+    is_there: bool,
+) -> None:
     monkeypatch.setattr(shards, "CONNECT_SECONDS", 0.3)
     with socket.create_server(("127.0.0.1", 0)) as silent:
         address = f"tcp://127.0.0.1:{silent.getsockname()[1]}"
-        arguments = ["shards.py", str(folder), str(tmp_path / "out"), "--scheduler", address]
-        monkeypatch.setattr(sys, "argv", arguments)
-        with pytest.raises(SystemExit) as end:
-            shards.main()
-    assert end.value.code == 1
-    (line,) = capsys.readouterr().err.splitlines()
-    assert line.startswith("shards.py: Timed out") and address in line
+        if not is_there:
+            silent.close()
+        line = refusal_by_main(tmp_path, monkeypatch, capsys, "--scheduler", address)
+    assert line.startswith(f"shards.py: no scheduler at {address}: Timed out")
+
+
+def test_shards_without_dask(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    modules: Any = sys.modules
+    monkeypatch.setitem(modules, "distributed", None)
+    line = refusal_by_main(tmp_path, monkeypatch, capsys)
+    assert line.startswith("shards.py: cannot import Dask: import of distributed halted")
+
+
+def test_shards_whose_workers_do_not_start(
+    tmp_path: Path, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    def start(**options: Any) -> None:
+        raise RuntimeError("Cluster failed to start: Too many open files")
+
+    monkeypatch.setattr("distributed.LocalCluster", start)
+    line = refusal_by_main(tmp_path, monkeypatch, capsys)
+    assert line == (
+        "shards.py: cannot start workers: Cluster failed to start: Too many open files"
+    )
 
 
 def test_shards_may_have_long_names(tmp_path: Path) -> None:

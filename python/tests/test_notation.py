@@ -99,6 +99,8 @@ def test_jyutping_and_aliases() -> None:
         {"ai\tngai\nei": "ngai"},
         {"\ufeffai": "ngai"},
         {"漢": "ngai"},
+        {"ai": "ngai\n"},
+        {3: "ngai"},
         "ai ngai\n",
         "ai\tngai\nai\tnei\n",
         b"\xff\tnei",
@@ -114,6 +116,43 @@ def test_errors_of_aliases_name_their_lines() -> None:
         phoneme.parse_aliases("ai\tngai\nxx\n# fine\nai\tnei\n")
     with pytest.raises(ValueError, match=r'^line 2: "\\xff" is not a spelling'):
         phoneme.parse_aliases(b"\n\xff\tnei")
+
+
+@pytest.mark.parametrize(
+    "aliases, message",
+    [
+        ({"ai": "zzz"}, """aliases['ai']: "zzz" is not a syllable of Jyutping"""),
+        (
+            {"ai": "ngai", "x y": "nei", "ni": "nei", "ei": "ngai3"},
+            """aliases['x y']: "x y" is not a spelling of 1 to 8 small letters; """
+            """aliases['ei']: "ngai3" is not a syllable of Jyutping""",
+        ),
+        ({"#ai": "ngai"}, "aliases['#ai']: '#ai' and 'ngai' are not an alias"),
+        (
+            {"ni": "nei", "ai": "ngai\nu\tnei", "xx": "xx"},
+            r"aliases['ai']: 'ai' and 'ngai\nu\tnei' are not an alias; "
+            """aliases['xx']: "xx" is not a syllable of Jyutping""",
+        ),
+    ],
+)
+def test_errors_of_aliases_name_their_entries(aliases: Any, message: str) -> None:
+    function: Any
+    for function in (Aliases, lambda aliases: phoneme.normalize_jyutping("ai3", aliases=aliases)):
+        with pytest.raises(ValueError) as caught:
+            function(aliases)
+        assert str(caught.value) == message
+
+
+@pytest.mark.parametrize("aliases", ["ai", b"ai\tngai", ["ai"], [("ai", "ngai")], 3])
+def test_aliases_are_a_mapping(aliases: Any) -> None:
+    name = type(aliases).__name__
+    function: Any
+    for function in (Aliases, lambda aliases: phoneme.analyze("ai3", 10001, aliases=aliases)):
+        with pytest.raises(TypeError) as caught:
+            function(aliases)
+        assert str(caught.value) == (
+            f"aliases must be a mapping of spellings to syllables, not {name}"
+        )
 
 
 @pytest.mark.parametrize(

@@ -319,6 +319,15 @@ def test_the_benchmark_says_how_it_is_used(arguments: list[str]) -> None:
     assert b"scale_benchmark.py: error: " in result.stderr
 
 
+def test_the_document_shows_what_is_printed_blank_for_blank(tool: str, tmp_path: Path) -> None:
+    document = (PROJECT / "docs" / "scale.md").read_text(encoding="utf-8")
+    shown = re.search(r"^    \$ (.+)\n((?:    .+\n)+)", document, re.MULTILINE)
+    assert shown and "wc -l" in shown[1]
+    (tmp_path / "data").symlink_to(PROJECT / "data")
+    printed = run(shown[1], tmp_path, tool).stdout.decode()
+    assert printed == shown[2].replace("    ", "")
+
+
 def test_the_commands_of_the_document(tool: str, tmp_path: Path) -> None:
     interpreter = tmp_path / "python3"
     interpreter.write_text(f'#!/bin/sh\nexec {shlex.quote(sys.executable)} "$@"\n')
