@@ -13,7 +13,7 @@ using fuzzing::Expect;
 using tool::EntryKind;
 using tool::Format;
 
-constexpr char kBlanks[] = " \t\r\v\f";
+constexpr char kBlanks[] = "\t\n\v\f\r ";
 
 struct SlowEntry {
   EntryKind kind = EntryKind::kBroken;
