@@ -124,8 +124,12 @@ std::optional<int> LanguageOf(const Arguments& arguments) {
 }  // namespace
 
 std::string CountProblem(const std::string& text) {
-  const bool is_count = ParseNumber<std::size_t>(text).value_or(0) > 0;
-  return is_count ? "" : Quoted(text) + " is no number from 1 on";
+  if (ParseNumber<std::size_t>(text).value_or(0) > 0) {
+    return "";
+  }
+  const bool is_large = text.find_first_not_of("0123456789") == std::string::npos &&
+                        text.find_first_not_of('0') != std::string::npos;
+  return Quoted(text) + (is_large ? " is too large" : " is no number from 1 on");
 }
 
 CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& value,
