@@ -1,7 +1,10 @@
 // Analyze: every byte of any text is in a syllable, a separator or a problem; what it calls a
-// separator is one, and its syllables are the library's.
+// separator is one, its syllables are the library's, and it reads what the reference form of the
+// normaliser does.
 
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "fuzz/normalizing.h"
@@ -76,6 +79,44 @@ void ExpectLibrarySyllables(int language, const Analysis& analysis) {
   }
 }
 
+std::optional<sp::reference::Reading> Reference(int language, const std::string& text,
+                                                const AnalysisOptions& options) {
+  if (language == sp::LANGUAGE_MANDARIN) {
+    return sp::reference::NormalizePinyin(text, options.rules);
+  }
+  if (language == sp::LANGUAGE_CANTONESE) {
+    return sp::reference::NormalizeJyutping(text, options.rules, options.aliases);
+  }
+  return sp::reference::ArpabetToPronunciation(text, options.rules);
+}
+
+// A word that is cut here may have problems more, for the letters that are left out; where there
+// are none, the syllables are the text, but for what stands between them.
+void ExpectReference(const Analysis& analysis, const sp::reference::Reading& expected) {
+  std::size_t found = 0;
+  for (const Problem& problem : analysis.problems) {
+    if (found == expected.problems.size()) break;
+    const sp::reference::Misfit& misfit = expected.problems[found];
+    found += problem.kind == misfit.kind && problem.range.offset == misfit.range.offset &&
+                     problem.range.length == misfit.range.length
+                 ? 1
+                 : 0;
+  }
+  Expect(found == expected.problems.size(), "the problems of the reference are found");
+  if (found != analysis.problems.size()) return;
+  std::string letters;
+  for (const AnalyzedSyllable& syllable : analysis.syllables) {
+    letters += syllable.spelling;
+    if (syllable.digit != '\0') letters += syllable.digit;
+  }
+  const auto without_gaps = [](std::string text) {
+    const auto is_gap = [](char c) { return c == ' ' || c == ','; };
+    text.erase(std::remove_if(text.begin(), text.end(), is_gap), text.end());
+    return text;
+  };
+  Expect(without_gaps(letters) == without_gaps(expected.text), "the syllables are the reference's");
+}
+
 }  // namespace
 }  // namespace qeo::notation
 
@@ -92,5 +133,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Analysis analysis = Analyze(language, text, options);
   ExpectOwners(language, text, analysis);
   ExpectLibrarySyllables(language, analysis);
+  const auto expected = Reference(language, text, options);
+  if (expected) ExpectReference(analysis, *expected);
   return 0;
 }

@@ -1,5 +1,6 @@
-// ArpabetToPronunciation and back: no byte is lost, the library parses the pronunciation, it is cut
-// by maximal onset, and what had no problem comes back as it was.
+// ArpabetToPronunciation and back: text and problems are those of the reference form, no byte is
+// lost, the library parses the pronunciation, it is cut by maximal onset, and what had no problem
+// comes back as it was.
 
 #include <sstream>
 #include <string_view>
@@ -111,6 +112,7 @@ std::string Flat(const std::vector<sp::SyllableInfo>& syllables) {
 
 void ExpectFromPronunciation(const std::string& text) {
   const notation::Normalized result = notation::PronunciationToArpabet(text);
+  fuzzing::ExpectReference(result, sp::reference::PronunciationToArpabet(text));
   ExpectOwners(text, result);
   Expect(result.applied.empty(), "nothing can be switched");
   const notation::Normalized again = notation::ArpabetToPronunciation(result.text);
@@ -133,6 +135,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return 0;
   }
   const notation::Normalized result = notation::ArpabetToPronunciation(text, rules);
+  fuzzing::ExpectReference(result, sp::reference::ArpabetToPronunciation(text, rules));
   ExpectOwners(text, result);
   ExpectMaximalOnsets(Parse(result.text));
   ExpectBack(text, rules, result);

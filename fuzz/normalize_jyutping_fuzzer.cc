@@ -1,5 +1,6 @@
-// NormalizeJyutping, with any rules and an alias table from the input: no byte is lost, the library
-// reads the result, and normalised again without aliases it stays as it is; an empty table is none.
+// NormalizeJyutping, with any rules and an alias table from the input: text and problems are those
+// of the reference form, no byte is lost, the library reads the result, and normalised again
+// without aliases it stays as it is; an empty table is none.
 
 #include "fuzz/normalizing.h"
 
@@ -25,6 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text = input.Rest();
 
   const notation::Normalized result = NormalizeJyutping(text, rules, &aliases);
+  fuzzing::ExpectReference(result, sp::reference::NormalizeJyutping(text, rules, &aliases));
   fuzzing::ExpectSound(sp::LANGUAGE_CANTONESE, text, result);
   fuzzing::ExpectNothingMoreToDo(result.text, NormalizeJyutping(result.text, rules));
 

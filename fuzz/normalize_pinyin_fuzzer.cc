@@ -1,5 +1,6 @@
-// NormalizePinyin, with any rules: no byte is lost, the library reads the result, and normalised
-// again it stays as it is; the form of a digit makes no difference.
+// NormalizePinyin, with any rules: text and problems are those of the reference form, no byte is
+// lost, the library reads the result, and normalised again it stays as it is; the form of a digit
+// makes no difference.
 
 #include "fuzz/normalizing.h"
 
@@ -10,6 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string text = input.Rest();
 
   const notation::Normalized result = notation::NormalizePinyin(text, rules);
+  fuzzing::ExpectReference(result, sp::reference::NormalizePinyin(text, rules));
   fuzzing::ExpectSound(sp::LANGUAGE_MANDARIN, text, result);
   fuzzing::ExpectNothingMoreToDo(result.text, notation::NormalizePinyin(result.text, rules));
 

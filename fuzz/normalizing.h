@@ -4,12 +4,14 @@
 // What must hold for every result of a normaliser of Chinese, whatever the text and the rules.
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "fuzz/fuzzing.h"
 #include "notation/notation.h"
 #include "phoneme/phoneme.h"
+#include "tests/reference/normalizing.h"
 
 namespace qeo::fuzzing {
 
@@ -106,6 +108,13 @@ inline void ExpectSound(int language, const std::string& input,
   ExpectOrigins(input, result);
   ExpectOwners(input, result);
   ExpectLibraryReads(language, result.text);
+}
+
+/// What the reference form makes of the input, if it models it.
+inline void ExpectReference(const notation::Normalized& result,
+                            const std::optional<sp::reference::Reading>& expected) {
+  Expect(!expected || sp::reference::Same(result, *expected),
+         "text and problems are the reference's");
 }
 
 /// Of a result's own text, normalised again.

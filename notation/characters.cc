@@ -169,9 +169,11 @@ void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) 
   character.kind = is_known ? CharacterKind::kLetter : CharacterKind::kForeignLetter;
 }
 
-void Classify(utf8proc_int32_t code_point, const Marks& marks, Character& character) {
+// `is_equivalent`: the code point stands for another one, as K for the Kelvin sign.
+void Classify(utf8proc_int32_t code_point, bool is_equivalent, const Marks& marks,
+              Character& character) {
   utf8proc_int32_t base = WithoutWidth(code_point);
-  character.is_full_width = base != code_point;
+  character.is_full_width = is_equivalent || base != code_point;
   const utf8proc_int32_t letter = WithoutVariant(base);
   character.is_variant = letter != base;
   base = letter;
@@ -185,7 +187,8 @@ void Classify(utf8proc_int32_t code_point, const Marks& marks, Character& charac
     character.kind = CharacterKind::kDigit;
     character.ascii = static_cast<char>(base);
   } else if (IsSeparator(base)) {  // a full-width one is none to the library
-    character.kind = base == code_point ? CharacterKind::kSeparator : CharacterKind::kPunctuation;
+    character.kind =
+        character.is_full_width ? CharacterKind::kPunctuation : CharacterKind::kSeparator;
   } else {
     character.kind = KindOfSign(base);
   }
@@ -203,7 +206,7 @@ Character ReadCharacter(std::string_view text, std::size_t offset) {
   const char first = text[offset];
   const bool may_be_marked = offset + 1 < text.size() && MayBeginMark(text[offset + 1]);
   if (ascii::IsAscii(first) && !may_be_marked) {
-    Classify(first, {}, character);
+    Classify(first, false, {}, character);
     return character;
   }
   const Decoded decoded = Decode(text, offset);
@@ -222,7 +225,8 @@ Character ReadCharacter(std::string_view text, std::size_t offset) {
     end += next.length;
   }
   character.range.length = end - offset;
-  Classify(parts.code_points[0], marks, character);
+  const utf8proc_int32_t base = parts.code_points[0];
+  Classify(base, parts.count == 1 && base != decoded.code_point, marks, character);
   return character;
 }
 

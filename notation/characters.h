@@ -35,7 +35,7 @@ struct Character {
   char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit
   char tone = kNoTone;         // letter: '1' to '4' by its mark
   bool is_capital = false;     // letter
-  bool is_full_width = false;  // or a raised or lowered digit
+  bool is_full_width = false;  // or raised, lowered or otherwise equivalent to what it stands for
   bool has_diaeresis = false;  // letter
   bool is_variant = false;     // letter: U+0251, U+0261, or with circumflex
   Range range;

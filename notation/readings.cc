@@ -30,7 +30,7 @@ Reading Readings::Unfused(PackedSpelling letters, std::size_t count) const {
   }
   if (syllables_.Has(letters)) {
     reading.spelling = letters;
-  } else if (rules_.Has(Rule::kDiaeresis) && (letters == Pack("lue") || letters == Pack("nue"))) {
+  } else if (IsRespelled(letters)) {
     reading.spelling = letters ^ PackLetter('u' ^ 'v', 1);
     reading.is_respelled = true;
   }

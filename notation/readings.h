@@ -40,7 +40,7 @@ class Readings {
 
   /// Whether a syllable may go on behind these letters, but for one letter that a rule adds.
   bool MayGoOn(PackedSpelling letters) const {
-    return aliases_ != nullptr || syllables_.IsBeginning(letters);
+    return aliases_ != nullptr || syllables_.IsBeginning(letters) || IsRespelled(letters);
   }
 
   /// Letters with others around them, where an r alone is no syllable.
@@ -53,6 +53,11 @@ class Readings {
   bool MayRewrite(const Word& word, Piece piece) const;
 
  private:
+  // Whether ue is written for ve.
+  bool IsRespelled(PackedSpelling letters) const {
+    return rules_.Has(Rule::kDiaeresis) && (letters == Pack("lue") || letters == Pack("nue"));
+  }
+
   Reading Unfused(PackedSpelling letters, std::size_t count) const;
 
   RuleSet rules_;

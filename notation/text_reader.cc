@@ -70,14 +70,18 @@ void TextReader::AddLetter(const Character& character, std::vector<Letter>& lett
   }
 }
 
-// Makes "u:" one letter where u with diaeresis can stand.
+// Makes "u:" one letter where u with diaeresis can stand, with nothing in between.
 bool TextReader::AddColon(const Character& colon, std::vector<Letter>& letters) const {
   if (colon.kind != CharacterKind::kColon || !rules_.Has(Rule::kDiaeresis)) return false;
   if (letters.size() < 2) return false;
   Letter& letter = letters.back();
-  const char initial = letters[letters.size() - 2].letter;
+  const Letter& initial = letters[letters.size() - 2];
+  const bool is_in_row =
+      initial.range().end() == letter.offset && letter.range().end() == colon.range.offset;
   const bool is_plain_u = letter.letter == 'u' && letter.tone == kNoTone && !letter.has_diaeresis;
-  if (!is_plain_u || !kInitialsOfDiaeresis.Has(initial)) return false;
+  if (!is_plain_u || !is_in_row || !kInitialsOfDiaeresis.Has(initial.letter)) {
+    return false;
+  }
   letter.letter = EndsDotless(letters) ? 'u' : 'v';
   letter.has_diaeresis = true;
   letter.has_mark = true;

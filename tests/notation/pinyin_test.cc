@@ -90,6 +90,8 @@ TEST(NormalizePinyin, FullWidth) {
       {"ma０", "ma5", "full-width 2+3, neutral-tone 2+3", ""},
       {"ｌｕ：４", "lv4", "full-width 0+9, diaeresis 3+6, full-width 9+3", ""},
       {"ａ̄", "a1", "full-width 0+5, tone-mark 0+5", ""},
+      {"\u212aa1", "ka1", "full-width 0+3", ""},  // the Kelvin sign
+      {"ma1\u1fefla1\u037e", "ma1 la1", "punctuation 3+3, punctuation 9+2", ""},
       {"Ｐ", "", "abbreviation 0+3", "foreign text 0+3"},
   });
   ExpectCases(
@@ -97,6 +99,7 @@ TEST(NormalizePinyin, FullWidth) {
           {"ｎｉ３", "", "", "foreign text 0+9"},
           {"ni3", "ni3", "", ""},
           {"ni³", "ni", "", "foreign text 2+2"},
+          {"\u212aa1", "", "", "foreign text 0+5"},
           {"lu：4", "lu", "punctuation 2+3", "foreign text 5+1"},
           {"ni3，", "ni3", "punctuation 3+3", ""},
       },
@@ -128,6 +131,7 @@ TEST(NormalizePinyin, Punctuation) {
       {
           {"ni3，hao3", "ni3 hao3", "", "foreign text 3+3"},
           {"ni3'hao3", "ni3 hao3", "", ""},
+          {"ma1\u1fefla1", "ma1 la1", "", "foreign text 3+3"},
           {"lu:4:", "lv4", "diaeresis 1+2", "foreign text 4+1"},
       },
       kPinyinRules.Without(Rule::kPunctuation));
@@ -154,6 +158,9 @@ TEST(NormalizePinyin, Diaeresis) {
        ""},
       {"lv̌ luè", "lv3 lve4", "tone-mark 1+3, diaeresis 6+1, tone-mark 7+2", ""},
       {"lu:è", "lve4", "diaeresis 1+2, tone-mark 3+2", ""},
+      // a colon with something else in front
+      {"jñu:4", "", "punctuation 4+1", "foreign text 0+4, foreign text 5+1"},
+      {"luñ:e4", "e4", "punctuation 4+1", "foreign text 0+4"},
       // dots where none can be
       {"ë4", "", "", "foreign text 0+3"},
       {"shü1", "", "", "unknown syllable 0+5"},
@@ -305,6 +312,10 @@ TEST(NormalizePinyin, FusedErhua) {
       {"jierker", "jier ke er", "fused-erhua 6+1", ""},  // the cut that rewrites less
       {"xuenrer", "xuen re er", "fused-erhua 6+1", ""},  // the one that lacks fewer apostrophes
       {"nür3", "nv3 er5", "diaeresis 1+2, fused-erhua 3+2", ""},
+      {"luer4", "lve4 er5", "diaeresis 1+1, fused-erhua 3+2", ""},
+      {"luèr ma", "lve4 er5 ma5", "diaeresis 1+1, tone-mark 2+2, fused-erhua 4+1, tone-mark 6+2",
+       ""},
+      {"nuer", "nuer", "", ""},  // nu and er
       {"er2 ren2", "er2 ren2", "", ""},
       {"dianren", "dianren", "", ""},
       {"xxdianr", "xxdianr", "", ""},           // no cut covers it
