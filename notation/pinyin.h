@@ -50,8 +50,7 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 /// The rules; one that is not in `rules` leaves what it would change to the others or a problem:
 ///
 /// - kFullWidth: full-width letters and digits, raised and lowered digits, and the Kelvin sign,
-/// which
-///   Unicode holds equal to K, to ASCII.
+///   which Unicode holds equal to K, to ASCII.
 /// - kPunctuation: punctuation and spaces of all kinds, middle dots, apostrophes and invisible
 ///   format characters to a space. What the library takes for a separator (ASCII white space, "'",
 ///   "`") needs no rule. Signs that stand for something (# % & * @ \ and symbols) are foreign text.
