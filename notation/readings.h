@@ -53,11 +53,7 @@ class Readings {
   bool MayRewrite(const Word& word, Piece piece) const;
 
  private:
-  // Whether ue is written for ve.
-  bool IsRespelled(PackedSpelling letters) const {
-    return rules_.Has(Rule::kDiaeresis) && (letters == Pack("lue") || letters == Pack("nue"));
-  }
-
+  bool IsRespelled(PackedSpelling letters) const;
   Reading Unfused(PackedSpelling letters, std::size_t count) const;
 
   RuleSet rules_;

@@ -5,6 +5,16 @@
 #include "notation/syllable_set.h"
 
 namespace qeo::notation::internal {
+namespace {
+
+// Adds a range to the one that it follows on directly, if it does.
+bool Join(Range range, Range& last) {
+  if (last.end() != range.offset) return false;
+  last.length += range.length;
+  return true;
+}
+
+}  // namespace
 
 void SyllableWriter::PutSyllable(const Word& word, Piece piece, const Reading& reading, Tone tone) {
   const Range letters = word.RangeOf(piece);
@@ -58,13 +68,8 @@ void SyllableWriter::ApplyLetterRules(const Letter& letter) {
 void SyllableWriter::Apply(Rule rule, Range range) {
   std::vector<Application>& applied = result_.applied;
   const bool is_joined = rule == Rule::kFullWidth || rule == Rule::kPunctuation;
-  if (is_joined && !applied.empty()) {
-    Application& last = applied.back();
-    if (last.rule == rule && last.range.end() == range.offset) {
-      last.range.length += range.length;
-      return;
-    }
-  }
+  const bool is_same = !applied.empty() && applied.back().rule == rule;
+  if (is_joined && is_same && Join(range, applied.back().range)) return;
   auto place = applied.end();  // those behind it are of the same syllable, so they are few
   while (place != applied.begin() && (place - 1)->range.offset > range.offset) --place;
   applied.insert(place, {rule, range});
@@ -74,13 +79,8 @@ void SyllableWriter::Report(ProblemKind kind, Range range) {
   SetApart(range.offset);
   std::vector<Problem>& problems = result_.problems;
   const bool is_joined = kind == ProblemKind::kForeignText || kind == ProblemKind::kInvalidUtf8;
-  if (is_joined && !problems.empty()) {
-    Problem& last = problems.back();
-    if (last.kind == kind && last.range.end() == range.offset) {
-      last.range.length += range.length;
-      return;
-    }
-  }
+  const bool is_same = !problems.empty() && problems.back().kind == kind;
+  if (is_joined && is_same && Join(range, problems.back().range)) return;
   problems.push_back({kind, range, {}});
 }
 

@@ -1,7 +1,8 @@
 #ifndef PHONEME_ASCII_H_
 #define PHONEME_ASCII_H_
 
-// Kinds of ASCII characters, whatever the locale, asked of bytes or of code points. Not installed.
+// Kinds of ASCII characters, whatever the locale; most are asked of bytes and of code points. Not
+// installed.
 
 #include <string_view>
 
@@ -9,7 +10,7 @@ namespace qeo::ascii {
 
 inline constexpr std::string_view kBlanks = "\t\n\v\f\r ";
 
-constexpr bool IsAscii(int c) { return c >= 0 && c < 0x80; }
+constexpr bool IsAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 constexpr bool IsBlank(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 constexpr bool IsDigit(int c) { return c >= '0' && c <= '9'; }
 constexpr bool IsCapital(int c) { return c >= 'A' && c <= 'Z'; }
