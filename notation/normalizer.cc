@@ -81,8 +81,8 @@ class Normalizer {
   bool IsTone(char digit, const Reading& reading) const;
   void PlaceOpen(Piece piece);
   void PlaceMarked(Piece piece);
-  bool IsOneSyllable(Piece piece) const;
-  void PlaceByMark(Piece syllable);
+  bool IsOneSyllable(Piece piece, const Reading& reading) const;
+  void PlaceByMark(Piece syllable, const Reading& reading);
   void PlaceToneless(Piece piece);
 
   const Notation& notation_;
@@ -262,33 +262,33 @@ void Normalizer::PlaceOpen(Piece piece) {
 
 // A piece without a digit in a text with tone marks.
 void Normalizer::PlaceMarked(Piece piece) {
-  if (IsOneSyllable(piece)) return PlaceByMark(piece);
+  const Reading whole = readings_.OfPiece(word_, piece);
+  if (IsOneSyllable(piece, whole)) return PlaceByMark(piece, whole);
   const std::vector<Piece>& syllables = cutter_.Cut(word_, piece, true);
   if (syllables.empty()) {
     return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
   }
   for (const Piece syllable : syllables) {
     if (syllable.begin > piece.begin) writer_.SetApart(word_[syllable.begin].offset);
-    PlaceByMark(syllable);
+    PlaceByMark(syllable, readings_.OfPiece(word_, syllable));
   }
 }
 
 // Whether a piece is one syllable as it is, so that no cut of it is better.
-bool Normalizer::IsOneSyllable(Piece piece) const {
+bool Normalizer::IsOneSyllable(Piece piece, const Reading& reading) const {
   ToneMarks marks;
   for (std::size_t i = piece.begin; i < piece.end; ++i) marks.Add(word_[i]);
-  const Reading reading = readings_.OfPiece(word_, piece);
   return marks.AreOfOneSyllable() && reading.IsKnown() && !reading.has_fused_r;
 }
 
-void Normalizer::PlaceByMark(Piece syllable) {
+void Normalizer::PlaceByMark(Piece syllable, const Reading& reading) {
   Tone tone;
   for (std::size_t i = syllable.begin; i < syllable.end; ++i) {
     if (word_[i].tone != kNoTone) tone.digit = word_[i].tone;
   }
   const bool is_marked = tone.digit != kNoTone;
   if (!is_marked) tone.digit = kNeutralTone;
-  writer_.PutSyllable(word_, syllable, readings_.OfPiece(word_, syllable), tone);
+  writer_.PutSyllable(word_, syllable, reading, tone);
   if (!is_marked) writer_.Apply(Rule::kToneMark, word_.RangeOf(syllable));
 }
 
