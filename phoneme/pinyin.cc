@@ -1,5 +1,6 @@
 // Romanised text to syllables, and to their spellings.
 
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 #include "phoneme/pinyin_splitter.h"
 #include "phoneme/registry.h"

@@ -16,6 +16,7 @@
 #include <string_view>
 #include <utility>
 
+#include "phoneme/ascii.h"
 #include "phoneme/name_index.h"
 #include "phoneme/words.h"
 

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "phoneme/ascii.h"
 #include "phoneme/phone_ids.h"
 #include "phoneme/phoneme.h"
 #include "phoneme/registry.h"
