@@ -1,5 +1,6 @@
-# What the project's libraries have in common: C++17, hidden symbols, version, export.
-function(phoneme_library_settings target macro_prefix)
+# What the project's libraries have in common: C++17, hidden symbols, version, and the export that
+# installs them.
+function(phoneme_library_settings target macro_prefix export)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:phoneme_warnings>)
   set_target_properties(
@@ -21,7 +22,7 @@ function(phoneme_library_settings target macro_prefix)
   phoneme_show_branches(${target})
   install(
     TARGETS ${target}
-    EXPORT phoneme-targets
+    EXPORT ${export}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
     FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

@@ -3,7 +3,6 @@
 #include "phoneme/name_index.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace qeo::sp::internal {
 namespace {
@@ -19,9 +18,7 @@ NameIndex::NameIndex(const std::vector<Name>& names) {
   std::vector<std::uint64_t> entries;
   entries.reserve(names.size());
   for (const Name& name : names) {
-    if (name.text.empty() || name.text.size() > kMaxNameLength) {
-      throw std::length_error("phoneme: a table holds a name that the index of names cannot");
-    }
+    if (name.text.empty() || name.text.size() > kMaxNameLength) continue;
     const std::uint64_t packed = WordReader(name.text).From(0);
     entries.push_back(packed | static_cast<std::uint64_t>(name.row) << kNameBits);
   }

@@ -21,12 +21,12 @@ class NameIndex {
   static constexpr int kNoRow = 0xffff;             ///< a name that belongs to no row
 
   struct Name {
-    std::string_view text;  // 1 to kMaxNameLength bytes, the last one not NUL; no name stands twice
+    std::string_view text;  // 1 to kMaxNameLength bytes, the last one not NUL; each name once
     int row = kNoRow;       // 0 to 0xfffe, or kNoRow
   };
 
-  /// Throws std::length_error for a name that does not fit: a mistake in a table, so that a library
-  /// built with it does not start.
+  /// A name of another length is left out: Find could not be asked for it. No table holds one,
+  /// which the compiler checks for phones and the tests for syllables.
   explicit NameIndex(const std::vector<Name>& names);
 
   /// The row of a packed name of 1 to kMaxNameLength bytes, the last one not NUL; kNoRow or
