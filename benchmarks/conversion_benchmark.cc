@@ -1,5 +1,5 @@
 // The conversions on random words, beside two baselines: "scan", a loop that looks every byte of
-// the same texts up in a table, and "reference", the literal form of the tests. One iteration
+// the same texts up in a table, and "reference", the simple form of the tests. One iteration
 // converts the whole corpus; output containers are reused throughout.
 
 #include <benchmark/benchmark.h>

@@ -14,9 +14,9 @@ using namespace internal;
 
 namespace {
 
-// Silence, the vowels, the consonants. GetPhoneFeature documents the characters of a feature. "sh"
-// is alveolar like "s" though "zh" is palatal, "aw" has the features of "ay" and "ow" those of
-// "oy": that is how the data stand.
+// Silence, the vowels, the consonants. GetPhoneFeature documents the characters of a feature.
+// Features do not tell all phones apart: "aw" has those of "ay", and "ow" those of "oy". "sh" is
+// alveolar, like "s", and "zh" is palatal.
 // clang-format off
 constexpr PhoneInfo english_american_phone_list[] = {
     // id  language                   type                name   feature

@@ -7,9 +7,8 @@
 // a capital opens one, and white space, the apostrophe and the grave accent stand between pieces. A
 // piece that is closed by a digit is passed on as it is, syllable or not. Any other piece that is
 // no syllable is cut by longest match against the syllables of the language, and what no match
-// reaches is dropped. One oddity is kept: a piece with bytes in it that are no letters ("n-i") is
-// passed on whole when its letters alone are a syllable, unless it is the whole text and begins
-// with no capital.
+// reaches is dropped. A piece whose letters alone are a syllable is passed on whole, also with
+// other bytes between them ("n-i"); if it is the whole text, only when it begins with a capital.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The American English set: groups, features and their deliberate coincidences. The table as a
+// The American English set: groups, features, and phones that share them. The table as a
 // whole is held against the golden rows in registry_test.
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The library against its slow, literal second form: random input for every conversion, and all
+// The library against its second, simple implementation: random input for every conversion, all
 // input where there is little enough of it. Results and outputs must agree, also after a failure.
 
 #include "tests/reference/reference.h"

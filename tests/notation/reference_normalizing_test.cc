@@ -1,4 +1,4 @@
-// The normalisers against their slow, literal second form: a table that both must agree with,
+// The normalisers against their second, simple implementation: a table that both agree with,
 // random texts under random rules, and every character of the basic plane.
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The second form of the normalisers, written to be compared with the rules and not to be fast. It
+// The second implementation of the normalisers, which is to be simple and need not be fast. It
 // shares nothing with them but the tables of syllables, phones and onsets, and the lookup of
 // aliases.
 

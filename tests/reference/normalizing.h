@@ -1,9 +1,8 @@
 #ifndef TESTS_REFERENCE_NORMALIZING_H_
 #define TESTS_REFERENCE_NORMALIZING_H_
 
-// A second form of the normalisers, slow and literal: the words of each rule over a list of
-// characters, and every cut of a word tried. The tests and the fuzz targets hold the library
-// against it.
+// A second implementation of the normalisers, simple and slow: each rule over a list of characters,
+// and every cut of a word tried. The tests and the fuzz targets compare the library with it.
 
 #include <optional>
 #include <string>

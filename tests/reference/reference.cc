@@ -1,5 +1,5 @@
-// The second form of every conversion, written to be compared with the rules and not to be fast.
-// It shares nothing with the library but the tables: text helpers and lookups are its own.
+// The second implementation of every conversion, which is to be simple and need not be fast. It
+// shares nothing with the library but the tables: text helpers and lookups are its own.
 
 #include "tests/reference/reference.h"
 
@@ -60,7 +60,7 @@ Strings Split(const std::string& text, char separator) {
   return pieces;
 }
 
-// Languages. A lookup that falls back tries again with its own language until an entry is found.
+// Languages. A lookup without an entry is tried again with the language that serves the id.
 
 const SpMapping* Find(int language) {
   const auto entry = PhoneSets().find(language);
@@ -202,7 +202,7 @@ const std::map<int, SpMapping>& PhoneSets() {
   return phone_sets;
 }
 
-// NOLINTBEGIN(misc-no-recursion): "call again with the other language" is the rule's own wording.
+// NOLINTBEGIN(misc-no-recursion): a function that falls back calls itself with the other language.
 
 int py2ph(int language, const std::string& text, std::vector<SyllableInfo>& syllables) {
   syllables.clear();

@@ -1,8 +1,8 @@
 #ifndef TESTS_REFERENCE_REFERENCE_H_
 #define TESTS_REFERENCE_REFERENCE_H_
 
-// A second form of every conversion, slow and literal: the words of each rule over plain strings
-// and the ordered maps. The tests hold the library against it, the benchmarks measure from it.
+// A second implementation of every conversion, simple and slow, over plain strings and the ordered
+// maps. The tests compare the library with it, the benchmarks measure from it.
 
 #include <map>
 #include <string>
