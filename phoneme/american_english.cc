@@ -76,6 +76,8 @@ static_assert(kMisnamed == kNone, "this row's name is empty or too long for the 
 
 constexpr PhoneSet internal::american_english_phone_set = {
     LANGUAGE_AMERICAN_ENGLISH,
+    "english",
+    {"en", "eng", "en-US"},
     5,
     english_american_phone_list,
     std::size(english_american_phone_list),

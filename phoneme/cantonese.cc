@@ -755,6 +755,8 @@ PinyinInfo chinese_cantonese_pinyin_list[] = {
 
 constexpr PhoneSet internal::cantonese_phone_set = {
     LANGUAGE_CANTONESE,
+    "cantonese",
+    {"yue", "yue-HK", "zh-HK"},
     7,
     chinese_cantonese_phone_list,
     std::size(chinese_cantonese_phone_list),

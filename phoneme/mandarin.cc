@@ -521,6 +521,8 @@ PinyinInfo chinese_mandarin_pinyin_list[] = {
 
 constexpr PhoneSet internal::mandarin_phone_set = {
     LANGUAGE_MANDARIN,
+    "mandarin",
+    {"zh", "zho", "zh-CN", "cmn", "cmn-CN"},
     5,
     chinese_mandarin_phone_list,
     std::size(chinese_mandarin_phone_list),

@@ -6,15 +6,20 @@
 
 #include <cstddef>
 #include <map>
+#include <string_view>
 
 #include "phoneme/records.h"
 
 namespace qeo::sp::internal {
 
+inline constexpr std::size_t kMostCodes = 5;  // of a language, see phoneme/languages.h
+
 struct PhoneSet {
   int language;
-  signed char top_tone;         // tones fold into 1 to this
-  const PhoneInfo* phone_list;  // the table, in id order
+  std::string_view name;
+  std::string_view codes[kMostCodes];  // empty ones follow the last
+  signed char top_tone;                // tones fold into 1 to this
+  const PhoneInfo* phone_list;         // the table, in id order
   std::size_t phone_count;
   std::size_t pinyin_count;  // 0 for a language without syllables
   void (*initialize)(std::map<int, SpMapping>& table);

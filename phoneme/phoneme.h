@@ -10,8 +10,9 @@
 ///   other, neither letter nor separator, and no process locale changes a result. Phone names are
 ///   matched exactly, upper and lower case told apart.
 /// - A language is named by its id (LANGUAGE_MANDARIN, LANGUAGE_CANTONESE,
-///   LANGUAGE_AMERICAN_ENGLISH). An id that is not one of them is never an error: each function
-///   serves it with a fixed language of its own, stated with the function.
+///   LANGUAGE_AMERICAN_ENGLISH); LanguageOfName finds the id of "mandarin" or "zh-HK".
+///   An id that is not one of them is never an error: each function serves it with a fixed language
+///   of its own, stated with the function.
 /// - Functions that can fail return 0 on success and -1 on failure. An output container must not be
 ///   part of an input. Nothing is printed and nothing is thrown but the standard library's
 ///   allocation exceptions; the contents of a container that was being filled are then unspecified,
@@ -19,14 +20,16 @@
 /// - Any number of threads may call any function at once, each with output containers of its own;
 ///   only the three Initialize...Set stand apart, see there.
 /// - The phone sets are ready before `main`, also for the static initialisers of other sources, and
-///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature
-///   and the lexicon functions. `PhoneInfo` pointers stay valid for the whole process.
+///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature,
+///   the lexicon functions and those of phoneme/languages.h. `PhoneInfo` pointers stay valid for
+///   the whole process.
 
 #include <map>
 #include <string>
 #include <vector>
 
 #include "phoneme/export.h"
+#include "phoneme/languages.h"
 #include "phoneme/records.h"
 
 namespace qeo::sp {

@@ -252,6 +252,7 @@ TEST(Allocations, NoneInTheLookups) {
       sum += GetPhoneInfoByDescription(language, name) == nullptr ? 1 : 0;
       sum += LexiconModulePhoneTypeStr(name.c_str(), language);
       sum += LexiconEnPhoneTypeStr(name.c_str()) + LexiconEnPhoneId(name.c_str());
+      sum += LanguageOfName(name).value_or(0);
     }
   }
   EXPECT_EQ(allocations::Count() - before, 0U);

@@ -289,6 +289,7 @@ TEST_F(Exhaustion, LookupsHaveNothingToFail) {
       EXPECT_EQ(Exhaust([&] { return LexiconModulePhoneTypeStr(name.c_str(), language); }), 0U);
       EXPECT_EQ(Exhaust([&] { return LexiconEnPhoneTypeStr(name.c_str()); }), 0U);
       EXPECT_EQ(Exhaust([&] { return LexiconEnPhoneId(name.c_str()); }), 0U);
+      EXPECT_EQ(Exhaust([&] { return LanguageOfName(name); }), 0U);
     }
   }
 }

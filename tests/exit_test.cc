@@ -42,7 +42,8 @@ bool AnswersWithoutPhoneSets(const PhoneInfo* phone) {
   return ph2tp(LANGUAGE_MANDARIN, 9) == 1 && GetPhoneFeature(phone, 0) == '+' &&
          std::string(phone->name) == "aa" && LexiconEnPhoneId("zh") == 90 &&
          LexiconEnPhoneTypeStr("aa") != 0 &&
-         LexiconModulePhoneTypeStr("ueng", LANGUAGE_MANDARIN) == 2;
+         LexiconModulePhoneTypeStr("ueng", LANGUAGE_MANDARIN) == 2 &&
+         LanguageOfName("zh-HK") == LANGUAGE_CANTONESE && Languages().front().name == "mandarin";
 }
 
 // Runs `ask` in a thread from its construction to its destruction and some rounds into that.

@@ -47,7 +47,9 @@ constexpr RuleSwitch kRuleSwitches[] = {
 };
 
 std::string LanguageProblem(const std::string& text) {
-  return ParseLanguage(text) ? "" : Quoted(text) + " is no language: " + kLanguageChoice;
+  return ParseLanguage(text) ? ""
+                             : Quoted(text) + " is not a language; expected " + KnownLanguages() +
+                                   " or a language id";
 }
 
 // The rules of a notation that people write.
@@ -112,7 +114,7 @@ std::optional<int> LanguageOf(const Arguments& arguments) {
   if (!arguments.language.empty()) {
     return ParseLanguage(arguments.language);
   }
-  for (const Language& language : kLanguages) {
+  for (const sp::LanguageNames& language : sp::Languages()) {
     const Source source = DefaultSource(language.id, false);
     if (!arguments.from.empty() && Meaning(kSources, arguments.from) == source) {
       return language.id;

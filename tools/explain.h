@@ -11,7 +11,7 @@ namespace qeo::tool {
 
 /// Appends one screen that shows how `text` is read: rules applied, syllables, phones, the text in
 /// the library's notations, cuts of words without tones, problems, and what the library reads
-/// without any rule. `language` is one of kLanguages.
+/// without any rule. `language` is a registered one.
 ///
 /// The text may be any bytes. The lines are UTF-8 without control characters, at most 80 cells of
 /// a terminal wide, and long lists are cut short ("... and 7 more").

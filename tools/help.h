@@ -8,7 +8,7 @@ namespace qeo::tool {
 inline constexpr char kDescription[] =
     "Phone sets and pronunciation notations of Mandarin, Cantonese and American English.";
 
-inline constexpr char kLanguageChoice[] = "mandarin, cantonese, english or a language id";
+inline constexpr char kLanguageChoice[] = "mandarin, cantonese, english, a code such as zh-CN, yue or en-US,\nor a language id";
 
 inline constexpr char kFromHelp[] =
     "what is read: pinyin, jyutping or arpabet (the default of their\n"

@@ -3,7 +3,6 @@
 #include <map>
 #include <string_view>
 
-#include "tools/languages.h"
 #include "tools/notations.h"
 #include "tools/numbers.h"
 
@@ -11,11 +10,9 @@ namespace qeo::tool {
 
 sp::SpMapping TablesOf(int language) {
   std::map<int, sp::SpMapping> tables;
-  for (const Language& entry : kLanguages) {
-    if (entry.id == language) {
-      entry.initialize(tables);
-    }
-  }
+  sp::InitializeMandarinSet(tables);
+  sp::InitializeCantoneseSet(tables);
+  sp::InitializeAmericanSet(tables);
   return tables[language];
 }
 

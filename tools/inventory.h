@@ -11,17 +11,17 @@
 
 namespace qeo::tool {
 
-/// The tables of a language, one of kLanguages.
+/// The tables of a registered language.
 sp::SpMapping TablesOf(int language);
 
 /// The word for a phone type: in a language without syllables an initial is a consonant and a final
 /// a vowel.
 const char* TypeName(std::int32_t type, bool has_syllables);
 
-/// Appends the phones of `language`, one of kLanguages.
+/// Appends the phones of `language`, a registered one.
 void AppendPhoneList(int language, std::string& out);
 
-/// Appends the syllables of `language`, one of kLanguages.
+/// Appends the syllables of `language`, a registered one.
 void AppendSyllableList(int language, std::string& out);
 
 }  // namespace qeo::tool

@@ -7,21 +7,31 @@
 namespace qeo::tool {
 
 std::optional<int> ParseLanguage(std::string_view text) {
-  for (const Language& language : kLanguages) {
-    if (text == language.name) {
-      return language.id;
-    }
-  }
-  return ParseNumber<int>(text);
+  const std::optional<int> id = sp::LanguageOfName(text);
+  return id ? id : ParseNumber<int>(text);
 }
 
 std::string LanguageName(int id) {
-  for (const Language& language : kLanguages) {
+  for (const sp::LanguageNames& language : sp::Languages()) {
     if (id == language.id) {
-      return language.name;
+      return std::string(language.name);
     }
   }
   return std::to_string(id);
+}
+
+std::string KnownLanguages() {
+  std::string known;
+  for (const sp::LanguageNames& language : sp::Languages()) {
+    known.append(known.empty() ? "" : ", ").append(language.name);
+    const char* separator = " (";
+    for (const std::string_view code : language.codes) {
+      known.append(separator).append(code);
+      separator = ", ";
+    }
+    known += ')';
+  }
+  return known;
 }
 
 std::optional<int> SyllableLanguage(int id) {

@@ -1,10 +1,9 @@
 #ifndef TOOLS_LANGUAGES_H_
 #define TOOLS_LANGUAGES_H_
 
-/// The languages by the names that the command line uses, and which one serves an id that the
-/// library does not know.
+/// The languages as the command line names them, and which one serves an id that the library does
+/// not know.
 
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,23 +12,15 @@
 
 namespace qeo::tool {
 
-struct Language {
-  const char* name;
-  int id;
-  void (*initialize)(std::map<int, sp::SpMapping>&);  // fills the language's tables
-};
-
-inline constexpr Language kLanguages[] = {
-    {"mandarin", sp::LANGUAGE_MANDARIN, sp::InitializeMandarinSet},
-    {"cantonese", sp::LANGUAGE_CANTONESE, sp::InitializeCantoneseSet},
-    {"english", sp::LANGUAGE_AMERICAN_ENGLISH, sp::InitializeAmericanSet},
-};
-
-/// Reads a name of kLanguages or a decimal language id, known to the library or not.
+/// Reads a name or code of a language, see sp::LanguageOfName, or a decimal language id, known to
+/// the library or not.
 std::optional<int> ParseLanguage(std::string_view text);
 
 /// Returns the name of a language id, or the id itself in decimal.
 std::string LanguageName(int id);
+
+/// The names that --language takes, with their codes: "mandarin (zh, zh-CN), cantonese (yue)".
+std::string KnownLanguages();
 
 // The library serves an id that it does not know with another language, and not with the same one
 // everywhere. These three ask it.

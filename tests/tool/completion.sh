@@ -161,7 +161,9 @@ check_options() { # [COMMAND]
   done < <(help_options "$@")
 }
 
-languages=$("$tool" phones --help | sed -n 's/^  *\(.*\) or a language id$/\1/p' | tr -d ,)
+# The names alone: who knows a code has typed it.
+languages=$({ "$tool" phones -l '?' 2>&1 || true; } |
+  sed -n 's/.*; expected \(.*\) or a language id.*/\1/p' | sed 's/ *([^)]*),*//g')
 commands=$("$tool" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
 [[ $languages && $commands ]] || fail 'the help tells no languages or no commands'
 offered ''

@@ -66,7 +66,11 @@ check_options() {
 }
 
 check_names() {
-  local option name
+  local option name codes
+  codes=$({ phoneme phones -l '?' 2>&1 || true; } |
+    sed -n 's/.*; expected \(.*\) or a language id.*/\1/p')
+  same languages "$(sed -n '/^\.Bl -column "cantonese"/,/^\.El/{s/^\.It Cm \([a-z]*\) .*/\1/p
+    s/^\.Cm //p;}' "$manual" | tr -d ,)" "$(tr -d '(),' <<<"$codes")"
   for option in --from --to --cut --format --headword; do
     [[ $(names $option) ]] || fail "$option takes no names"
     for name in $(names $option); do

@@ -1,0 +1,50 @@
+// The names of languages. Each stands with the tables of its language, so that no language is
+// without them; no registry is asked.
+
+#include "phoneme/languages.h"
+
+#include <algorithm>
+
+#include "phoneme/ascii.h"
+#include "phoneme/phone_set.h"
+
+namespace qeo::sp {
+
+using namespace internal;
+
+namespace {
+
+char Folded(char c) { return c == '_' ? '-' : ascii::ToSmall(c); }
+
+bool IsSameName(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
+                                            [](char x, char y) { return Folded(x) == Folded(y); });
+}
+
+}  // namespace
+
+std::vector<LanguageNames> Languages() {
+  std::vector<LanguageNames> languages;
+  for (const PhoneSet* set : kPhoneSets) {
+    LanguageNames& names = languages.emplace_back();
+    names.id = set->language;
+    names.name = set->name;
+    for (const std::string_view code : set->codes) {
+      if (!code.empty()) names.codes.push_back(code);
+    }
+  }
+  return languages;
+}
+
+std::optional<std::int32_t> LanguageOfName(std::string_view name) {
+  if (name.empty()) return std::nullopt;  // as the places after the last code are
+  for (const PhoneSet* set : kPhoneSets) {
+    const bool is_code =
+        std::any_of(std::begin(set->codes), std::end(set->codes),
+                    [name](std::string_view code) { return IsSameName(name, code); });
+    if (is_code || IsSameName(name, set->name)) return set->language;
+  }
+  return std::nullopt;
+}
+
+}  // namespace qeo::sp
