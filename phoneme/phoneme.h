@@ -21,8 +21,10 @@
 ///   only the three Initialize...Set stand apart, see there.
 /// - The phone sets are ready before `main`, also for the static initialisers of other sources, and
 ///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature,
-///   the lexicon functions and those of phoneme/languages.h. `PhoneInfo` pointers stay valid for
-///   the whole process.
+///   the lexicon functions and those of phoneme/languages.h.
+/// - `PhoneInfo` pointers point into constant data of the library. They stay valid, also after the
+///   phone sets are freed, until the shared library is unloaded; of a static library, as long as
+///   the program or the plug-in that holds it.
 
 #include <map>
 #include <string>
@@ -185,7 +187,8 @@ PHONEME_EXPORT int ph2tp(int language, unsigned char phone_id);
 
 // Phones
 
-/// Returns the phone of an id; row 0 ("sil") for an id outside the table, never null.
+/// Returns the phone of an id; row 0 ("sil") for an id outside the table, never null. The row is
+/// valid until the shared library is unloaded.
 ///
 /// An unregistered language is served by American English when its id is 20000 to 29999, else by
 /// Mandarin.
@@ -194,7 +197,8 @@ PHONEME_EXPORT const PhoneInfo* GetPhoneInfoById(int language, int id);
 /// Returns the phone of a name, the first row where two carry it (Mandarin "iou").
 ///
 /// An unknown name yields row 0 ("sil"); the Mandarin names "E" and "ng", which syllables use and
-/// no phone carries, yield null. An unregistered language is served as by GetPhoneInfoById.
+/// no phone carries, yield null. The row is valid until the shared library is unloaded. An
+/// unregistered language is served as by GetPhoneInfoById.
 PHONEME_EXPORT const PhoneInfo* GetPhoneInfoByDescription(int language, const std::string& name);
 
 /// Returns character `index` of a phone's feature string; NUL for a phone without one (all Chinese
@@ -234,7 +238,8 @@ PHONEME_EXPORT int LexiconModulePhoneTypeStr(const char* phone, int language);
 ///
 /// An entry that is there already is completed, not cleared. The rows and their phone pointers are
 /// shared with the library: call it before other threads use the library, and for an entry that is
-/// new or that it filled itself. The entry stays valid as long as `table`.
+/// new or that it filled itself. The entry stays valid as long as `table`, and no longer than until
+/// the shared library is unloaded.
 PHONEME_EXPORT void InitializeMandarinSet(std::map<int, SpMapping>& table);
 
 /// Fills the Cantonese entry, 10001, of `table`, as InitializeMandarinSet does: 95 phones, 619

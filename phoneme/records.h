@@ -22,7 +22,8 @@ inline constexpr std::int32_t PHONE_TYPE_SILENCE = 0;  ///< "sil", row 0 of ever
 inline constexpr std::int32_t PHONE_TYPE_INITIAL = 1;  ///< consonant; a Chinese initial
 inline constexpr std::int32_t PHONE_TYPE_FINAL = 2;    ///< vowel; a Chinese final
 
-/// One phone. Rows live in constant static tables, so a pointer to one is valid for ever.
+/// One phone. Rows are constant static data, so a pointer to one is valid until the shared library
+/// is unloaded.
 struct PhoneInfo {
   std::int32_t id;        ///< number within the language, equal to the row's index
   std::int32_t language;  ///< language id of the table
@@ -58,7 +59,7 @@ struct SpMapping {
 /// One syllable of output.
 struct SyllableInfo {
   std::int32_t language = 0;             ///< language of the syllable, after any fallback
-  std::vector<const PhoneInfo*> phones;  ///< in spoken order, never owned
+  std::vector<const PhoneInfo*> phones;  ///< in spoken order, not owned: static rows
   std::uint32_t code = 0;                ///< syllable code in the low 16 bits, 0 where not made
   std::int8_t tone = 0;                  ///< tone as `py2ph` folds it and `code2ph` reads it
   std::uint8_t raw_tone = 0;             ///< tone digit as `ph2ph` and `pr2ph` read it, unfolded
