@@ -18,6 +18,7 @@ namespace {
 using internal::Character;
 using internal::CharacterKind;
 using internal::ReadCharacter;
+using internal::SpellingTable;
 
 constexpr char kNoDigit = '\0';
 
@@ -29,10 +30,10 @@ bool ComesFirst(const A& a, const B& b) {
 }
 
 // Known syllables of a Chinese language, for suggestions.
-const std::vector<std::string>& SpellingsOf(int language) {
-  using internal::SyllableSpellings;
-  static const std::vector<std::string> mandarin = SyllableSpellings(sp::LANGUAGE_MANDARIN);
-  static const std::vector<std::string> cantonese = SyllableSpellings(sp::LANGUAGE_CANTONESE);
+const SpellingTable& SpellingsOf(int language) {
+  using internal::MakeSpellingTable;
+  static const SpellingTable mandarin = MakeSpellingTable(sp::LANGUAGE_MANDARIN);
+  static const SpellingTable cantonese = MakeSpellingTable(sp::LANGUAGE_CANTONESE);
   return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
 }
 
@@ -49,7 +50,7 @@ std::string SuggestSyllable(int language, std::string_view text) {
     if (character.tone != internal::kNoTone) digit = character.tone;
   }
   internal::NearestName nearest(letters);
-  for (const std::string& spelling : SpellingsOf(language)) nearest.Offer(spelling);
+  for (const internal::ShortText& known : SpellingsOf(language)) nearest.Offer(known.view());
   std::string suggestion(nearest.best());
   const auto tone = static_cast<unsigned>(digit - '0');
   if (!suggestion.empty() && digit != kNoDigit && internal::IsTone(language, tone)) {

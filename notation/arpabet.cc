@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "notation/bounded_vector.h"
 #include "notation/english_onsets.h"
 #include "notation/nearest_name.h"
 #include "phoneme/ascii.h"
@@ -65,7 +66,7 @@ bool IsValidUtf8(std::string_view text) {
 
 struct EnglishPhone {
   std::string_view name;
-  std::string upper;  // the name in upper case
+  internal::ShortText upper;  // the name in upper case
   bool is_vowel = false;
   internal::OnsetKey onset = 0;
 };
@@ -74,6 +75,8 @@ struct EnglishPhone {
 // time, so the names are read once.
 class EnglishPhones {
  public:
+  static constexpr std::size_t kMaxPhones = 64;
+
   static const EnglishPhones& Get() {
     static const EnglishPhones phones;
     return phones;
@@ -82,7 +85,7 @@ class EnglishPhones {
   EnglishPhones(const EnglishPhones&) = delete;
   EnglishPhones& operator=(const EnglishPhones&) = delete;
 
-  const std::vector<EnglishPhone>& All() const { return phones_; }
+  const internal::BoundedVector<EnglishPhone, kMaxPhones>& All() const { return phones_; }
 
   // The phone of a name in any case; null when there is none.
   const EnglishPhone* Find(std::string_view name) const {
@@ -102,8 +105,8 @@ class EnglishPhones {
       const std::string_view name = info->name;
       std::string upper(name);
       std::transform(upper.begin(), upper.end(), upper.begin(), SmallToUpper);
-      phones_.push_back(
-          {name, upper, info->type == sp::PHONE_TYPE_FINAL, internal::PhoneKey(name)});
+      phones_.push_back({name, internal::ShortText(upper), info->type == sp::PHONE_TYPE_FINAL,
+                         internal::PhoneKey(name)});
     }
     for (const EnglishPhone& phone : phones_) by_beginning_[SlotOf(phone.name)] = &phone;
   }
@@ -117,7 +120,7 @@ class EnglishPhones {
     return letter(0) * kLetters + letter(1);
   }
 
-  std::vector<EnglishPhone> phones_;
+  internal::BoundedVector<EnglishPhone, kMaxPhones> phones_;
   std::array<const EnglishPhone*, kLetters* kLetters> by_beginning_ = {};
 };
 
@@ -356,7 +359,7 @@ class PronunciationReader {
     const char stress = info->is_vowel ? waiting : kNoStress;
     if (!out_.text.empty()) writer_.Put(' ');
     const bool is_reduced = stress == '0' && name == kReduced;
-    writer_.Put(is_reduced ? kReducedInArpabet : info->upper, piece.offset);
+    writer_.Put(is_reduced ? kReducedInArpabet : info->upper.view(), piece.offset);
     if (stress == kNoStress) return waiting;
     writer_.Put(stress);
     return kNoStress;

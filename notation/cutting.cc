@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 #include <utility>
 
 #include "notation/syllable_table.h"
+#include "notation/syllable_tree.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
@@ -16,6 +16,7 @@ namespace qeo::notation {
 namespace {
 
 using internal::kMaxSyllableLength;
+using internal::SyllableTree;
 
 // Lengths of syllables: bit n stands for n letters.
 using Lengths = std::uint16_t;
@@ -25,75 +26,16 @@ constexpr bool Has(Lengths lengths, std::size_t length) {
   return (unsigned{lengths} >> length & 1U) != 0;
 }
 
-// The syllables of a language as a tree, one letter a branch.
-class SyllableTree {
- public:
-  explicit SyllableTree(int language) {
-    const std::vector<std::string> spellings = internal::SyllableSpellings(language);
-    for (std::size_t row = 0; row < spellings.size(); ++row) {
-      Add(spellings[row], static_cast<int>(row));
-    }
+// The lengths of the syllables at the front of a text.
+Lengths LengthsAt(const SyllableTree& tree, std::string_view text) {
+  unsigned lengths = 0;
+  std::size_t node = SyllableTree::kRoot;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    node = tree.Next(node, i == 0 ? ascii::ToSmall(text[i]) : text[i]);
+    if (node == SyllableTree::kRoot) break;
+    if (tree.RowAt(node) != SyllableTree::kNoRow) lengths |= 1U << (i + 1);
   }
-
-  std::size_t longest() const { return longest_; }
-
-  // The lengths of the syllables at the front of a text.
-  Lengths LengthsAt(std::string_view text) const {
-    unsigned lengths = 0;
-    std::size_t node = kRoot;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      node = Next(node, i == 0 ? ascii::ToSmall(text[i]) : text[i]);
-      if (node == kRoot) break;
-      if (nodes_[node].row != kNoRow) lengths |= 1U << (i + 1);
-    }
-    return static_cast<Lengths>(lengths);
-  }
-
-  int Row(std::string_view syllable) const {
-    std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
-    for (const char letter : syllable.substr(1)) node = Next(node, letter);
-    return nodes_[node].row;
-  }
-
- private:
-  static constexpr std::size_t kRoot = 0;
-  static constexpr int kNoRow = -1;
-
-  struct Node {
-    std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
-    int row = kNoRow;
-  };
-
-  static std::size_t Branch(char letter) { return static_cast<std::size_t>(letter - 'a'); }
-
-  std::size_t Next(std::size_t node, char letter) const {
-    return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
-  }
-
-  void Add(std::string_view spelling, int row) {
-    if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
-    std::size_t node = kRoot;
-    for (const char letter : spelling) {
-      if (Next(node, letter) == kRoot) {
-        nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
-        nodes_.emplace_back();
-      }
-      node = Next(node, letter);
-    }
-    nodes_[node].row = row;
-    longest_ = std::max(longest_, spelling.size());
-  }
-
-  std::vector<Node> nodes_ = std::vector<Node>(1);
-  std::size_t longest_ = 0;
-};
-
-const SyllableTree& TreeOf(int language) {
-  static const SyllableTree mandarin(sp::LANGUAGE_MANDARIN);
-  static const SyllableTree cantonese(sp::LANGUAGE_CANTONESE);
-  static const SyllableTree american_english(sp::LANGUAGE_AMERICAN_ENGLISH);
-  if (language == sp::LANGUAGE_CANTONESE) return cantonese;
-  return language == sp::LANGUAGE_AMERICAN_ENGLISH ? american_english : mandarin;
+  return static_cast<Lengths>(lengths);
 }
 
 // One text, and what is asked about it.
@@ -185,7 +127,7 @@ class Cutter {
 };
 
 void Cutter::LookAt(std::size_t begin) {
-  lengths_[begin] = tree_.LengthsAt(text_.substr(begin));
+  lengths_[begin] = LengthsAt(tree_, text_.substr(begin));
   const Rest& behind_letter = RestAt(begin + kLetterLeftOut);
   Rest best = {0, behind_letter.left_out + 1, behind_letter.syllables};
   for (std::size_t length = 1; Lengths(lengths_[begin] >> length) != 0; ++length) {
@@ -273,7 +215,7 @@ std::vector<CutSyllable> Cutter::Backward() const {
 }  // namespace
 
 Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts) {
-  const Cutter cutter(TreeOf(language), letters);
+  const Cutter cutter(SyllableTree::Of(language), letters);
   Cut cut;
   cut.covers = cutter.covers();
   cut.syllables = cutter.Best();
@@ -284,7 +226,7 @@ Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts) {
 }
 
 std::vector<CutSyllable> CutLetters(int language, std::string_view letters, Cutting cutting) {
-  const Cutter cutter(TreeOf(language), letters);
+  const Cutter cutter(SyllableTree::Of(language), letters);
   switch (cutting) {
     case Cutting::kWhole:
       return cutter.Best();

@@ -6,7 +6,8 @@
 ///
 /// Functions are pure and take any bytes; what cannot be placed is reported, not dropped. Any
 /// number of threads may call them at once. Nothing is thrown but the standard library's allocation
-/// exceptions.
+/// exceptions. Their tables are made at the first call and are never freed, so that a function may
+/// be called until the phone sets of phoneme are freed at exit, also by destructors.
 
 #include "notation/analysis.h"
 #include "notation/arpabet.h"

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "notation/apostrophe.h"
+#include "notation/bounded_vector.h"
 #include "notation/syllable_set.h"
 #include "notation/syllable_table.h"
 #include "phoneme/phoneme.h"
@@ -62,42 +63,48 @@ std::string WithMark(std::string_view spelling, std::string_view mark) {
   return Compose(text);
 }
 
+using internal::BoundedVector;
+using internal::kMaxRows;
+using internal::ShortText;
+
 struct MarkedSyllable {
-  std::array<std::string, kMarks.size()> by_tone;  // 1 to 5
+  std::array<ShortText, kMarks.size()> by_tone;  // 1 to 5
   bool takes_apostrophe = false;
 };
 
-std::vector<MarkedSyllable> MarkedSyllables() {
-  std::vector<MarkedSyllable> syllables;
+using MarkedSyllables = BoundedVector<MarkedSyllable, kMaxRows>;
+
+MarkedSyllables MakeMarkedSyllables() {
+  MarkedSyllables syllables;
   for (const std::string& spelling : internal::SyllableSpellings(sp::LANGUAGE_MANDARIN)) {
-    MarkedSyllable& syllable = syllables.emplace_back();
+    MarkedSyllable& syllable = syllables.push_back({});
     syllable.takes_apostrophe = internal::TakesApostrophe(internal::Pack(spelling));
     for (std::size_t i = 0; i < kMarks.size(); ++i) {
-      syllable.by_tone[i] = WithMark(spelling, kMarks[i]);
+      syllable.by_tone[i] = ShortText(WithMark(spelling, kMarks[i]));
     }
   }
   return syllables;
 }
 
 bool AppendMarked(unsigned code, Spacing spacing, std::string& text) {
-  static const std::vector<MarkedSyllable> syllables = MarkedSyllables();
+  static const MarkedSyllables syllables = MakeMarkedSyllables();
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
   if (row >= syllables.size() || !internal::IsTone(sp::LANGUAGE_MANDARIN, tone)) return false;
   if (!text.empty() && spacing == Spacing::kSpace) text += ' ';
   if (!text.empty() && spacing == Spacing::kWord && syllables[row].takes_apostrophe) text += '\'';
-  text += syllables[row].by_tone[tone - 1];
+  text += syllables[row].by_tone[tone - 1].view();
   return true;
 }
 
 bool AppendJyutping(unsigned code, Spacing spacing, std::string& text) {
-  using internal::SyllableSpellings;
-  static const std::vector<std::string> spellings = SyllableSpellings(sp::LANGUAGE_CANTONESE);
+  static const internal::SpellingTable spellings =
+      internal::MakeSpellingTable(sp::LANGUAGE_CANTONESE);
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
   if (row >= spellings.size() || !internal::IsTone(sp::LANGUAGE_CANTONESE, tone)) return false;
   if (!text.empty() && spacing == Spacing::kSpace) text += ' ';
-  text += spellings[row];
+  text += spellings[row].view();
   text += static_cast<char>('0' + tone);
   return true;
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "notation/bounded_vector.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {
@@ -16,6 +17,9 @@ inline constexpr int kTonesPerRow = 10;
 
 /// The letters of the longest syllable that a table has room for.
 inline constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
+
+/// Room for the rows of a syllable table.
+inline constexpr std::size_t kMaxRows = 640;
 
 /// Whether a tone is one of the language's, and not folded.
 inline bool IsTone(int language, unsigned tone) {
@@ -34,6 +38,17 @@ inline std::vector<std::string> SyllableSpellings(int language) {
     if (result != 0) return spellings;
     spellings.push_back(sp::code2py(language, short_code, false));
   }
+}
+
+/// The same without memory of its own, for tables that stay.
+using SpellingTable = BoundedVector<ShortText, kMaxRows>;
+
+inline SpellingTable MakeSpellingTable(int language) {
+  SpellingTable table;
+  for (const std::string& spelling : SyllableSpellings(language)) {
+    table.push_back(ShortText(spelling));
+  }
+  return table;
 }
 
 }  // namespace qeo::notation::internal

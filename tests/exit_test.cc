@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,18 +24,28 @@ constexpr int kRounds = 200;  // that a thread completes when exit has begun
   std::_Exit(EXIT_FAILURE);
 }
 
+// Every function that asks a phone set.
 bool ConvertsRight() {
   std::vector<unsigned short> codes;
+  std::vector<unsigned char> phone_ids;
   std::vector<SyllableInfo> syllables;
   std::vector<std::string> pieces;
+  SyllableInfo syllable;
   return py2code(LANGUAGE_MANDARIN, "ni3hao3", codes) == 0 &&
          codes == std::vector<unsigned short>{2243, 1173} &&
          py2ph(LANGUAGE_CANTONESE, "nei5hou2", syllables) == 0 &&
          PhoneNames(syllables.at(1)) == "h ou" &&
          pr2ph(LANGUAGE_AMERICAN_ENGLISH, "hh ax 0, l ow 1", syllables) == 0 &&
          PhoneNames(syllables.at(1)) == "l ow" &&
-         pyw2py(LANGUAGE_MANDARIN, "fangan", pieces, true) == 0 && pieces.at(0) == "gan" &&
-         code2py(LANGUAGE_CANTONESE, 6186, true) == "zyut6";
+         pr2ph(LANGUAGE_MANDARIN, "n i 3", phone_ids) == 0 &&
+         phone_ids == std::vector<unsigned char>{24, 35, 3} &&
+         ph2ph(LANGUAGE_MANDARIN, phone_ids, syllables) == 0 &&
+         PhoneNames(syllables.at(0)) == "n i" && code2ph(LANGUAGE_MANDARIN, 1173, syllable) == 0 &&
+         PhoneNames(syllable) == "h ao" && pyw2py(LANGUAGE_MANDARIN, "fangan", pieces, true) == 0 &&
+         pieces.at(0) == "gan" && code2py(LANGUAGE_CANTONESE, 6186, true) == "zyut6" &&
+         ToneAdaptation(LANGUAGE_CANTONESE, 8) == 1 &&
+         std::string(GetPhoneInfoById(LANGUAGE_AMERICAN_ENGLISH, 40)->name) == "zh" &&
+         GetPhoneInfoByDescription(LANGUAGE_CANTONESE, "ng")->type == PHONE_TYPE_INITIAL;
 }
 
 // What destructors may call at any time: it asks no phone set.
@@ -44,6 +55,17 @@ bool AnswersWithoutPhoneSets(const PhoneInfo* phone) {
          LexiconEnPhoneTypeStr("aa") != 0 &&
          LexiconModulePhoneTypeStr("ueng", LANGUAGE_MANDARIN) == 2 &&
          LanguageOfName("zh-HK") == LANGUAGE_CANTONESE && Languages().front().name == "mandarin";
+}
+
+// Not while another thread converts: these three write the rows' phones, as they are, once more.
+bool FillsTables() {
+  std::map<int, SpMapping> table;
+  InitializeMandarinSet(table);
+  InitializeCantoneseSet(table);
+  InitializeAmericanSet(table);
+  return table.at(LANGUAGE_MANDARIN).pinyin_map.at("hao")->id == 117 &&
+         table.at(LANGUAGE_CANTONESE).pinyin_count == 619 &&
+         table.at(LANGUAGE_AMERICAN_ENGLISH).phone_count == 41;
 }
 
 // Runs `ask` in a thread from its construction to its destruction and some rounds into that.
@@ -104,7 +126,18 @@ struct AfterThePhoneSets {
 #endif
 AfterThePhoneSets after_the_phone_sets;
 
-// It used the library when it was constructed, so the phone sets outlive it.
+// Both used the library when they were constructed, so the phone sets outlive them. The first is
+// destroyed last, when the thread of the other has ended.
+const struct Filler {
+  Filler() { Fill(); }
+  Filler(const Filler&) = delete;
+  Filler& operator=(const Filler&) = delete;
+  ~Filler() { Fill(); }
+
+  static void Fill() {
+    if (!FillsTables()) Fail("a table is filled wrong\n");
+  }
+} filling;
 const Asker converting(ConvertsRight);
 
 }  // namespace

@@ -8,10 +8,10 @@
 #include <cstddef>
 #include <fstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "notation/pinyin.h"
-#include "notation/spelling.h"
+#include "notation/notation.h"
 #include "phoneme/phoneme.h"
 #include "tests/sanitized.h"
 
@@ -57,7 +57,7 @@ void UsePhoneme() {
   EXPECT_EQ(codes, (std::vector<unsigned short>{4035, 2382}));
 }
 
-// The marks of all syllables and the set of all spellings are made at the first call, thus anew.
+// The tables are made at the first call, thus anew.
 void UseNotation() {
   const Loaded library(NOTATION_LIBRARY);
   const auto normalize = library.Find<decltype(notation::NormalizePinyin)>(
@@ -65,10 +65,28 @@ void UseNotation() {
   using FromCodes = notation::Spelling(const std::vector<unsigned short>&, notation::Spacing);
   const auto mark =
       library.Find<FromCodes>("_ZN3qeo8notation12MarkedPinyinERKSt6vectorItSaItEENS0_7SpacingE");
+  const auto to_jyutping =
+      library.Find<FromCodes>("_ZN3qeo8notation8JyutpingERKSt6vectorItSaItEENS0_7SpacingE");
+  const auto to_pronunciation = library.Find<decltype(notation::ArpabetToPronunciation)>(
+      "_ZN3qeo8notation22ArpabetToPronunciationESt17basic_string_viewIcSt11char_"
+      "traitsIcEENS0_7RuleSetE");
+  const auto analyze = library.Find<decltype(notation::Analyze)>(
+      "_ZN3qeo8notation7AnalyzeEiSt17basic_string_viewIcSt11char_"
+      "traitsIcEERKNS0_15AnalysisOptionsE");
   ASSERT_NE(normalize, nullptr);
   ASSERT_NE(mark, nullptr);
+  ASSERT_NE(to_jyutping, nullptr);
+  ASSERT_NE(to_pronunciation, nullptr);
+  ASSERT_NE(analyze, nullptr);
   EXPECT_EQ(normalize("nǐ hǎo", notation::kPinyinRules).text, "ni3 hao3");
   EXPECT_EQ(mark({2243, 1173}, notation::Spacing::kWord).text, "nǐhǎo");
+  EXPECT_EQ(to_jyutping({4035}, notation::Spacing::kWord).text, "nei5");
+  EXPECT_EQ(to_pronunciation("HH AH0", notation::kArpabetRules).text, "hh ax 0");
+  for (const auto& [language, text, suggestion] :
+       {std::tuple(sp::LANGUAGE_MANDARIN, "hoa3", "hao3"),
+        std::tuple(sp::LANGUAGE_CANTONESE, "juyt6", "jyut6")}) {
+    EXPECT_EQ(analyze(language, text, {}).problems.at(0).suggestion, suggestion);
+  }
 }
 
 // In bytes.

@@ -1,0 +1,44 @@
+// Grows the tree, syllable by syllable.
+
+#include "notation/syllable_tree.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "notation/syllable_table.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation::internal {
+
+const SyllableTree& SyllableTree::Of(int language) {
+  static const SyllableTree mandarin(sp::LANGUAGE_MANDARIN);
+  static const SyllableTree cantonese(sp::LANGUAGE_CANTONESE);
+  static const SyllableTree american_english(sp::LANGUAGE_AMERICAN_ENGLISH);
+  if (language == sp::LANGUAGE_CANTONESE) return cantonese;
+  return language == sp::LANGUAGE_AMERICAN_ENGLISH ? american_english : mandarin;
+}
+
+SyllableTree::SyllableTree(int language) {
+  nodes_.push_back({});
+  const std::vector<std::string> spellings = SyllableSpellings(language);
+  for (std::size_t row = 0; row < spellings.size(); ++row) {
+    Add(spellings[row], static_cast<int>(row));
+  }
+}
+
+void SyllableTree::Add(std::string_view spelling, int row) {
+  if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
+  std::size_t node = kRoot;
+  for (const char letter : spelling) {
+    if (Next(node, letter) == kRoot) {
+      nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
+      nodes_.push_back({});
+    }
+    node = Next(node, letter);
+  }
+  nodes_[node].row = static_cast<std::int16_t>(row);
+  longest_ = std::max(longest_, spelling.size());
+}
+
+}  // namespace qeo::notation::internal
