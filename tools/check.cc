@@ -7,12 +7,14 @@
 #include <optional>
 #include <string_view>
 
+#include "tools/encodings.h"
 #include "tools/files.h"
 #include "tools/findings.h"
 #include "tools/input.h"
 #include "tools/languages.h"
 #include "tools/lexicon_check.h"
 #include "tools/library_reading.h"
+#include "tools/messages.h"
 #include "tools/output.h"
 #include "tools/reader.h"
 
@@ -28,8 +30,9 @@ std::string WithoutKind(const Failure& failure) {
 
 class Checker {
  public:
-  explicit Checker(const CheckOptions& options)
+  Checker(const CheckOptions& options, FilesInUse& in_use)
       : options_(options),
+        in_use_(in_use),
         conversion_{options.language, options.from, Target::kPhones, options.reading},
         reader_(conversion_, false),
         findings_(options.is_json) {}
@@ -49,6 +52,7 @@ class Checker {
   void Fail(std::string_view problem);
 
   const CheckOptions& options_;
+  FilesInUse& in_use_;
   Conversion conversion_;
   Reader reader_;
   FindingWriter findings_;
@@ -62,15 +66,27 @@ ExitStatus Checker::Run() {
   if (!note.empty()) {
     AppendMessage(note, messages_.text());
   }
+  // All before the first is checked, so that nothing is written when one is refused. Each is looked
+  // at again once it is open: a name can lead to another file then.
+  for (const std::string& path : options_.files) {
+    in_use_.Read(InputName(path), path == "-" ? IdOf(STDIN_FILENO) : IdOf(path));
+  }
   for (const std::string& path : options_.files) {
     CheckFile(path);
   }
   findings_.Close();
+  if (findings_.error() == EPIPE) {
+    messages_.Flush();
+    return kReaderGone;
+  }
   if (findings_.error() != 0) {
     Fail(SystemProblem("cannot write the findings", findings_.error()));
   }
   messages_.Flush();
-  return has_failed_ || findings_.has_problems() ? kFailure : kSuccess;
+  if (has_failed_) {
+    return kUnfinished;
+  }
+  return findings_.has_problems() ? kFailure : kSuccess;
 }
 
 void Checker::CheckFile(const std::string& path) {
@@ -82,6 +98,7 @@ void Checker::CheckFile(const std::string& path) {
   if (!file.IsOpen()) {
     return Fail(SystemProblem("cannot read " + Quoted(path), errno));
   }
+  in_use_.Read(InputName(path), IdOf(file.descriptor()));
   CheckInput(file.descriptor(), path);
 }
 
@@ -94,6 +111,10 @@ void Checker::CheckInput(int file_descriptor, const std::string& path) {
   Block block;
   std::uint64_t line_count = 0;
   while (findings_.error() == 0 && reader.Next(block)) {
+    const std::string problem = line_count == 0 ? EncodingProblem(block.text) : "";
+    if (!problem.empty()) {
+      return Fail("cannot read " + InputName(path) + ": " + problem);
+    }
     line_count += block.line_count;
     CheckBlock(block);
     if (!reader.IsReady()) {
@@ -210,6 +231,8 @@ void Checker::Fail(std::string_view problem) {
 
 }  // namespace
 
-ExitStatus Check(const CheckOptions& options) { return Checker(options).Run(); }
+ExitStatus Check(const CheckOptions& options, FilesInUse& in_use) {
+  return Checker(options, in_use).Run();
+}
 
 }  // namespace qeo::tool

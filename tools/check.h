@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "tools/dictionary.h"
-#include "tools/messages.h"
+#include "tools/exit_status.h"
+#include "tools/files_in_use.h"
 #include "tools/notations.h"
 
 namespace qeo::tool {
@@ -22,8 +23,9 @@ struct CheckOptions {
   std::vector<std::string> files;  ///< "-" is standard input
 };
 
-/// Checks all files and returns the exit status: kSuccess when they are clean.
-ExitStatus Check(const CheckOptions& options);
+/// Checks all files and returns the exit status: kSuccess when they are clean. `in_use` are the
+/// files that are in use already; throws UsageError when one to check is written.
+ExitStatus Check(const CheckOptions& options, FilesInUse& in_use);
 
 }  // namespace qeo::tool
 

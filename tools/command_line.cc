@@ -8,6 +8,7 @@
 #include <optional>
 #include <utility>
 
+#include "tools/encodings.h"
 #include "tools/files.h"
 #include "tools/help.h"
 #include "tools/languages.h"
@@ -82,11 +83,7 @@ std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
 }
 
 // Reads a small file whole. Returns the errno of a failure, or 0.
-int ReadFile(const std::string& path, std::string& text) {
-  const File file = OpenFile(path, O_RDONLY);
-  if (!file.IsOpen()) {
-    return errno;
-  }
+int ReadFile(const File& file, std::string& text) {
   char buffer[4096];
   ssize_t count = 0;
   while ((count = ::read(file.descriptor(), buffer, sizeof buffer)) > 0) {
@@ -95,10 +92,20 @@ int ReadFile(const std::string& path, std::string& text) {
   return count < 0 ? errno : 0;
 }
 
-std::string ReadAliases(const std::string& path, notation::AliasTable& aliases) {
+std::string ReadAliases(const std::string& path, FilesInUse& in_use,
+                        notation::AliasTable& aliases) {
+  const std::string action = "cannot read the aliases in " + Quoted(path);
+  const File file = OpenFile(path, O_RDONLY);
+  if (!file.IsOpen()) {
+    return SystemProblem(action, errno);
+  }
+  in_use.Read("--aliases", IdOf(file.descriptor()));
   std::string text;
-  if (const int error = ReadFile(path, text); error != 0) {
-    return SystemProblem("cannot read the aliases in " + Quoted(path), error);
+  if (const int error = ReadFile(file, text); error != 0) {
+    return SystemProblem(action, error);
+  }
+  if (const std::string problem = EncodingProblem(text); !problem.empty()) {
+    return action + ": " + problem;
   }
   notation::ParsedAliases parsed = notation::AliasTable::Parse(text);
   if (!parsed.errors.empty()) {
@@ -204,12 +211,12 @@ std::string Understand(const Arguments& arguments, Reading& reading) {
   return problem;
 }
 
-std::string LoadAliases(const Arguments& arguments, Reading& reading) {
+std::string LoadAliases(const Arguments& arguments, FilesInUse& in_use, Reading& reading) {
   if (arguments.aliases.empty()) {
     return "";
   }
   reading.options.aliases = &reading.aliases;
-  return ReadAliases(arguments.aliases, reading.aliases);
+  return ReadAliases(arguments.aliases, in_use, reading.aliases);
 }
 
 std::string Understand(const Arguments& arguments, Layout& layout) {

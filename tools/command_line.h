@@ -9,6 +9,7 @@
 
 #include "notation/notation.h"
 #include "tools/dictionary.h"
+#include "tools/files_in_use.h"
 #include "tools/notations.h"
 
 namespace qeo::tool {
@@ -92,7 +93,8 @@ struct Reading {
 std::string Understand(const Arguments& arguments, Reading& reading);
 
 /// Loads the table of --aliases, if there is one, for `reading`. Returns what is wrong with it.
-std::string LoadAliases(const Arguments& arguments, Reading& reading);
+/// Throws UsageError when the file is written.
+std::string LoadAliases(const Arguments& arguments, FilesInUse& in_use, Reading& reading);
 
 /// Understands the options of AddLayout.
 std::string Understand(const Arguments& arguments, Layout& layout);

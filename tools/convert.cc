@@ -9,10 +9,13 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/destination.h"
+#include "tools/encodings.h"
 #include "tools/files.h"
 #include "tools/input.h"
 #include "tools/languages.h"
 #include "tools/line_converter.h"
+#include "tools/messages.h"
 #include "tools/output.h"
 #include "tools/progress.h"
 #include "tools/records.h"
@@ -23,33 +26,32 @@ namespace {
 
 class Job {
  public:
-  explicit Job(const ConvertOptions& options) : options_(options) {
-    if (options.output.empty()) {
-      results_.emplace(STDOUT_FILENO);
-    } else {
-      results_.emplace(options.output);
-    }
-    if (!options.rejects.empty()) {
-      rejects_.emplace(options.rejects);
-    }
-  }
+  explicit Job(const ConvertOptions& options) : options_(options) {}
 
-  ExitStatus Run();
+  ExitStatus Run(FilesInUse& files);
 
  private:
+  void Open(FilesInUse& files);
+  void OpenInput(FilesInUse& files);
+  void ConvertTexts();
   void ConvertArguments();
-  void ConvertFile();
-  void ConvertInput(int file_descriptor, const std::string& name);
+  void ConvertInput();
+  void ConvertBlocks(OrderedWorkers<Batch>& workers);
   std::unique_ptr<Batch> NewBatch();
   void WriteBatch(std::unique_ptr<Batch> batch);
   void CloseFiles();
   void Report(const Output& output, const char* action, const std::string& name);
   void Fail(std::string_view problem);
+  bool ReadsStandardInput() const { return options_.input.empty() || options_.input == "-"; }
   bool HasFailedToWrite() const {
     return results_->error() != 0 || (rejects_ && rejects_->error() != 0);
   }
+  bool HasReaderGone() const {
+    return results_->error() == EPIPE || (rejects_ && rejects_->error() == EPIPE);
+  }
 
   const ConvertOptions& options_;
+  File input_;
   std::optional<Output> results_;
   std::optional<Output> rejects_;
   Output messages_{STDERR_FILENO};
@@ -60,27 +62,79 @@ class Job {
   bool is_complete_ = true;  // all has been read, and what was written so far is written
 };
 
-ExitStatus Job::Run() {
+ExitStatus Job::Run(FilesInUse& files) {
   const Conversion& conversion = options_.conversion;
   const std::string note = FallbackNote(conversion.language, ServingLanguage(conversion));
   if (!note.empty()) {
     AppendMessage(note, messages_.text());
   }
-  if (conversion.to == Target::kTsv) {
-    AppendRowHeader(results_->text());
+  Open(files);
+  messages_.Flush();
+  if (!is_complete_) {
+    return status_;
   }
-  if (options_.texts.empty()) {
-    ConvertFile();
-  } else {
-    ConvertArguments();
-  }
+  ConvertTexts();
   messages_.Flush();
   CloseFiles();
+  if (HasReaderGone()) {
+    return kReaderGone;
+  }
   if (is_complete_ && options_.texts.empty() && !options_.is_quiet) {
     AppendMessage(Summary(totals_), messages_.text());
   }
   messages_.Flush();
   return status_;
+}
+
+// Where an output leads is looked up before any file is opened: /dev/fd/N is a descriptor that was
+// there when the tool was started.
+void Job::Open(FilesInUse& files) {
+  const Destination output = FindDestination(options_.output);
+  const Destination rejects = FindDestination(options_.rejects);
+  OpenInput(files);
+  if (!options_.output.empty()) {
+    files.Write("--output", output.Id(), output.IsStream());
+  }
+  if (!options_.rejects.empty()) {
+    files.Write("--rejects", rejects.Id());
+  }
+  if (!is_complete_) {
+    return;
+  }
+  if (options_.output.empty()) {
+    results_.emplace(STDOUT_FILENO);
+  } else {
+    results_.emplace(output);
+  }
+  if (!options_.rejects.empty()) {
+    rejects_.emplace(rejects);
+  }
+}
+
+void Job::OpenInput(FilesInUse& files) {
+  if (!options_.texts.empty()) {
+    return;
+  }
+  if (ReadsStandardInput()) {
+    input_ = File(STDIN_FILENO);
+    return files.Read("standard input", IdOf(STDIN_FILENO));
+  }
+  input_ = OpenFile(options_.input, O_RDONLY);
+  if (!input_.IsOpen()) {
+    return Fail(SystemProblem("cannot read " + Quoted(options_.input), errno));
+  }
+  files.Read("--input", IdOf(input_.descriptor()));
+}
+
+void Job::ConvertTexts() {
+  if (options_.conversion.to == Target::kTsv) {
+    AppendRowHeader(results_->text());
+  }
+  if (options_.texts.empty()) {
+    ConvertInput();
+  } else {
+    ConvertArguments();
+  }
 }
 
 void Job::ConvertArguments() {
@@ -89,22 +143,15 @@ void Job::ConvertArguments() {
   for (const std::string& text : options_.texts) {
     std::unique_ptr<Batch> batch = NewBatch();
     converter.ConvertLine(++number, {text, "\n"}, *batch);
+    if (!batch->totals.failed.empty() && IsRegularFile(text)) {
+      AppendMessage("note: " + Quoted(text) + " is a file; use --input to read it",
+                    batch->messages);
+    }
     WriteBatch(std::move(batch));
   }
 }
 
-void Job::ConvertFile() {
-  if (options_.input.empty()) {
-    return ConvertInput(STDIN_FILENO, "standard input");
-  }
-  const File file = OpenFile(options_.input, O_RDONLY);
-  if (!file.IsOpen()) {
-    return Fail(SystemProblem("cannot read " + Quoted(options_.input), errno));
-  }
-  ConvertInput(file.descriptor(), Quoted(options_.input));
-}
-
-void Job::ConvertInput(int file_descriptor, const std::string& name) {
+void Job::ConvertInput() {
   std::vector<LineConverter> converters;
   std::vector<OrderedWorkers<Batch>::Work> works;
   converters.reserve(options_.jobs);
@@ -112,17 +159,22 @@ void Job::ConvertInput(int file_descriptor, const std::string& name) {
     LineConverter& converter = converters.emplace_back(options_, "line");
     works.emplace_back([&converter](Batch& batch) { converter.ConvertBlock(batch); });
   }
-  std::optional<OrderedWorkers<Batch>> started;
+  std::optional<OrderedWorkers<Batch>> workers;
   try {
-    started.emplace(std::move(works));
+    workers.emplace(std::move(works));
   } catch (const std::system_error& error) {
     return Fail(SystemProblem("cannot start " + std::to_string(options_.jobs) + " threads",
                               error.code().value()));
   }
-  OrderedWorkers<Batch>& workers = *started;
-  progress_.emplace(!options_.is_quiet, BytesAhead(file_descriptor));
-  BlockReader reader(file_descriptor);
+  ConvertBlocks(*workers);
+}
+
+void Job::ConvertBlocks(OrderedWorkers<Batch>& workers) {
+  const bool is_screen_free = !results_->IsTerminal() && !(rejects_ && rejects_->IsTerminal());
+  progress_.emplace(!options_.is_quiet && is_screen_free, BytesAhead(input_.descriptor()));
+  BlockReader reader(input_.descriptor());
   std::uint64_t line_count = 0;
+  std::string problem;
   while (!HasFailedToWrite()) {
     // A program that waits for an answer before it writes more gets it.
     while (!workers.IsEmpty() && (workers.IsFull() || !reader.IsReady())) {
@@ -130,6 +182,10 @@ void Job::ConvertInput(int file_descriptor, const std::string& name) {
     }
     std::unique_ptr<Batch> batch = NewBatch();
     if (!reader.Next(batch->input)) {
+      break;
+    }
+    problem = line_count == 0 ? EncodingProblem(batch->input.text) : "";
+    if (!problem.empty()) {
       break;
     }
     line_count += batch->input.line_count;
@@ -141,7 +197,10 @@ void Job::ConvertInput(int file_descriptor, const std::string& name) {
   }
   progress_->Clear();
   if (reader.error() != 0) {
-    Fail(SystemProblem("cannot read " + name, reader.error()));
+    problem = std::generic_category().message(reader.error());
+  }
+  if (!problem.empty()) {
+    Fail("cannot read " + InputName(ReadsStandardInput() ? "-" : options_.input) + ": " + problem);
   }
 }
 
@@ -175,17 +234,14 @@ void Job::WriteBatch(std::unique_ptr<Batch> batch) {
   spare_batches_.push_back(std::move(batch));
 }
 
-// Closes all files and gives them their names: a file of which a part is missing gets none.
+// Closes all files and gives them their names. When a part of one is missing none gets its name.
 void Job::CloseFiles() {
   results_->Close();
   if (rejects_) {
     rejects_->Close();
   }
   if (is_complete_ && !HasFailedToWrite()) {
-    results_->GiveName();
-    if (rejects_) {
-      rejects_->GiveName();
-    }
+    PutInPlace(rejects_ ? std::vector{&*results_, &*rejects_} : std::vector{&*results_});
   }
   Report(*results_, "cannot write the results", options_.output);
   if (rejects_) {
@@ -194,7 +250,7 @@ void Job::CloseFiles() {
 }
 
 void Job::Report(const Output& output, const char* action, const std::string& name) {
-  if (output.error() != 0) {
+  if (output.error() != 0 && output.error() != EPIPE) {
     Fail(SystemProblem(name.empty() ? action : std::string(action) + " to " + Quoted(name),
                        output.error()));
   }
@@ -204,11 +260,13 @@ void Job::Report(const Output& output, const char* action, const std::string& na
 void Job::Fail(std::string_view problem) {
   is_complete_ = false;
   AppendMessage(problem, messages_.text());
-  status_ = kFailure;
+  status_ = kUnfinished;
 }
 
 }  // namespace
 
-ExitStatus Convert(const ConvertOptions& options) { return Job(options).Run(); }
+ExitStatus Convert(const ConvertOptions& options, FilesInUse& files) {
+  return Job(options).Run(files);
+}
 
 }  // namespace qeo::tool

@@ -8,7 +8,8 @@
 #include <vector>
 
 #include "tools/dictionary.h"
-#include "tools/messages.h"
+#include "tools/exit_status.h"
+#include "tools/files_in_use.h"
 #include "tools/notations.h"
 
 namespace qeo::tool {
@@ -17,7 +18,7 @@ struct ConvertOptions {
   Conversion conversion;
   Layout layout;
   std::vector<std::string> texts;  ///< when empty, the lines of `input`
-  std::string input;               ///< a file, or empty for standard input
+  std::string input;               ///< a file, or empty or "-" for standard input
   std::string output;              ///< a file, or empty for standard output
   std::string rejects;             ///< a file for the lines that fail, or empty
   std::size_t jobs = 1;            ///< threads that convert
@@ -25,8 +26,9 @@ struct ConvertOptions {
 };
 
 /// Converts all texts, which `options.conversion` must allow (ConversionProblem), and returns the
-/// exit status. What fails is told on standard error.
-ExitStatus Convert(const ConvertOptions& options);
+/// exit status. What fails is reported on standard error. `files` are those that are in use
+/// already; throws UsageError when a file is among them.
+ExitStatus Convert(const ConvertOptions& options, FilesInUse& files);
 
 }  // namespace qeo::tool
 

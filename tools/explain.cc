@@ -93,6 +93,8 @@ class Explanation {
     AppendWithoutRules(out);
   }
 
+  bool HasProblems() const { return !analysis_.problems.empty(); }
+
  private:
   bool HasSyllableTable() const { return tables_.pinyin_count != 0; }
   Row Placed(notation::Range range, std::size_t cells, Row facts) const;
@@ -302,9 +304,11 @@ std::string Explanation::Notation(const Records& records) const {
 
 }  // namespace
 
-void AppendExplanation(int language, const std::string& text,
+bool AppendExplanation(int language, const std::string& text,
                        const notation::AnalysisOptions& options, std::string& out) {
-  Explanation(language, text, options).Append(out);
+  const Explanation explanation(language, text, options);
+  explanation.Append(out);
+  return !explanation.HasProblems();
 }
 
 }  // namespace qeo::tool

@@ -14,8 +14,9 @@ namespace qeo::tool {
 /// without any rule. `language` is a registered one.
 ///
 /// The text may be any bytes. The lines are UTF-8 without control characters, at most 80 cells of
-/// a terminal wide, and long lists are cut short ("... and 7 more").
-void AppendExplanation(int language, const std::string& text,
+/// a terminal wide, and long lists are cut short ("... and 7 more"). Returns false when the text
+/// has a problem.
+bool AppendExplanation(int language, const std::string& text,
                        const notation::AnalysisOptions& options, std::string& out);
 
 }  // namespace qeo::tool

@@ -50,7 +50,7 @@ inline constexpr char kFooter[] = R"(Examples:
   hh ax 0, l ow 1
 
 'phoneme COMMAND --help' explains a command.
-Exit status: 0, 1 when a text failed or could not be read or written, 2 for bad usage.)";
+Exit status: 0, 1 when a text failed, 2 for bad usage, 3 when the work could not be finished.)";
 
 inline constexpr char kConvertFooter[] =
     R"(What people write is read by rules, each of which can be switched; a text that they cannot place
@@ -97,8 +97,9 @@ Examples:
 With lines and tsv every line gives one line; one that fails gives an empty result. In tsv the
 result is a new last field, and lines that begin with "# " are passed on. cedict, cmudict and kaldi
 give "WORD RESULT", without the entries that fail, comments and variant numbers.
-What fails is told on standard error and makes the exit status 1. A line has 1048576 bytes at the
-most. CRLF line ends are kept, a byte order mark is not.
+What fails is reported on standard error and makes the exit status 1. When reading, writing, memory or
+threads fail it is 3, and the files of --output and --rejects stay as they were. A line has at most
+1048576 bytes. CRLF line ends are kept, a byte order mark is not.
 --strict drops without a word what the library drops: letters behind the last syllable that it knows
 ("hello" is "he"), phones behind the last closing byte of ids.
 A language id that the library does not know is served by another language; a note says which.
@@ -107,7 +108,7 @@ A text that begins with "-" goes behind "--".)";
 inline constexpr char kCheckFooter[] =
     R"(Prints a line for everything that convert would not place, in the form that editors read:
 FILE:LINE:COLUMN: KIND: MESSAGE. Columns count bytes from 1. Exit status: 0 when all is clean, 1
-when something was found or could not be read, 2 for bad usage.
+when a problem was found, 2 for bad usage, 3 when the check could not be finished.
 
 Examples:
   $ printf 'ni3hao3\nwo3 hoa3\nPK san1\n' >text; phoneme check -l mandarin text

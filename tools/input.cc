@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "tools/waiting.h"
+
 namespace qeo::tool {
 namespace {
 
@@ -113,14 +115,26 @@ bool BlockReader::TakePart(Block& block) {
   return !block.text.empty();
 }
 
+// Reads what there is, and waits for it.
+ssize_t BlockReader::Read(char* bytes) const {
+  while (true) {
+    const ssize_t count = ::read(file_descriptor_, bytes, limits_.bytes_a_read);
+    if (count >= 0) {
+      return count;
+    }
+    if (WouldWait(errno)) {
+      WaitFor(file_descriptor_, POLLIN);
+    } else if (errno != EINTR) {
+      return count;
+    }
+  }
+}
+
 // Appends what one read gives. Returns false when there is no more.
 bool BlockReader::Fill(std::string& text) {
   const std::size_t size = text.size();
   text.resize(size + limits_.bytes_a_read);
-  ssize_t count = -1;
-  do {
-    count = ::read(file_descriptor_, text.data() + size, limits_.bytes_a_read);
-  } while (count < 0 && errno == EINTR);
+  const ssize_t count = Read(text.data() + size);
   if (count < 0) {
     error_ = errno;
   }

@@ -3,6 +3,8 @@
 
 /// Input as blocks of whole lines, in constant memory. Lines are bytes of any value.
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -61,6 +63,7 @@ class BlockReader {
   bool TakeLines(Block& block);
   bool TakePart(Block& block);
   bool Fill(std::string& text);
+  ssize_t Read(char* bytes) const;
 
   int file_descriptor_;
   ReadLimits limits_;

@@ -4,22 +4,23 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <exception>
-#include <filesystem>
 #include <new>
 #include <optional>
 #include <string>
-#include <system_error>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 #include "tools/check.h"
 #include "tools/command_line.h"
 #include "tools/convert.h"
+#include "tools/exit_status.h"
 #include "tools/explain.h"
+#include "tools/files.h"
+#include "tools/files_in_use.h"
 #include "tools/help.h"
 #include "tools/inventory.h"
 #include "tools/languages.h"
@@ -60,7 +61,8 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
   AddSource(command, arguments);
   AddRules(command, arguments);
   AddLayout(command, arguments);
-  AddText(command, "-i,--input", arguments.input, "FILE", "read lines from FILE");
+  AddText(command, "-i,--input", arguments.input, "FILE",
+          "read lines from FILE; \"-\" is standard input");
   AddText(command, "-o,--output", arguments.output, "FILE", kOutputHelp);
   AddText(command, "--rejects", arguments.rejects, "FILE", kRejectsHelp);
   AddText(command, "-j,--jobs", arguments.jobs, "N", "convert with N threads").check(JobsProblem);
@@ -113,18 +115,26 @@ ExitStatus PrintResult(const std::string& text) {
   Output results(STDOUT_FILENO);
   results.text() = text;
   results.Close();
+  if (results.error() == EPIPE) {
+    return kReaderGone;
+  }
   if (results.error() != 0) {
-    return PrintMessage(SystemProblem("cannot write the results", results.error()), kFailure);
+    return PrintMessage(SystemProblem("cannot write the results", results.error()), kUnfinished);
   }
   return kSuccess;
 }
 
-ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
+// A problem that is ready for a terminal, and where to read more.
+ExitStatus BadUsage(const CLI::App& app, const UsageError& error) {
   std::string command = "phoneme";
   for (const CLI::App* subcommand : app.get_subcommands()) {
     command += ' ' + subcommand->get_name();
   }
-  return PrintMessage(Escaped(problem) + " (see " + command + " --help)", kBadUsage);
+  return PrintMessage(error.what() + (" (see " + command) + " --help)", kBadUsage);
+}
+
+ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
+  return BadUsage(app, UsageError(Escaped(problem)));
 }
 
 // Help goes before any other complaint, and a first word that is no command is named.
@@ -147,53 +157,11 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   return BadUsage(app, error.what());
 }
 
-// Whether two names lead to the same file, which need not exist yet. What is written to a pipe or a
-// device takes nothing away.
-bool IsSameFile(const std::string& a, const std::string& b) {
-  if (a.empty() || b.empty()) {
-    return false;
-  }
-  std::error_code error;  // then the name stands as it is
-  if (std::filesystem::exists(b, error) && !std::filesystem::is_regular_file(b, error)) {
-    return false;
-  }
-  const auto resolved = [&error](const std::string& name) {
-    const std::filesystem::path path = std::filesystem::absolute(name, error);
-    return std::filesystem::weakly_canonical(path, error);
-  };
-  return resolved(a) == resolved(b) || std::filesystem::equivalent(a, b, error);
-}
-
-// Which file that is written is also read, or written twice; none is an empty text.
-std::string SameFileProblem(const Arguments& arguments, bool reads_standard_input) {
-  const std::string standard_input = reads_standard_input ? "/dev/stdin" : "";
-  const std::array<std::pair<std::string, const std::string&>, 5> files = {
-      {{"standard input", standard_input},
-       {"--input", arguments.input},
-       {"--aliases", arguments.aliases},
-       {"--output", arguments.output},
-       {"--rejects", arguments.rejects}}};
-  constexpr std::size_t kFirstWritten = 3;
-  for (std::size_t i = kFirstWritten; i < files.size(); ++i) {
-    for (std::size_t other = 0; other < i; ++other) {
-      if (IsSameFile(files[other].second, files[i].second)) {
-        return files[other].first + " and " + files[i].first + " are the same file";
-      }
-    }
-  }
-  return "";
-}
-
-// What is wrong with the texts and files of a conversion taken together.
-std::string FilesProblem(const Arguments& arguments, const std::vector<std::string>& texts,
+// What is wrong with the texts of a conversion and its other options taken together.
+std::string TextsProblem(const Arguments& arguments, const std::vector<std::string>& texts,
                          const Layout& layout) {
   if (!texts.empty() && !arguments.input.empty()) {
     return "texts and --input do not go together";
-  }
-  const bool reads_standard_input = texts.empty() && arguments.input.empty();
-  std::string problem = SameFileProblem(arguments, reads_standard_input);
-  if (!problem.empty()) {
-    return problem;
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
     return text.find('\n') != std::string::npos;
@@ -218,23 +186,24 @@ ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
     problem = ConversionProblem(options.conversion);
   }
   if (problem.empty()) {
-    problem = FilesProblem(arguments, texts, options.layout);
+    problem = TextsProblem(arguments, texts, options.layout);
   }
   if (!problem.empty()) {
     return BadUsage(app, problem);
   }
-  problem = LoadAliases(arguments, reading);
+  FilesInUse in_use;
+  problem = LoadAliases(arguments, in_use, reading);
   if (!problem.empty()) {
-    return PrintMessage(problem, kFailure);
+    return PrintMessage(problem, kUnfinished);
   }
   options.conversion.reading = reading.options;
   options.texts = texts;
   options.input = arguments.input;
-  options.output = arguments.output;
+  options.output = arguments.output == "-" ? "" : arguments.output;
   options.rejects = arguments.rejects;
   options.jobs = ParseNumber<std::size_t>(arguments.jobs).value_or(1);
   options.is_quiet = arguments.is_quiet;
-  return Convert(options);
+  return Convert(options, in_use);
 }
 
 ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
@@ -255,9 +224,10 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
   if (!problem.empty()) {
     return BadUsage(app, problem);
   }
-  problem = LoadAliases(arguments, reading);
+  FilesInUse in_use;
+  problem = LoadAliases(arguments, in_use, reading);
   if (!problem.empty()) {
-    return PrintMessage(problem, kFailure);
+    return PrintMessage(problem, kUnfinished);
   }
   options.language = reading.language;
   options.from = reading.from;
@@ -265,7 +235,7 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
   options.is_lexicon = arguments.is_lexicon;
   options.is_json = arguments.is_json;
   options.files = files;
-  return Check(options);
+  return Check(options, in_use);
 }
 
 ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
@@ -277,12 +247,17 @@ ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
   if (!problem.empty()) {
     return BadUsage(app, problem);
   }
-  problem = LoadAliases(arguments, reading);
+  FilesInUse in_use;
+  problem = LoadAliases(arguments, in_use, reading);
   if (!problem.empty()) {
-    return PrintMessage(problem, kFailure);
+    return PrintMessage(problem, kUnfinished);
   }
   std::string explanation;
-  AppendExplanation(reading.language, arguments.input, reading.options, explanation);
+  const bool is_read =
+      AppendExplanation(reading.language, arguments.input, reading.options, explanation);
+  if (!is_read && IsRegularFile(arguments.input)) {
+    PrintMessage("note: " + Quoted(arguments.input) + " is a file; use check to read it", kSuccess);
+  }
   return PrintResult(explanation);
 }
 
@@ -336,30 +311,57 @@ ExitStatus Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return BadCommandLine(app, error);
   }
-  if (convert.parsed()) {
-    return RunConvert(app, arguments, convert.get_option("TEXT")->results());
+  try {
+    if (convert.parsed()) {
+      return RunConvert(app, arguments, convert.get_option("TEXT")->results());
+    }
+    if (check.parsed()) {
+      return RunCheck(app, arguments, check.get_option("FILE")->results());
+    }
+    if (explain.parsed()) {
+      return RunExplain(app, arguments);
+    }
+    return phones.parsed() ? RunPhones(arguments) : RunSyllables(app, arguments);
+  } catch (const UsageError& error) {
+    return BadUsage(app, error);
   }
-  if (check.parsed()) {
-    return RunCheck(app, arguments, check.get_option("FILE")->results());
+}
+
+// Takes no memory: there may be none.
+ExitStatus PrintFailure(std::string_view what) {
+  Output messages(STDERR_FILENO);
+  for (const std::string_view part :
+       {std::string_view("phoneme: "), what, std::string_view("\n")}) {
+    messages.Write(part);
   }
-  if (explain.parsed()) {
-    return RunExplain(app, arguments);
+  return kUnfinished;
+}
+
+// Runs the tool, of which nothing is left open or unfinished afterwards.
+ExitStatus RunToTheEnd(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    return PrintFailure("out of memory");
+  } catch (const std::exception& error) {
+    return PrintFailure(error.what());
   }
-  return phones.parsed() ? RunPhones(arguments) : RunSyllables(app, arguments);
 }
 
 }  // namespace
 }  // namespace qeo::tool
 
 int main(int argc, char** argv) {
-  // A reader that has gone and a full disk are told like any other failure to write.
-  std::signal(SIGPIPE, SIG_IGN);
+  // A reader that has gone and a full disk are errors of write(2), after which files are removed.
+  const bool ignores_pipe = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
   std::signal(SIGXFSZ, SIG_IGN);
-  try {
-    return qeo::tool::Run(argc, argv);
-  } catch (const std::bad_alloc&) {
-    return qeo::tool::PrintMessage("out of memory", qeo::tool::kFailure);
-  } catch (const std::exception& error) {
-    return qeo::tool::PrintMessage(error.what(), qeo::tool::kFailure);
+  const qeo::tool::ExitStatus status = qeo::tool::RunToTheEnd(argc, argv);
+  if (status != qeo::tool::kReaderGone) {
+    return status;
   }
+  if (!ignores_pipe) {
+    std::signal(SIGPIPE, SIG_DFL);
+    std::raise(SIGPIPE);
+  }
+  return qeo::tool::kUnfinished;
 }

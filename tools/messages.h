@@ -10,9 +10,6 @@
 
 namespace qeo::tool {
 
-/// The exit statuses of the tool.
-enum ExitStatus { kSuccess = 0, kFailure = 1, kBadUsage = 2 };
-
 /// Returns `text` as a terminal can show it, on one line: as ReadGlyph shows each of its glyphs,
 /// and a backslash as two.
 std::string Escaped(std::string_view text);

@@ -4,146 +4,46 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <atomic>
+#include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <csignal>
 #include <cstddef>
-#include <cstdio>
-#include <cstdlib>
 
-#include "tools/files.h"
+#include "tools/waiting.h"
 
 namespace qeo::tool {
 namespace {
 
 constexpr std::size_t kLargeBytes = std::size_t{1} << 17;
-constexpr mode_t kNewFileMode = 0666;  // less what the user's umask takes away
-
-// A file that is not finished, for a signal handler: the name counts while `is_set`.
-struct UnfinishedFile {
-  std::array<char, PATH_MAX> name = {};
-  volatile std::sig_atomic_t is_set = 0;
-};
-std::array<UnfinishedFile, 2> unfinished_files = {};
-
-extern "C" void RemoveUnfinishedFiles(int signal) {
-  for (const UnfinishedFile& file : unfinished_files) {
-    if (file.is_set != 0) {
-      ::unlink(file.name.data());
-    }
-  }
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
-}
-
-// Leaves a signal that is ignored, as under nohup, ignored.
-void HandleSignal(int signal) {
-  struct sigaction action = {};
-  if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
-    action.sa_handler = RemoveUnfinishedFiles;
-    ::sigaction(signal, &action, nullptr);
-  }
-}
-
-void RemoveWhenKilled(const std::string& name) {
-  for (UnfinishedFile& file : unfinished_files) {
-    if (file.is_set != 0 || name.size() >= file.name.size()) {
-      continue;
-    }
-    file.name.fill('\0');
-    name.copy(file.name.data(), name.size());
-    std::atomic_signal_fence(std::memory_order_release);
-    file.is_set = 1;
-    break;
-  }
-  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
-    HandleSignal(signal);
-  }
-}
-
-void KeepWhenKilled(const std::string& name) {
-  for (UnfinishedFile& file : unfinished_files) {
-    if (file.is_set != 0 && file.name.data() == name) {
-      file.is_set = 0;
-    }
-  }
-}
-
-// The mode of a file that is replaced, or of a new one.
-mode_t ModeOf(const std::string& path) {
-  struct stat status = {};
-  if (::stat(path.c_str(), &status) == 0) {
-    return status.st_mode & 0777;
-  }
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return kNewFileMode & ~mask;
-}
 
 bool IsSpecialFile(const std::string& path) {
   struct stat status = {};
   return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-bool IsLink(const std::string& path) {
+// Where a regular file ends, if that is where it is being written; else -1. Another program may
+// write to the same file.
+off_t EndOfFile(int file_descriptor) {
+  const off_t end = ::lseek(file_descriptor, 0, SEEK_CUR);
   struct stat status = {};
-  return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
-}
-
-// The file that a name leads to, so that a link is kept and its file replaced; or an empty text
-// with errno set.
-std::string ResolveLinks(const std::string& path) {
-  if (!IsLink(path)) {
-    return path;
-  }
-  char* const resolved = ::realpath(path.c_str(), nullptr);
-  if (resolved == nullptr) {
-    return "";
-  }
-  std::string target = resolved;
-  std::free(resolved);  // NOLINT(cppcoreguidelines-no-malloc): realpath allocates so
-  return target;
+  const bool is_end =
+      ::fstat(file_descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size == end;
+  return is_end ? end : -1;
 }
 
 }  // namespace
 
-Output::Output(const std::string& path) {
-  if (IsSpecialFile(path)) {
-    file_ = OpenFile(path, O_WRONLY);
+Output::Output(const Destination& destination) {
+  if (destination.error != 0) {
+    errno = destination.error;
+  } else if (destination.descriptor >= 0) {
+    file_ = File(::fcntl(destination.descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  } else if (IsSpecialFile(destination.path)) {
+    file_ = OpenFile(destination.path, O_WRONLY);
   } else {
-    OpenBeside(ResolveLinks(path));
+    file_ = replacement_.emplace(destination.path).Create();
   }
   if (!file_.IsOpen()) {
     Fail(errno);
-  }
-}
-
-void Output::OpenBeside(const std::string& path) {
-  if (path.empty()) {
-    return;
-  }
-  temporary_ = path.substr(0, path.rfind('/') + 1) + ".phoneme-XXXXXX";
-  const int created = ::mkostemp(temporary_.data(), O_CLOEXEC);
-  if (created < 0) {
-    return;
-  }
-  path_ = path;  // from here on the destructor removes the file
-  file_ = MoveBeyondStandard(created);
-  if (!file_.IsOpen()) {
-    return;
-  }
-  RemoveWhenKilled(temporary_);
-  if (::fchmod(file_.descriptor(), ModeOf(path)) != 0) {
-    Fail(errno);
-  }
-}
-
-Output::~Output() {
-  if (!path_.empty()) {
-    ::unlink(temporary_.c_str());
-    KeepWhenKilled(temporary_);
   }
 }
 
@@ -163,6 +63,8 @@ void Output::Send(std::string_view lines) {
     const ssize_t count = ::write(file_.descriptor(), rest.data(), rest.size());
     if (count >= 0) {
       rest.remove_prefix(static_cast<std::size_t>(count));
+    } else if (WouldWait(errno)) {
+      WaitFor(file_.descriptor(), POLLOUT);
     } else if (errno != EINTR) {
       Fail(errno);
       TakeBackPartOfLine(lines.substr(0, lines.size() - rest.size()));
@@ -170,41 +72,54 @@ void Output::Send(std::string_view lines) {
   }
 }
 
+// What another stream on the same file writes next follows the last whole line.
 void Output::TakeBackPartOfLine(std::string_view written) {
   const std::size_t part = written.size() - (written.rfind('\n') + 1);
-  const off_t end = ::lseek(file_.descriptor(), 0, SEEK_CUR);
-  struct stat status = {};
-  const bool is_file = ::fstat(file_.descriptor(), &status) == 0 && S_ISREG(status.st_mode);
-  if (part > 0 && end >= 0 && is_file) {
+  const off_t end = EndOfFile(file_.descriptor());
+  if (part > 0 && end >= 0) {
+    const off_t whole = end - static_cast<off_t>(part);
     // Nothing can be done about a failure: the first one is being reported already.
-    static_cast<void>(::ftruncate(file_.descriptor(), end - static_cast<off_t>(part)) == 0);
+    static_cast<void>(::ftruncate(file_.descriptor(), whole) == 0 &&
+                      ::lseek(file_.descriptor(), whole, SEEK_SET) == whole);
   }
 }
 
 bool Output::IsLarge() const { return text_.size() >= kLargeBytes; }
 
+bool Output::IsTerminal() const { return ::isatty(file_.descriptor()) == 1; }
+
 void Output::Close() {
   Flush();
+  if (replacement_ && error_ == 0 && ::fsync(file_.descriptor()) != 0) {
+    Fail(errno);
+  }
   if (const int error = file_.Close(); error != 0) {
     Fail(error);
   }
-}
-
-void Output::GiveName() {
-  if (path_.empty() || error_ != 0) {
-    return;
-  }
-  if (std::rename(temporary_.c_str(), path_.c_str()) != 0) {
-    return Fail(errno);
-  }
-  KeepWhenKilled(temporary_);
-  path_.clear();
 }
 
 void Output::Fail(int error) {
   if (error_ == 0) {
     error_ = error;
   }
+}
+
+void PutInPlace(const std::vector<Output*>& outputs) {
+  std::vector<Replacement*> placed;
+  placed.reserve(outputs.size());
+  const SignalsHeld held;
+  for (Output* const output : outputs) {
+    if (!output->replacement_) {
+      continue;
+    }
+    if (!output->replacement_->Exchange()) {
+      output->Fail(errno);
+      std::for_each(placed.begin(), placed.end(), [](Replacement* file) { file->Undo(); });
+      return;
+    }
+    placed.push_back(&*output->replacement_);
+  }
+  std::for_each(placed.begin(), placed.end(), [](Replacement* file) { file->SyncDirectory(); });
 }
 
 }  // namespace qeo::tool

@@ -3,26 +3,27 @@
 
 /// Text out, to a file descriptor or a file, of which a reader sees whole lines.
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "tools/destination.h"
 #include "tools/files.h"
+#include "tools/replacement.h"
 
 namespace qeo::tool {
 
 /// Where text is written. A failure is remembered, and nothing is written after it.
 class Output {
  public:
-  /// Writes to an open file descriptor.
+  /// Writes to an open file descriptor. The destructor leaves a standard one open.
   explicit Output(int file_descriptor) : file_(file_descriptor) {}
 
-  /// Writes to a file that gets its name, in place of an older one, from GiveName alone; until then
-  /// it has another one in the same directory, which goes when it is not finished, or SIGHUP,
-  /// SIGINT or SIGTERM ends the process. What is no regular file, a pipe or a device, is
-  /// written to as it is.
-  explicit Output(const std::string& path);
+  /// Writes to a descriptor of this process, a pipe or a device as it is. A regular file gets its
+  /// name, in place of an older one, from PutInPlace alone.
+  explicit Output(const Destination& destination);
 
-  ~Output();
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
@@ -32,6 +33,8 @@ class Output {
   /// Tells whether enough text waits that it should be written.
   bool IsLarge() const;
 
+  bool IsTerminal() const;
+
   /// Writes the waiting text, then whole lines that need not wait.
   void Write(std::string_view lines);
 
@@ -39,27 +42,30 @@ class Output {
   /// took is taken back from a regular file. After a failed write all text is dropped.
   void Flush();
 
-  /// Flushes and closes, which can be the moment that a file system reports an error.
+  /// Flushes and closes, which can be the moment that a file system reports an error. A file that
+  /// waits for its name is on the disk then.
   void Close();
-
-  /// Gives a closed file its name, unless something has failed.
-  void GiveName();
 
   /// The errno of what failed first, 0 when nothing has.
   int error() const { return error_; }
 
  private:
+  friend void PutInPlace(const std::vector<Output*>& outputs);
+
   void Send(std::string_view lines);
   void Fail(int error);
-  void OpenBeside(const std::string& path);
   void TakeBackPartOfLine(std::string_view written);
 
+  std::optional<Replacement> replacement_;
   File file_;
   int error_ = 0;
   std::string text_;
-  std::string path_;       // to be given at the end, empty when there is none
-  std::string temporary_;  // what the file is called until then
 };
+
+/// Gives closed files their names: all, or none when one cannot have it, whose error() is set then.
+/// Only what ends the process between two of them and cannot be held back, SIGKILL or a power
+/// failure, leaves one without the other.
+void PutInPlace(const std::vector<Output*>& outputs);
 
 }  // namespace qeo::tool
 

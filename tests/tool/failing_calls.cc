@@ -1,0 +1,162 @@
+// A library for LD_PRELOAD that makes calls of the C library fail, come up short, or be interrupted
+// by a signal, at a moment that no other means hits. FAIL says which, as "CALL NUMBER WHAT", with a
+// comma between two of them:
+//
+//   FAIL="close 1 EIO"             the first call of close fails
+//   FAIL="write * short"           each call of write takes one byte
+//   FAIL="mkostemp 1 SIGTERM"      the signal comes right after the first call of mkostemp
+//   FAIL="clock_gettime * second"  a second passes from one look at the clock to the next
+
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
+#include <cstdlib>
+#include <ctime>
+#include <sstream>
+#include <string>
+
+namespace {
+
+struct Named {
+  const char* name;
+  int number;
+};
+
+constexpr Named kErrors[] = {{"EACCES", EACCES}, {"EAGAIN", EAGAIN}, {"EINTR", EINTR},
+                             {"EINVAL", EINVAL}, {"EIO", EIO},       {"ENOSPC", ENOSPC},
+                             {"EPERM", EPERM},   {"EPIPE", EPIPE},   {"EROFS", EROFS}};
+constexpr Named kSignals[] = {{"SIGHUP", SIGHUP},   {"SIGINT", SIGINT},   {"SIGQUIT", SIGQUIT},
+                              {"SIGTERM", SIGTERM}, {"SIGXCPU", SIGXCPU}, {"SIGPIPE", SIGPIPE}};
+
+template <std::size_t kSize>
+int NumberOf(const std::string& name, const Named (&table)[kSize]) {
+  const Named* const found = std::find_if(
+      table, table + kSize, [&name](const Named& entry) { return name == entry.name; });
+  return found == table + kSize ? 0 : found->number;
+}
+
+// What is to happen to one call of the C library; empty when nothing is.
+std::string FateOf(const char* call, int number) {
+  const char* const plan = std::getenv("FAIL");
+  std::istringstream entries(plan == nullptr ? "" : plan);
+  std::string entry;
+  while (std::getline(entries, entry, ',')) {
+    std::istringstream words(entry);
+    std::string name;
+    std::string which;
+    std::string what;
+    words >> name >> which >> what;
+    if (name == call && (which == "*" || which == std::to_string(number))) {
+      return what;
+    }
+  }
+  return "";
+}
+
+// One call of a function of the C library, which has a counter of its own.
+class Call {
+ public:
+  Call(const char* name, std::atomic<int>& count) : name_(name), fate_(FateOf(name, ++count)) {}
+
+  bool Is(const char* fate) const { return fate_ == fate; }
+
+  // Calls the function itself, or fails as it does: with -1 and errno. A signal comes afterwards.
+  template <typename Result, typename... Parameters, typename... Arguments>
+  Result Make(Result (*)(Parameters...), Arguments... arguments) const {
+    if (const int error = NumberOf(fate_, kErrors); error != 0) {
+      errno = error;
+      return -1;
+    }
+    using Function = Result (*)(Parameters...);
+    const Result result = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name_))(arguments...);
+    const int error = errno;
+    if (const int signal = NumberOf(fate_, kSignals); signal != 0) {
+      std::raise(signal);
+    }
+    errno = error;
+    return result;
+  }
+
+ private:
+  const char* name_;
+  std::string fate_;
+};
+
+std::size_t Length(const Call& call, std::size_t size) {
+  return call.Is("short") ? std::min<std::size_t>(size, 1) : size;
+}
+
+}  // namespace
+
+extern "C" {
+
+ssize_t read(int file, void* bytes, std::size_t size) {
+  static std::atomic<int> count = 0;
+  const Call call("read", count);
+  return call.Make(&read, file, bytes, Length(call, size));
+}
+
+ssize_t write(int file, const void* bytes, std::size_t size) {
+  static std::atomic<int> count = 0;
+  const Call call("write", count);
+  return call.Make(&write, file, bytes, Length(call, size));
+}
+
+int close(int file) {
+  static std::atomic<int> count = 0;
+  return Call("close", count).Make(&close, file);
+}
+
+int fsync(int file) {
+  static std::atomic<int> count = 0;
+  return Call("fsync", count).Make(&fsync, file);
+}
+
+int mkostemp(char* path, int flags) {
+  static std::atomic<int> count = 0;
+  return Call("mkostemp", count).Make(&mkostemp, path, flags);
+}
+
+int link(const char* from, const char* to) noexcept {
+  static std::atomic<int> count = 0;
+  return Call("link", count).Make(&link, from, to);
+}
+
+int rename(const char* from, const char* to) noexcept {
+  static std::atomic<int> count = 0;
+  return Call("rename", count).Make(&rename, from, to);
+}
+
+int renameat2(int from_directory, const char* from, int to_directory, const char* to,
+              unsigned flags) noexcept {
+  static std::atomic<int> count = 0;
+  return Call("renameat2", count).Make(&renameat2, from_directory, from, to_directory, to, flags);
+}
+
+// Returns its error.
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
+                   void* argument) noexcept {
+  static std::atomic<int> count = 0;
+  const Call call("pthread_create", count);
+  const int result = call.Make(&pthread_create, thread, attributes, run, argument);
+  return result < 0 ? errno : result;
+}
+
+int clock_gettime(clockid_t clock, timespec* time) noexcept {
+  static std::atomic<int> count = 0;
+  const Call call("clock_gettime", count);
+  const int result = call.Make(&clock_gettime, clock, time);
+  if (call.Is("second")) {
+    *time = {count, 0};
+  }
+  return result;
+}
+
+}  // extern "C"

@@ -1,0 +1,17 @@
+#ifndef TOOLS_ENCODINGS_H_
+#define TOOLS_ENCODINGS_H_
+
+/// Files that are not UTF-8 text, and how to make UTF-8 text of them.
+
+#include <string>
+#include <string_view>
+
+namespace qeo::tool {
+
+/// Returns what a file is, by its first bytes, and the command that makes text of it; or an empty
+/// text: "it is gzip, not UTF-8 text; try: gzip -dc FILE | phoneme ...".
+std::string EncodingProblem(std::string_view beginning);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_ENCODINGS_H_
