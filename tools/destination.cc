@@ -40,6 +40,13 @@ bool HoldsDescriptors(const std::string& directory) {
   return false;
 }
 
+// Whether a name leads to a pipe or a device, the descriptors of other processes included, whose
+// links do not have the names of files.
+bool IsSpecialFile(const std::string& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 Destination LeadsNowhere(int error) {
   Destination found;
   found.error = error;
@@ -87,6 +94,8 @@ Destination FindDestination(const std::string& name) {
     }
     const std::string link = ReadLink(found.path);
     if (link.empty()) {
+      found.is_special = IsSpecialFile(name);
+      found.path = found.is_special ? name : found.path;
       return found;
     }
     found.path = link.front() == '/' ? link : parts.directory + link;

@@ -12,9 +12,10 @@ namespace qeo::tool {
 
 /// A descriptor of this process, a file, or an error.
 struct Destination {
-  int descriptor = -1;  ///< that names such as /dev/stdout and /dev/fd/3 lead to, or -1
-  std::string path;     ///< without links; what it names need not exist
-  int error = 0;        ///< the errno when the name leads nowhere, then the others are not set
+  int descriptor = -1;      ///< that names such as /dev/stdout and /dev/fd/3 lead to, or -1
+  std::string path;         ///< without links when it is that of a file, which need not exist
+  bool is_special = false;  ///< the path is that of a pipe, a device or a directory
+  int error = 0;            ///< the errno when the name leads nowhere, then the others are not set
 
   /// Tells whether it is standard output or standard error.
   bool IsStream() const;

@@ -15,11 +15,6 @@ namespace {
 
 constexpr std::size_t kLargeBytes = std::size_t{1} << 17;
 
-bool IsSpecialFile(const std::string& path) {
-  struct stat status = {};
-  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
-}
-
 // Where a regular file ends, if that is where it is being written; else -1. Another program may
 // write to the same file.
 off_t EndOfFile(int file_descriptor) {
@@ -37,7 +32,7 @@ Output::Output(const Destination& destination) {
     errno = destination.error;
   } else if (destination.descriptor >= 0) {
     file_ = File(::fcntl(destination.descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-  } else if (IsSpecialFile(destination.path)) {
+  } else if (destination.is_special) {
     file_ = OpenFile(destination.path, O_WRONLY);
   } else {
     file_ = replacement_.emplace(destination.path).Create();
