@@ -85,6 +85,9 @@ std::optional<FileId> Destination::Id() const {
 }
 
 Destination FindDestination(const std::string& name) {
+  if (name == "-") {
+    return LeadsToDescriptor(std::to_string(STDOUT_FILENO));
+  }
   Destination found;
   found.path = name;
   for (int links = 0; links <= kMostLinks; ++links) {

@@ -25,7 +25,7 @@ struct Destination {
 };
 
 /// Follows all links, the last of which may lead to what does not exist yet. A descriptor must be
-/// open for writing.
+/// open for writing. "-" is standard output.
 Destination FindDestination(const std::string& name);
 
 }  // namespace qeo::tool

@@ -199,7 +199,7 @@ ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
   options.conversion.reading = reading.options;
   options.texts = texts;
   options.input = arguments.input;
-  options.output = arguments.output == "-" ? "" : arguments.output;
+  options.output = arguments.output;
   options.rejects = arguments.rejects;
   options.jobs = ParseNumber<std::size_t>(arguments.jobs).value_or(1);
   options.is_quiet = arguments.is_quiet;

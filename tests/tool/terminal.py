@@ -7,15 +7,15 @@ The library in $FAILING makes a second pass from one look at the clock to the ne
 input draws the line, and the rates are known.
 """
 
+import fcntl
 import os
 import pty
 import re
+import struct
 import subprocess
 import sys
 import tempfile
 import termios
-import struct
-import fcntl
 
 TOOL = os.path.realpath(sys.argv[1])
 CLOCK = {"LD_PRELOAD": os.environ["FAILING"], "FAIL": "clock_gettime * second"}
