@@ -1,5 +1,6 @@
 // CutWhole and CutLetters: the best cut and the count are those of a slow form that keeps every
-// best cut as a list, what is listed is in order, and the longest matches are pyw2py's.
+// best cut as a list, what is listed is in order, the longest matches are pyw2py's, and without
+// cutting each word is looked up.
 
 #include <algorithm>
 #include <map>
@@ -7,6 +8,7 @@
 
 #include "fuzz/conversions.h"
 #include "notation/cutting.h"
+#include "notation/rarities.h"
 
 namespace {
 
@@ -20,7 +22,8 @@ constexpr std::size_t kMostBytes = 100;  // the slow form is slow
 constexpr std::size_t kLongest = sizeof(sp::PinyinInfo::pinyin) - 1;
 
 bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
-bool IsLetter(char c) { return IsCapital(c) || (c >= 'a' && c <= 'z'); }
+bool IsSmall(char c) { return c >= 'a' && c <= 'z'; }
+bool IsLetter(char c) { return IsCapital(c) || IsSmall(c); }
 
 std::string Small(std::string text) {
   for (char& c : text) c = IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c;
@@ -43,11 +46,12 @@ const std::map<std::string, int>& RowsOf(int language) {
 struct Candidate {
   std::size_t left_out = 0;
   std::size_t syllables = 0;
+  std::size_t cost = 0;
   std::vector<int> steps;
 
   bool operator<(const Candidate& other) const {
-    return std::tie(left_out, syllables, steps) <
-           std::tie(other.left_out, other.syllables, other.steps);
+    return std::tie(left_out, syllables, cost, steps) <
+           std::tie(other.left_out, other.syllables, other.cost, other.steps);
   }
 };
 
@@ -56,26 +60,91 @@ struct Slow {
   std::uint64_t count = 0;
 };
 
-Candidate Before(const Candidate& rest, std::size_t length) {
-  Candidate longer = rest;
-  longer.left_out += length == 0 ? 1 : 0;
-  longer.syllables += length == 0 ? 0 : 1;
-  longer.steps.insert(longer.steps.begin(), -static_cast<int>(length));
-  return longer;
+// A text in a language.
+class Text {
+ public:
+  Text(int language, std::string text)
+      : is_mandarin_(language != sp::LANGUAGE_CANTONESE &&
+                     language != sp::LANGUAGE_AMERICAN_ENGLISH),
+        rows_(RowsOf(is_mandarin_ ? sp::LANGUAGE_MANDARIN : language)),
+        text_(std::move(text)) {}
+
+  const std::string& text() const { return text_; }
+
+  std::string Piece(const notation::Range& range) const {
+    return Small(text_.substr(range.offset, range.length));
+  }
+
+  // The row of a syllable of the language, or -1. A capital opens it.
+  int RowAt(const notation::Range& range) const {
+    for (std::size_t i = range.offset + 1; i < range.end(); ++i) {
+      if (IsCapital(text_[i])) return -1;
+    }
+    const auto row = rows_.find(Piece(range));
+    return row == rows_.end() ? -1 : row->second;
+  }
+
+  // As above, but for what is cut off a word.
+  int RowInCut(const notation::Range& range) const {
+    const bool is_nasal = std::set<std::string>{"m", "n", "ng", "hm", "hng"}.count(Piece(range));
+    return is_mandarin_ && is_nasal && !IsWord(range) ? -1 : RowAt(range);
+  }
+
+  // What a syllable costs in its place. A Mandarin text would have to be 255 times as long for
+  // rarities to outweigh an apostrophe.
+  std::size_t CostOf(const notation::Range& range) const {
+    const std::string piece = Piece(range);
+    const auto row = static_cast<std::size_t>(RowAt(range));
+    const bool takes_apostrophe = piece[0] == 'a' || piece[0] == 'e' || piece[0] == 'o' ||
+                                  piece == "m" || piece == "n" || piece == "ng";
+    const std::size_t penalty = is_mandarin_ ? 255 * kMostBytes + 1 : 32;
+    const std::size_t rarity = is_mandarin_ ? notation::internal::kMandarinRarities[row]
+                                            : notation::internal::kCantoneseRarities[row];
+    return rarity + (takes_apostrophe && !BeginsWord(range.offset) ? penalty : 0);
+  }
+
+  bool IsWord(const notation::Range& range) const {
+    return IsLetter(text_[range.offset]) && BeginsWord(range.offset) &&
+           (range.end() == text_.size() || !IsSmall(text_[range.end()]));
+  }
+
+  Slow CutSlowly() const;
+
+ private:
+  bool BeginsWord(std::size_t at) const {
+    return at == 0 || IsCapital(text_[at]) || !IsLetter(text_[at - 1]);
+  }
+
+  bool is_mandarin_;
+  const std::map<std::string, int>& rows_;
+  std::string text_;
+};
+
+Candidate WithLetterLeftOut(Candidate rest) {
+  ++rest.left_out;
+  rest.steps.insert(rest.steps.begin(), 0);
+  return rest;
 }
 
-Slow CutSlowly(const std::map<std::string, int>& rows, const std::string& text) {
-  std::vector<Slow> from(text.size() + 1);
-  from[text.size()].count = 1;
-  for (std::size_t begin = text.size(); begin-- > 0;) {
+Candidate WithSyllable(Candidate rest, std::size_t length, std::size_t cost) {
+  ++rest.syllables;
+  rest.cost += cost;
+  rest.steps.insert(rest.steps.begin(), -static_cast<int>(length));
+  return rest;
+}
+
+Slow Text::CutSlowly() const {
+  std::vector<Slow> from(text_.size() + 1);
+  from[text_.size()].count = 1;
+  for (std::size_t begin = text_.size(); begin-- > 0;) {
     Slow& here = from[begin];
-    here.best = Before(from[begin + 1].best, 0);
-    for (std::size_t length = 1; length <= kLongest && begin + length <= text.size(); ++length) {
-      if (length > 1 && IsCapital(text[begin + length - 1])) break;
-      if (rows.count(Small(text.substr(begin, length))) == 0) continue;
-      const Slow& behind = from[begin + length];
-      here.best = std::min(here.best, Before(behind.best, length));
-      here.count += std::min(behind.count, notation::kUncountedCuts - here.count);
+    here.best = WithLetterLeftOut(from[begin + 1].best);
+    for (std::size_t length = 1; length <= kLongest && begin + length <= text_.size(); ++length) {
+      const notation::Range range = {begin, length};
+      if (RowInCut(range) < 0) continue;
+      const Slow& after = from[begin + length];
+      here.best = std::min(here.best, WithSyllable(after.best, length, CostOf(range)));
+      here.count += std::min(after.count, notation::kUncountedCuts - here.count);
     }
   }
   return from[0];
@@ -95,28 +164,48 @@ std::vector<int> StepsOf(const Syllables& syllables, std::size_t size) {
   return steps;
 }
 
-void ExpectRows(const std::map<std::string, int>& rows, const std::string& text,
-                const Syllables& syllables) {
+void ExpectRows(const Text& text, const Syllables& syllables) {
   for (const notation::CutSyllable& syllable : syllables) {
-    const auto row = rows.find(Small(text.substr(syllable.range.offset, syllable.range.length)));
-    Expect(row != rows.end() && row->second == syllable.row, "a syllable has its row");
+    Expect(syllable.row >= 0 && text.RowAt(syllable.range) == syllable.row,
+           "a syllable has its row");
   }
 }
 
-void ExpectListed(const notation::Cut& cut, const std::string& text, std::size_t max_cuts) {
+void ExpectListed(const notation::Cut& cut, const Text& text, std::size_t max_cuts) {
+  const std::size_t size = text.text().size();
   Expect(cut.cuts.size() == std::min<std::uint64_t>(cut.count, max_cuts),
          "as many are listed as asked for");
-  Expect(
-      cut.cuts.empty() || StepsOf(cut.cuts[0], text.size()) == StepsOf(cut.syllables, text.size()),
-      "the first is the best");
+  Expect(cut.cuts.empty() || StepsOf(cut.cuts[0], size) == StepsOf(cut.syllables, size),
+         "the first is the best");
   Candidate last;
   for (const Syllables& listed : cut.cuts) {
-    const Candidate next = {0, listed.size(), StepsOf(listed, text.size())};
+    Candidate next = {0, listed.size(), 0, StepsOf(listed, size)};
+    for (const notation::CutSyllable& syllable : listed) {
+      Expect(text.RowInCut(syllable.range) == syllable.row,
+             "a listed syllable is one in its place");
+      next.cost += text.CostOf(syllable.range);
+    }
     Expect(std::find(next.steps.begin(), next.steps.end(), 0) == next.steps.end(),
            "a listed cut covers the text");
     Expect(&listed == &cut.cuts[0] || last < next, "they are in order, and none comes twice");
     last = next;
   }
+}
+
+void ExpectWords(const Text& text, const Syllables& words) {
+  std::size_t found = 0;
+  for (std::size_t begin = 0; begin < text.text().size(); ++begin) {
+    for (std::size_t length = 1; length <= kLongest; ++length) {
+      const notation::Range range = {begin, length};
+      if (range.end() > text.text().size() || !text.IsWord(range) || text.RowAt(range) < 0)
+        continue;
+      const bool is_found = found < words.size() && words[found].range.offset == begin &&
+                            words[found].range.length == length;
+      Expect(is_found, "a word that is a syllable is one");
+      ++found;
+    }
+  }
+  Expect(found == words.size(), "nothing else is");
 }
 
 Strings TextsOf(const std::string& text, const Syllables& syllables) {
@@ -162,22 +251,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzzing::Input input(data, size);
   const int language = fuzzing::ChooseLanguage(input);
   const std::size_t max_cuts = input.Choose(20);
-  const std::string text = input.Rest().substr(0, kMostBytes);
-  const bool is_registered =
-      language == sp::LANGUAGE_CANTONESE || language == sp::LANGUAGE_AMERICAN_ENGLISH;
-  const auto& rows = RowsOf(is_registered ? language : sp::LANGUAGE_MANDARIN);
+  const std::string letters = input.Rest().substr(0, kMostBytes);
+  const Text text(language, letters);
 
-  const notation::Cut cut = notation::CutWhole(language, text, max_cuts);
-  const Slow slow = CutSlowly(rows, text);
-  Expect(StepsOf(cut.syllables, text.size()) == slow.best.steps, "the best cut is the slow form's");
+  const notation::Cut cut = notation::CutWhole(language, letters, max_cuts);
+  const Slow slow = text.CutSlowly();
+  Expect(StepsOf(cut.syllables, letters.size()) == slow.best.steps,
+         "the best cut is the slow form's");
   Expect(cut.count == slow.count, "the count is the slow form's");
   Expect(cut.covers == (cut.count > 0), "there is a cut just when one covers the text");
-  ExpectRows(rows, text, cut.syllables);
   ExpectListed(cut, text, max_cuts);
-  ExpectRows(rows, text, CutLetters(language, text, Cutting::kForward));
-  ExpectRows(rows, text, CutLetters(language, text, Cutting::kBackward));
-  Expect(TextsOf(text, CutLetters(language, text, Cutting::kWhole)) == TextsOf(text, cut.syllables),
+  for (const Cutting cutting :
+       {Cutting::kWhole, Cutting::kForward, Cutting::kBackward, Cutting::kNone}) {
+    ExpectRows(text, CutLetters(language, letters, cutting));
+  }
+  Expect(TextsOf(letters, CutLetters(language, letters, Cutting::kWhole)) ==
+             TextsOf(letters, cut.syllables),
          "both functions cut alike");
-  ExpectLongestMatches(language, text, cut.directions_differ);
+  ExpectLongestMatches(language, letters, cut.directions_differ);
+  ExpectWords(text, CutLetters(language, letters, Cutting::kNone));
   return 0;
 }

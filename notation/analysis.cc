@@ -6,8 +6,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "notation/apostrophe.h"
 #include "notation/characters.h"
+#include "notation/cut_cost.h"
 #include "notation/nearest_name.h"
+#include "notation/normalizer.h"
 #include "notation/syllable_table.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
@@ -66,9 +69,9 @@ class SyllableReader {
       : language_(language),
         cutting_(options.cutting),
         text_(text),
-        normalized_(language == sp::LANGUAGE_CANTONESE
-                        ? NormalizeJyutping(text, options.rules, options.aliases)
-                        : NormalizePinyin(text, options.rules)) {}
+        normalized_(
+            Normalize(language == sp::LANGUAGE_CANTONESE ? internal::kJyutping : internal::kPinyin,
+                      text, options.rules, options.aliases, options.cutting == Cutting::kNone)) {}
 
   Analysis Read() {
     Analysis analysis;
@@ -100,6 +103,7 @@ class SyllableReader {
 
   void FindPieces();
   void CutWord(std::size_t begin, std::size_t end);
+  void LeaveOut(std::size_t word, std::size_t begin, std::size_t end);
   Range RangeOf(const Piece& piece, std::size_t limit);
   void Place(const Piece& piece, Range range, Analysis& analysis) const;
   void Suggest(Problem& problem) const;
@@ -133,19 +137,37 @@ void SyllableReader::FindPieces() {
   }
 }
 
-// Cuts letters without a tone. Those that the cut leaves out are pieces too.
+// Cuts letters without a tone. Those that the cut leaves out are pieces too: lost, or unknown with
+// the syllable that they follow, as "nun", or as the whole word.
 void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
   const std::string_view word = std::string_view(normalized_.text).substr(begin, end - begin);
   const std::vector<CutSyllable> cut = CutLetters(language_, word, cutting_);
-  const PieceKind left_out = cut.empty() ? PieceKind::kUnknown : PieceKind::kLost;
   std::size_t placed = begin;
   for (const CutSyllable& syllable : cut) {
     const std::size_t offset = begin + syllable.range.offset;
-    if (placed < offset) pieces_.push_back({left_out, placed, offset, kNoDigit});
+    LeaveOut(begin, placed, offset);
     placed = offset + syllable.range.length;
     pieces_.push_back({PieceKind::kSyllable, offset, placed, kNoDigit});
   }
-  if (placed < end) pieces_.push_back({left_out, placed, end, kNoDigit});
+  if (cut.empty()) return pieces_.push_back({PieceKind::kUnknown, begin, end, kNoDigit});
+  LeaveOut(begin, placed, end);
+}
+
+// Letters that the cut of a word leaves out. A nasal would be a syllable by itself: the one that it
+// ends is unknown.
+void SyllableReader::LeaveOut(std::size_t word, std::size_t begin, std::size_t end) {
+  if (begin == end) return;
+  const std::size_t length = end - begin;
+  const bool is_nasal =
+      cutting_ == Cutting::kWhole && internal::CutNumbersOf(language_).nasals_stand_alone &&
+      length <= internal::kMaxPackedLength &&
+      internal::IsNasal(internal::Pack(std::string_view(normalized_.text).substr(begin, length)));
+  if (is_nasal && begin > word) {
+    pieces_.back().kind = PieceKind::kUnknown;
+    pieces_.back().end = end;
+  } else {
+    pieces_.push_back({PieceKind::kLost, begin, end, kNoDigit});
+  }
 }
 
 // The bytes of the text that a piece was read from: up to the end of the character that its last

@@ -1,12 +1,13 @@
 // Cuts a text by looking at it from the end: what is known from one place on follows from the
-// syllables that begin there and from what is known behind each of them.
+// syllables that begin there and from what is known after each of them.
 
 #include "notation/cutting.h"
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
+#include "notation/cut_cost.h"
+#include "notation/syllable_set.h"
 #include "notation/syllable_table.h"
 #include "notation/syllable_tree.h"
 #include "phoneme/ascii.h"
@@ -15,7 +16,9 @@
 namespace qeo::notation {
 namespace {
 
+using internal::CutCost;
 using internal::kMaxSyllableLength;
+using internal::Syllable;
 using internal::SyllableTree;
 
 // Lengths of syllables: bit n stands for n letters.
@@ -26,35 +29,54 @@ constexpr bool Has(Lengths lengths, std::size_t length) {
   return (unsigned{lengths} >> length & 1U) != 0;
 }
 
-// The lengths of the syllables at the front of a text.
-Lengths LengthsAt(const SyllableTree& tree, std::string_view text) {
+// Calls `found` with each syllable at the front of a text and its length, the shortest first, and
+// returns their lengths.
+template <typename Found>
+Lengths FindAt(const SyllableTree& tree, std::string_view text, Found found) {
   unsigned lengths = 0;
   std::size_t node = SyllableTree::kRoot;
   for (std::size_t i = 0; i < text.size(); ++i) {
     node = tree.Next(node, i == 0 ? ascii::ToSmall(text[i]) : text[i]);
     if (node == SyllableTree::kRoot) break;
-    if (tree.RowAt(node) != SyllableTree::kNoRow) lengths |= 1U << (i + 1);
+    const Syllable& syllable = tree.At(node);
+    if (syllable.row == SyllableTree::kNoRow) continue;
+    lengths |= 1U << (i + 1);
+    found(i + 1, syllable);
   }
   return static_cast<Lengths>(lengths);
 }
+
+// How good a cut is, the least first. Of equal ones the first in which a syllable is longer is
+// better.
+struct Rank {
+  std::size_t left_out = 0;  // letters
+  std::size_t syllables = 0;
+  CutCost cost;
+
+  bool operator<(const Rank& other) const {
+    if (left_out != other.left_out) return left_out < other.left_out;
+    if (syllables != other.syllables) return syllables < other.syllables;
+    return cost < other.cost;
+  }
+};
 
 // One text, and what is asked about it.
 class Cutter {
  public:
   Cutter(const SyllableTree& tree, std::string_view text)
-      : tree_(tree), text_(text), lengths_(text.size()), first_(text.size()) {
+      : tree_(tree), text_(text), places_(text.size()) {
     RestAt(text.size()).count = 1;
     for (std::size_t begin = text.size(); begin > 0; --begin) LookAt(begin - 1);
   }
 
-  bool covers() const { return rests_[0].left_out == 0; }
+  bool covers() const { return rests_[0].rank.left_out == 0; }
   std::uint64_t count() const { return rests_[0].count; }
 
   std::vector<CutSyllable> Best() const {
     std::vector<CutSyllable> cut;
-    cut.reserve(rests_[0].syllables);
+    cut.reserve(rests_[0].rank.syllables);
     for (std::size_t begin = 0; begin < text_.size();) {
-      const std::size_t length = first_[begin];
+      const std::size_t length = places_[begin].first;
       if (length != 0) cut.push_back(SyllableAt(begin, length));
       begin += std::max(length, kLetterLeftOut);
     }
@@ -65,6 +87,7 @@ class Cutter {
 
   std::vector<CutSyllable> Forward() const;
   std::vector<CutSyllable> Backward() const;
+  std::vector<CutSyllable> WholeWords() const;
 
   bool DirectionsDiffer() const {
     const auto same = [](const CutSyllable& a, const CutSyllable& b) { return a.row == b.row; };
@@ -77,18 +100,22 @@ class Cutter {
  private:
   static constexpr std::size_t kLetterLeftOut = 1;
 
+  // A place where a syllable may begin.
+  struct Place {
+    Lengths lengths = 0;     // of the syllables here, whether they fit or not
+    std::uint8_t first = 0;  // of those the best cut's, or 0 when it leaves the letter out
+  };
+
   // What is known from one place of the text on.
   struct Rest {
     std::uint64_t count = 0;  // cuts that cover all of it
-    // The best cut:
-    std::size_t left_out = 0;
-    std::size_t syllables = 0;
+    Rank rank;                // of the best cut
   };
 
   // A cut that covers all from one place on: its first syllable, and which of the cuts listed
-  // behind that goes on.
+  // after that goes on.
   struct Branch {
-    std::size_t syllables = 0;
+    Rank rank;
     std::size_t length = 0;
     std::size_t next = 0;
   };
@@ -98,50 +125,76 @@ class Cutter {
   Rest& RestAt(std::size_t place) { return rests_[place % rests_.size()]; }
 
   void LookAt(std::size_t begin);
+  void TrySyllable(std::size_t begin, std::size_t length, const Syllable& syllable, Rest& best);
   Branches Merge(const std::vector<Branches>& branches, std::size_t begin,
                  std::size_t max_cuts) const;
+
+  // A word begins with the text, after a byte that is no letter, and with a capital.
+  bool BeginsWord(std::size_t place) const {
+    return place == 0 || ascii::IsCapital(text_[place]) || !ascii::IsLetter(text_[place - 1]);
+  }
+  bool EndsWord(std::size_t end) const {
+    return end == text_.size() || !ascii::IsSmall(text_[end]);
+  }
+
+  // Whether a syllable of the language is one in its place of the text.
+  bool Fits(std::size_t begin, std::size_t length, const Syllable& syllable) const {
+    return !syllable.stands_alone || (BeginsWord(begin) && EndsWord(begin + length));
+  }
+
+  // Of a cut that begins with a syllable, and of which the rest is known.
+  Rank WithSyllable(std::size_t begin, const Syllable& syllable, Rank rank) const {
+    ++rank.syllables;
+    rank.cost.rarity += syllable.rarity;
+    if (syllable.takes_apostrophe && !BeginsWord(begin)) rank.cost += tree_.penalty();
+    return rank;
+  }
+
   std::size_t LongestAt(std::size_t begin) const {
     std::size_t length = tree_.longest();
-    while (length > 0 && !Has(lengths_[begin], length)) --length;
+    while (length > 0 && !Has(places_[begin].lengths, length)) --length;
     return length;
   }
 
   std::size_t LongestBefore(std::size_t end) const {
     std::size_t length = std::min(tree_.longest(), end);
-    while (length > 0 && !Has(lengths_[end - length], length)) --length;
+    while (length > 0 && !Has(places_[end - length].lengths, length)) --length;
     return length;
   }
 
-  int RowAt(std::size_t begin, std::size_t length) const {
-    return tree_.Row(text_.substr(begin, length));
+  const Syllable& Find(std::size_t begin, std::size_t length) const {
+    return tree_.Find(text_.substr(begin, length));
   }
   CutSyllable SyllableAt(std::size_t begin, std::size_t length) const {
-    return {{begin, length}, RowAt(begin, length)};
+    return {{begin, length}, Find(begin, length).row};
   }
 
   const SyllableTree& tree_;
   std::string_view text_;
-  std::vector<Lengths> lengths_;     // of the syllables at each place
-  std::vector<std::uint8_t> first_;  // of those the best cut's, or 0 when it leaves the letter out
-  std::array<Rest, kMaxSyllableLength + 1> rests_ = {};
+  std::vector<Place> places_;
+  std::array<Rest, internal::kMaxPackedLength> rests_ = {};
 };
 
 void Cutter::LookAt(std::size_t begin) {
-  lengths_[begin] = LengthsAt(tree_, text_.substr(begin));
-  const Rest& behind_letter = RestAt(begin + kLetterLeftOut);
-  Rest best = {0, behind_letter.left_out + 1, behind_letter.syllables};
-  for (std::size_t length = 1; Lengths(lengths_[begin] >> length) != 0; ++length) {
-    if (!Has(lengths_[begin], length)) continue;
-    const Rest& rest = RestAt(begin + length);
-    best.count += std::min(rest.count, kUncountedCuts - best.count);
-    const bool is_better = std::make_pair(rest.left_out, rest.syllables + 1) <=
-                           std::make_pair(best.left_out, best.syllables);
-    if (!is_better) continue;  // equal is better: it is longer
-    best.left_out = rest.left_out;
-    best.syllables = rest.syllables + 1;
-    first_[begin] = static_cast<std::uint8_t>(length);
-  }
+  Rest best = {0, RestAt(begin + kLetterLeftOut).rank};
+  ++best.rank.left_out;
+  places_[begin].lengths = FindAt(
+      tree_, text_.substr(begin),
+      [&](auto length, const Syllable& syllable) { TrySyllable(begin, length, syllable, best); });
   RestAt(begin) = best;
+}
+
+// Looks whether the best cut from `begin` on begins with a syllable. It is longer than those tried
+// before.
+void Cutter::TrySyllable(std::size_t begin, std::size_t length, const Syllable& syllable,
+                         Rest& best) {
+  if (!Fits(begin, length, syllable)) return;
+  const Rest& rest = RestAt(begin + length);
+  best.count += std::min(rest.count, kUncountedCuts - best.count);
+  const Rank rank = WithSyllable(begin, syllable, rest.rank);
+  if (best.rank < rank) return;
+  best.rank = rank;
+  places_[begin].first = static_cast<std::uint8_t>(length);
 }
 
 std::vector<std::vector<CutSyllable>> Cutter::First(std::size_t max_cuts) const {
@@ -154,7 +207,7 @@ std::vector<std::vector<CutSyllable>> Cutter::First(std::size_t max_cuts) const 
   }
   for (const Branch& first : branches[0]) {
     std::vector<CutSyllable>& cut = cuts.emplace_back();
-    cut.reserve(first.syllables);
+    cut.reserve(first.rank.syllables);
     const Branch* branch = &first;
     for (std::size_t begin = 0; begin < text_.size();) {
       cut.push_back(SyllableAt(begin, branch->length));
@@ -165,7 +218,7 @@ std::vector<std::vector<CutSyllable>> Cutter::First(std::size_t max_cuts) const 
   return cuts;
 }
 
-// The cuts behind each syllable that begins here are in order, so theirs are merged.
+// The cuts after each syllable that begins here are in order, so theirs are merged.
 Cutter::Branches Cutter::Merge(const std::vector<Branches>& branches, std::size_t begin,
                                std::size_t max_cuts) const {
   Branches merged;
@@ -173,11 +226,12 @@ Cutter::Branches Cutter::Merge(const std::vector<Branches>& branches, std::size_
   while (merged.size() < max_cuts) {
     Branch best;
     for (std::size_t length = LongestAt(begin); length > 0; --length) {
-      if (!Has(lengths_[begin], length)) continue;
-      const Branches& behind = branches[begin + length];
-      if (next[length] == behind.size()) continue;
-      const std::size_t syllables = behind[next[length]].syllables + 1;
-      if (best.length == 0 || syllables < best.syllables) best = {syllables, length, next[length]};
+      if (!Has(places_[begin].lengths, length)) continue;
+      const Syllable& syllable = Find(begin, length);
+      const Branches& after = branches[begin + length];
+      if (next[length] == after.size() || !Fits(begin, length, syllable)) continue;
+      const Rank rank = WithSyllable(begin, syllable, after[next[length]].rank);
+      if (best.length == 0 || rank < best.rank) best = {rank, length, next[length]};
     }
     if (best.length == 0) break;
     ++next[best.length];
@@ -212,6 +266,21 @@ std::vector<CutSyllable> Cutter::Backward() const {
   return cut;
 }
 
+// The words that are syllables.
+std::vector<CutSyllable> Cutter::WholeWords() const {
+  std::vector<CutSyllable> cut;
+  for (std::size_t begin = 0; begin < text_.size();) {
+    std::size_t end = begin + 1;
+    while (ascii::IsLetter(text_[begin]) && !EndsWord(end)) ++end;
+    const std::size_t length = end - begin;
+    if (length <= tree_.longest() && Has(places_[begin].lengths, length)) {
+      cut.push_back(SyllableAt(begin, length));
+    }
+    begin = end;
+  }
+  return cut;
+}
+
 }  // namespace
 
 Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts) {
@@ -234,6 +303,8 @@ std::vector<CutSyllable> CutLetters(int language, std::string_view letters, Cutt
       return cutter.Forward();
     case Cutting::kBackward:
       return cutter.Backward();
+    case Cutting::kNone:
+      return cutter.WholeWords();
   }
   return {};
 }

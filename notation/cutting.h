@@ -25,7 +25,8 @@ struct CutSyllable {
 enum class Cutting : std::uint8_t {
   kWhole,     ///< so that every letter finds its syllable, if that can be (CutWhole)
   kForward,   ///< the longest syllable from the front, again and again
-  kBackward,  ///< the longest syllable from the end
+  kBackward,  ///< the longest syllable from the end, again and again
+  kNone,      ///< not at all: each word is one syllable, or is left out
 };
 
 /// `Cut::count` when there are this many cuts or more.
@@ -35,8 +36,9 @@ inline constexpr std::uint64_t kUncountedCuts = std::numeric_limits<std::uint64_
 struct Cut {
   bool covers = false;  ///< whether a cut exists that covers every byte of the text
   /// The best cut, in text order: the one that leaves the fewest letters out (none when `covers`);
-  /// of those the one of the fewest syllables; then the one whose first syllable is the longest,
-  /// then the second, and so on.
+  /// of those the one of the fewest syllables; of those the one of the least cost; and of those the
+  /// one which, where they first differ, has the longer syllable. There a letter that is left out
+  /// counts as a syllable of no letters.
   std::vector<CutSyllable> syllables;
   std::uint64_t count = 0;  ///< cuts that cover every byte, or kUncountedCuts
   /// The first of those cuts, the best first: in the order that picks `syllables`.
@@ -50,7 +52,17 @@ struct Cut {
 ///
 ///   Cut cut = CutWhole(sp::LANGUAGE_MANDARIN, "yipinguo");
 ///   // cut.covers; cut.syllables: {0, 2} "yi", {2, 3} "pin", {5, 3} "guo"
-///   CutWhole(sp::LANGUAGE_MANDARIN, "xian", 2).cuts;  // "xian"; "xia", "n"; .count is 4
+///   CutWhole(sp::LANGUAGE_MANDARIN, "xian", 2).cuts;  // "xian"; "xi", "an"; .count is 2
+///
+/// The cost of a cut is the sum of its syllables' costs. A syllable costs how rare it is: in
+/// sixteenths of a bit, as scripts/rarities counts it in real words. It costs more within a word
+/// when it begins with a, e or o or is m, n or ng: 2 bits in Cantonese, and in Mandarin, whose
+/// orthography writes an apostrophe there, more than all rarities of the text together. "keneng" is
+/// thus "ke", "neng".
+///
+/// In Mandarin m, n, ng, hm and hng are syllables only as whole words: "nun" is not "nu", "n". A
+/// word begins with the text, with a capital, and after a byte that is no letter, and ends before
+/// the next one or such a byte.
 ///
 /// Letters are read as the library reads them: a capital is its small letter and opens a syllable,
 /// so "XiAn" is cut only between "Xi" and "An". (The Mandarin syllable "E" is thus never found.) No
@@ -65,14 +77,16 @@ struct Cut {
 /// the number of cuts listed.
 NOTATION_EXPORT Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts = 0);
 
-/// The syllables of a text of letters in text order, cut in one of the three ways.
+/// The syllables of a text of letters in text order, cut in one of the four ways.
 ///
 ///   CutLetters(sp::LANGUAGE_MANDARIN, "yipinguo", Cutting::kForward);  // "yi", "ping"
 ///
-/// kWhole gives what CutWhole has in `syllables`. The other two give what `pyw2py` gives for the
-/// text followed by a space: what stands behind the last longest match, or in front of it, up to
-/// the next capital, is left out. Text, language and cost are as with CutWhole; in the longest
-/// matches a byte that is no letter is left out like a letter that fits nowhere.
+/// kWhole gives what CutWhole has in `syllables`. kForward and kBackward give what `pyw2py` gives
+/// for the text followed by a space: what is after the last longest match, or before it, up to the
+/// next capital, is left out, and a nasal alone is a syllable anywhere ("nu", "n"). kNone gives the
+/// words of the text, as CutWhole has them, that are syllables. Text, language and cost are as with
+/// CutWhole; in the longest matches a byte that is no letter is left out like a letter that fits
+/// nowhere.
 NOTATION_EXPORT std::vector<CutSyllable> CutLetters(int language, std::string_view letters,
                                                     Cutting cutting);
 

@@ -80,10 +80,7 @@ std::string_view AliasTable::Find(std::string_view spelling) const {
 }
 
 Normalized NormalizeJyutping(std::string_view text, RuleSet rules, const AliasTable* aliases) {
-  // The library writes 7 for a syllable without a tone.
-  static constexpr internal::Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7',
-                                                   false};
-  return internal::Normalize(kJyutping, text, rules, aliases);
+  return internal::Normalize(internal::kJyutping, text, rules, aliases);
 }
 
 }  // namespace qeo::notation

@@ -36,14 +36,15 @@ RuleSet Common(RuleSet a, RuleSet b) {
 class Normalizer {
  public:
   Normalizer(const Notation& notation, std::string_view text, RuleSet rules,
-             const AliasTable* aliases)
+             const AliasTable* aliases, bool are_words_syllables)
       : notation_(notation),
         text_(text),
         rules_(rules),
         reader_(text, rules),
         readings_(notation.language, rules, aliases),
-        cutter_(readings_),
-        writer_(rules) {}
+        cutter_(notation.language, readings_),
+        writer_(rules),
+        are_words_syllables_(are_words_syllables) {}
 
   // The cutter refers to the readings.
   Normalizer(const Normalizer&) = delete;
@@ -92,6 +93,7 @@ class Normalizer {
   Readings readings_;
   PieceCutter cutter_;
   SyllableWriter writer_;
+  bool are_words_syllables_;
   ToneStyle tones_ = ToneStyle::kNone;
   Word word_;
 };
@@ -295,13 +297,14 @@ void Normalizer::PlaceByMark(Piece syllable, const Reading& reading) {
 // A piece of a text without tones: only what a rule rewrites is cut out of it.
 void Normalizer::PlaceToneless(Piece piece) {
   const Reading whole = readings_.OfPiece(word_, piece);
-  if (whole.is_lone_r) return writer_.PutSyllable(word_, piece, whole, {});
+  const bool is_syllable = are_words_syllables_ && whole.IsKnown();
+  if (whole.is_lone_r || is_syllable) return writer_.PutSyllable(word_, piece, whole, {});
   for (std::size_t i = piece.begin; i < piece.end; ++i) {
     if (word_[i].letter != kCircumflexE) continue;
     return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
   }
   std::size_t plain = piece.begin;  // where letters begin that stay together
-  if (readings_.MayRewrite(word_, piece)) {
+  if (!are_words_syllables_ && readings_.MayRewrite(word_, piece)) {
     for (const Piece syllable : cutter_.Cut(word_, piece, false)) {
       const Reading reading = readings_.OfPiece(word_, syllable);
       if (!reading.IsRewritten()) continue;
@@ -316,8 +319,9 @@ void Normalizer::PlaceToneless(Piece piece) {
 }  // namespace
 
 Normalized Normalize(const Notation& notation, std::string_view text, RuleSet rules,
-                     const AliasTable* aliases) {
-  return Normalizer(notation, text, Common(rules, notation.rules), aliases).Run();
+                     const AliasTable* aliases, bool are_words_syllables) {
+  return Normalizer(notation, text, Common(rules, notation.rules), aliases, are_words_syllables)
+      .Run();
 }
 
 }  // namespace qeo::notation::internal

@@ -7,7 +7,9 @@
 #include <string_view>
 
 #include "notation/jyutping.h"
+#include "notation/pinyin.h"
 #include "notation/records.h"
+#include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {
 
@@ -19,9 +21,15 @@ struct Notation {
   bool has_tone_zero = false;  // "0" is one too, the neutral tone
 };
 
-/// Normalises a text by those of `rules` that the notation has. `aliases` may be null.
+inline constexpr Notation kPinyin = {sp::LANGUAGE_MANDARIN, kPinyinRules, '5', true};
+/// The library writes 7 for a syllable without a tone.
+inline constexpr Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7', false};
+
+/// Normalises a text by those of `rules` that the notation has. `aliases` may be null. With
+/// `are_words_syllables` a word of a text without tones is one syllable, and is not cut in order to
+/// rewrite a part of it.
 Normalized Normalize(const Notation& notation, std::string_view text, RuleSet rules,
-                     const AliasTable* aliases);
+                     const AliasTable* aliases, bool are_words_syllables = false);
 
 }  // namespace qeo::notation::internal
 

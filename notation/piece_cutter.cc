@@ -14,9 +14,9 @@ constexpr std::size_t kUsualSyllables = 4;  // room that hardly a piece outgrows
 
 }  // namespace
 
-bool PieceCutter::Cost::operator<(const Cost& other) const {
-  return std::tie(syllables, rewritten, apostrophes) <
-         std::tie(other.syllables, other.rewritten, other.apostrophes);
+bool PieceCutter::Rank::operator<(const Rank& other) const {
+  return std::tie(syllables, rewritten, cost) <
+         std::tie(other.syllables, other.rewritten, other.cost);
 }
 
 const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool text_has_marks) {
@@ -35,11 +35,11 @@ const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool t
 
 // Fills lengths_. False when there is no cut.
 bool PieceCutter::Cover(const Word& word, Piece piece) {
-  constexpr Cost kNoCut = {kUncut, 0, 0};
-  CostRing costs = {};
+  constexpr Rank kNoCut = {kUncut, 0, {}};
+  RankRing ranks = {};
   lengths_.assign(piece.size(), {});
   for (std::size_t begin = piece.size(); begin-- > 0;) {
-    costs[begin % costs.size()] = {kNoCut, kNoCut};
+    ranks[begin % ranks.size()] = {kNoCut, kNoCut};
     PackedSpelling letters = 0;
     ToneMarks marks;
     const std::size_t longest = std::min(kMaxPackedLength, piece.size() - begin);
@@ -49,30 +49,38 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
       letters |= PackLetter(letter.letter, length - 1);
       marks.Add(letter);
       goes_on = readings_.MayGoOn(letters);
-      if (marks.AreOfOneSyllable()) TrySyllable(begin, length, letters, marks.count(), costs);
+      const bool is_syllable = marks.AreOfOneSyllable() && !StandsAlone(letters);
+      if (is_syllable) TrySyllable(begin, length, letters, marks.count(), ranks);
     }
   }
-  return costs[0][0].syllables != kUncut;
+  return ranks[0][0].syllables != kUncut;
+}
+
+// Whether letters of a text without tones are a syllable only as a whole word, which this is not:
+// the normaliser does not ask for a cut of one syllable.
+bool PieceCutter::StandsAlone(PackedSpelling letters) const {
+  return !text_has_marks_ && numbers_.nasals_stand_alone && IsNasal(letters);
 }
 
 // Looks whether the best cut from `begin` on begins with these letters.
 void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters,
-                              std::size_t marks, CostRing& costs) {
-  Cost cost = costs[(begin + length) % costs.size()][marks];
-  if (cost.syllables == kUncut) return;
+                              std::size_t marks, RankRing& ranks) {
+  Rank rank = ranks[(begin + length) % ranks.size()][marks];
+  if (rank.syllables == kUncut) return;
   const Reading reading = readings_.OfLetters(letters, length);
   if (!reading.IsKnown()) return;
-  cost.syllables += reading.has_fused_r ? 2 : 1;
-  if (reading.IsRewritten()) ++cost.rewritten;
+  rank.syllables += reading.has_fused_r ? 2 : 1;
+  if (reading.IsRewritten()) ++rank.rewritten;
+  rank.cost.rarity += reading.rarity;
   const bool lacks_apostrophe = begin > 0 && TakesApostrophe(letters);
-  if (lacks_apostrophe) ++cost.apostrophes;
+  if (lacks_apostrophe) rank.cost += numbers_.penalty;
   for (const std::size_t marks_before : {0U, 1U}) {
     // "fǎo" is not fa and o, but "Xīān" cannot be one syllable, and nothing else ends in "er"
     const bool is_clear = !lacks_apostrophe || !text_has_marks_ || marks + marks_before == 2 ||
                           (marks == 0 && letters == Pack("er"));
-    Cost& best = costs[begin % costs.size()][marks_before];
-    if (!is_clear || best < cost) continue;
-    best = cost;  // also when it is equal: its first syllable is longer
+    Rank& best = ranks[begin % ranks.size()][marks_before];
+    if (!is_clear || best < rank) continue;
+    best = rank;  // also when it is equal: its first syllable is longer
     lengths_[begin][marks_before] = static_cast<std::uint8_t>(length);
   }
 }

@@ -2,7 +2,7 @@
 #define NOTATION_PIECE_CUTTER_H_
 
 // Cuts a piece without a digit into syllables. The marks on its letters, and the apostrophes that
-// it lacks, say where it can be cut. Not installed.
+// it lacks, say where it can be cut; cut_cost.h says what is best. Not installed.
 
 #include <array>
 #include <cstddef>
@@ -10,6 +10,7 @@
 #include <limits>
 #include <vector>
 
+#include "notation/cut_cost.h"
 #include "notation/readings.h"
 #include "notation/syllable_set.h"
 #include "notation/word.h"
@@ -19,40 +20,43 @@ namespace qeo::notation::internal {
 class PieceCutter {
  public:
   /// `readings` has to stay while this is used.
-  explicit PieceCutter(const Readings& readings) : readings_(readings) {}
+  PieceCutter(int language, const Readings& readings)
+      : numbers_(CutNumbersOf(language)), readings_(readings) {}
 
   /// The syllables of the best cut: the fewest, for which a fused r counts as one, the fewest of
-  /// them rewritten, the fewest apostrophes missing, the longest first. Empty when there is none.
-  /// In a text with tone marks an apostrophe is only missing where the letters cannot be meant
-  /// otherwise. Valid until the next call.
+  /// them rewritten, the least cost, the longest first. Empty when there is none. In a text with
+  /// tone marks an apostrophe is only missing where the letters cannot be meant otherwise, and
+  /// nasals are syllables like others. Valid until the next call.
   const std::vector<Piece>& Cut(const Word& word, Piece piece, bool text_has_marks);
 
  private:
   static constexpr std::size_t kUncut = std::numeric_limits<std::size_t>::max();
 
-  // What a cut costs; the least is best.
-  struct Cost {
+  // How good a cut is; the least is best.
+  struct Rank {
     std::size_t syllables = 0;
     std::size_t rewritten = 0;
-    std::size_t apostrophes = 0;  // that would be written in front of syllables, and are not
+    CutCost cost;
 
-    bool operator<(const Cost& other) const;
+    bool operator<(const Rank& other) const;
   };
 
-  // The cost of the best cut behind a syllable without a tone mark, and behind one with a mark.
-  using Costs = std::array<Cost, 2>;
+  // The rank of the best cut after a syllable without a tone mark, and after one with a mark.
+  using Ranks = std::array<Rank, 2>;
 
-  // The costs at as many letters as a syllable reaches, by their index; the first letter's is [0].
-  using CostRing = std::array<Costs, kMaxPackedLength + 1>;
+  // The ranks at as many letters as a syllable reaches, by their index; the first letter's is [0].
+  using RankRing = std::array<Ranks, kMaxPackedLength + 1>;
 
   bool Cover(const Word& word, Piece piece);
   void TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters, std::size_t marks,
-                   CostRing& costs);
+                   RankRing& ranks);
+  bool StandsAlone(PackedSpelling letters) const;
 
+  const CutNumbers numbers_;
   const Readings& readings_;
   bool text_has_marks_ = false;
-  // For each letter of a piece the length of the syllable that begins there in the best cut, behind
-  // a syllable without a tone mark and behind one with a mark.
+  // For each letter of a piece the length of the syllable that begins there in the best cut, after
+  // a syllable without a tone mark and after one with a mark.
   std::vector<std::array<std::uint8_t, 2>> lengths_;
   std::vector<Piece> syllables_;
 };

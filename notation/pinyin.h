@@ -37,12 +37,13 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///
 /// - With tone marks: a run of letters is cut so that each syllable has one mark at the most, on a
 ///   vowel, or on m or n where it has none. Of all cuts that leave no letter out, the one of the
-///   fewest syllables; then the one with the least that a rule rewrites; then the one that lacks
-///   the fewest apostrophes ("Hénán" is he nan, "Hén'án" is hen an); then the one whose first
-///   syllable is the longest, and so on. An apostrophe belongs in front of a, e, o and the
-///   syllables m, n and ng within a word. It may be lacking where both syllables have a mark
-///   ("xīān") and in front of an er without a mark; elsewhere there is no cut, so that an unknown
-///   syllable ("biáng") is not read as two. A syllable without a mark has tone 5.
+///   fewest syllables; then the one with the least that a rule rewrites; then the one of the least
+///   cost, as CutWhole has it: above all the one that lacks the fewest apostrophes ("Hénán" is he
+///   nan, "Hén'án" is hen an); then the one whose first syllable is the longest, and so on. An
+///   apostrophe belongs before a, e, o and the syllables m, n and ng within a word. It may be
+///   lacking where both syllables have a mark ("xīān") and before an er without a mark; elsewhere
+///   there is no cut, so that an unknown syllable ("biáng") is not read as two. A syllable without
+///   a mark has tone 5.
 /// - With tone digits: a run of letters is one syllable.
 /// - Without tones: a run of letters stays one word, for the caller to cut (CutWhole), syllables or
 ///   not. Only a syllable that a rule rewrites is set apart: "yidianr" is "yi dian er".

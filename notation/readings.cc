@@ -26,14 +26,14 @@ Reading Readings::Unfused(PackedSpelling letters, std::size_t count) const {
     for (std::size_t i = 0; i < count; ++i) spelling[i] = UnpackLetter(letters, i);
     reading.spelling = Pack(aliases_->Find({spelling.data(), count}));
     reading.is_alias = reading.IsKnown();
-    if (reading.is_alias) return reading;
   }
-  if (syllables_.Has(letters)) {
-    reading.spelling = letters;
-  } else if (IsRespelled(letters)) {
-    reading.spelling = letters ^ PackLetter('u' ^ 'v', 1);
-    reading.is_respelled = true;
+  if (!reading.is_alias) {
+    reading.is_respelled = IsRespelled(letters);
+    reading.spelling = reading.is_respelled ? letters ^ PackLetter('u' ^ 'v', 1) : letters;
   }
+  const SyllableSet::Entry syllable = syllables_.Find(reading.spelling);
+  if (!syllable.IsSyllable()) return {};
+  reading.rarity = syllable.rarity;
   return reading;
 }
 

@@ -5,6 +5,7 @@
 // them. Not installed.
 
 #include <cstddef>
+#include <cstdint>
 
 #include "notation/jyutping.h"
 #include "notation/records.h"
@@ -18,7 +19,8 @@ struct Reading {
   bool is_lone_r = false;       // "r" as "er"
   bool is_alias = false;
   bool is_respelled = false;  // "lue" as "lve"
-  bool has_fused_r = false;   // behind `spelling`, a syllable more
+  bool has_fused_r = false;   // after `spelling`, a syllable more
+  std::uint8_t rarity = 0;    // of `spelling`
 
   bool IsKnown() const { return spelling != 0; }
   bool IsRewritten() const { return is_lone_r || is_alias || is_respelled || has_fused_r; }

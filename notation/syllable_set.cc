@@ -4,27 +4,33 @@
 
 #include <string>
 
+#include "notation/cut_cost.h"
 #include "notation/syllable_table.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {
 
 SyllableSet::SyllableSet(int language) {
+  const std::uint8_t* rarity = CutNumbersOf(language).rarities;
   for (const std::string& spelling : SyllableSpellings(language)) {
+    const Entry syllable = {kSyllable, *rarity++};
     if (spelling == "E") continue;  // the library reads "e"
-    for (std::size_t length = 1; length <= spelling.size(); ++length) {
-      Add(Pack(std::string_view(spelling).substr(0, length)), kBeginning);
+    for (std::size_t length = 1; length < spelling.size(); ++length) {
+      Add(Pack(std::string_view(spelling).substr(0, length)), {kBeginning, 0});
     }
-    Add(Pack(spelling), kSyllable);
+    Add(Pack(spelling), syllable);
   }
 }
 
-void SyllableSet::Add(PackedSpelling spelling, unsigned kind) {
+// What is a syllable stays one.
+void SyllableSet::Add(PackedSpelling spelling, Entry entry) {
   std::size_t slot = SlotOf(spelling);
   while (slots_[slot] != 0 && (slots_[slot] & kSpellingMask) != spelling) {
     slot = (slot + 1) % kSlots;
   }
-  slots_[slot] |= spelling | (std::uint64_t{kind} << kSpellingBits);
+  if (EntryOf(slots_[slot]).IsSyllable()) return;
+  slots_[slot] = spelling | (std::uint64_t{entry.kind} << kSpellingBits) |
+                 (std::uint64_t{entry.rarity} << (kSpellingBits + kKindBits));
 }
 
 const SyllableSet& SyllableSet::Of(int language) {

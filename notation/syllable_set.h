@@ -1,8 +1,8 @@
 #ifndef NOTATION_SYLLABLE_SET_H_
 #define NOTATION_SYLLABLE_SET_H_
 
-// The syllables of a language as a set of packed spellings, for looking up many quickly. Not
-// installed.
+// The syllables of a language as a set of packed spellings with their rarities, for looking up many
+// quickly. Not installed.
 
 #include <array>
 #include <cstddef>
@@ -31,43 +31,55 @@ constexpr PackedSpelling Pack(std::string_view spelling) {
 
 class SyllableSet {
  public:
-  /// What letters are, as bits.
-  enum Kind : unsigned {
+  /// What letters are.
+  enum Kind : std::uint8_t {
     kNothing = 0,
-    kBeginning = 1,  ///< of a syllable, or all of it
-    kSyllable = 2,   ///< one that text can name
+    kBeginning = 1,  ///< of a syllable
+    kSyllable = 2,   ///< one that text can name, and perhaps the beginning of another
+  };
+
+  struct Entry {
+    Kind kind = kNothing;
+    std::uint8_t rarity = 0;  ///< of a syllable, in sixteenths of a bit
+
+    bool IsSyllable() const { return kind == kSyllable; }
   };
 
   /// The set of a Chinese language, made at the first call.
   static const SyllableSet& Of(int language);
 
   /// What a spelling of small letters, not empty, is.
-  unsigned Find(PackedSpelling spelling) const {
+  Entry Find(PackedSpelling spelling) const {
     for (std::size_t slot = SlotOf(spelling); slots_[slot] != 0; slot = (slot + 1) % kSlots) {
-      if ((slots_[slot] & kSpellingMask) == spelling) {
-        return static_cast<unsigned>(slots_[slot] >> kSpellingBits);
-      }
+      if ((slots_[slot] & kSpellingMask) == spelling) return EntryOf(slots_[slot]);
     }
-    return kNothing;
+    return {};
   }
 
-  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling) != kNothing; }
-  bool Has(PackedSpelling spelling) const { return (Find(spelling) & kSyllable) != 0; }
+  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling).kind != kNothing; }
+  bool Has(PackedSpelling spelling) const { return Find(spelling).IsSyllable(); }
 
  private:
   static constexpr int kSlotBits = 11;  // at most half of the slots are taken
   static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
   static constexpr int kSpellingBits = 48;  // six letters, as many as the library looks up
   static constexpr PackedSpelling kSpellingMask = (PackedSpelling{1} << kSpellingBits) - 1;
+  static constexpr int kKindBits = 8;
 
   explicit SyllableSet(int language);
-  void Add(PackedSpelling spelling, unsigned kind);
+  void Add(PackedSpelling spelling, Entry entry);
+
+  static constexpr Entry EntryOf(std::uint64_t slot) {
+    return {static_cast<Kind>(slot >> kSpellingBits & 0xffU),
+            static_cast<std::uint8_t>(slot >> (kSpellingBits + kKindBits))};
+  }
 
   static constexpr std::size_t SlotOf(PackedSpelling spelling) {
     return static_cast<std::size_t>(spelling * 0x9e3779b97f4a7c15U >> (64 - kSlotBits));
   }
 
-  std::array<std::uint64_t, kSlots> slots_ = {};  // a spelling and its kind above; 0 where free
+  // A spelling, above it its kind, and above that its rarity; 0 where free.
+  std::array<std::uint64_t, kSlots> slots_ = {};
 };
 
 }  // namespace qeo::notation::internal

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "notation/apostrophe.h"
+#include "notation/syllable_set.h"
 #include "notation/syllable_table.h"
 #include "phoneme/phoneme.h"
 
@@ -21,13 +23,17 @@ const SyllableTree& SyllableTree::Of(int language) {
 
 SyllableTree::SyllableTree(int language) {
   nodes_.push_back({});
+  const CutNumbers numbers = CutNumbersOf(language);
+  penalty_ = numbers.penalty;
   const std::vector<std::string> spellings = SyllableSpellings(language);
   for (std::size_t row = 0; row < spellings.size(); ++row) {
-    Add(spellings[row], static_cast<int>(row));
+    const PackedSpelling packed = Pack(spellings[row]);
+    Add(spellings[row], {static_cast<std::int16_t>(row), numbers.rarities[row],
+                         TakesApostrophe(packed), numbers.nasals_stand_alone && IsNasal(packed)});
   }
 }
 
-void SyllableTree::Add(std::string_view spelling, int row) {
+void SyllableTree::Add(std::string_view spelling, const Syllable& syllable) {
   if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
   std::size_t node = kRoot;
   for (const char letter : spelling) {
@@ -37,7 +43,7 @@ void SyllableTree::Add(std::string_view spelling, int row) {
     }
     node = Next(node, letter);
   }
-  nodes_[node].row = static_cast<std::int16_t>(row);
+  nodes_[node].syllable = syllable;
   longest_ = std::max(longest_, spelling.size());
 }
 

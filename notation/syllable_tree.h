@@ -11,9 +11,18 @@
 #include <string_view>
 
 #include "notation/bounded_vector.h"
+#include "notation/cut_cost.h"
 #include "phoneme/ascii.h"
 
 namespace qeo::notation::internal {
+
+/// What a cut has to know about a syllable.
+struct Syllable {
+  std::int16_t row = -1;
+  std::uint8_t rarity = 0;        ///< in sixteenths of a bit
+  bool takes_apostrophe = false;  ///< within a word
+  bool stands_alone = false;      ///< and is never part of a longer word
+};
 
 class SyllableTree {
  public:
@@ -33,31 +42,35 @@ class SyllableTree {
     return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
   }
 
-  /// The row of the syllable whose letters lead to a node, or kNoRow.
-  int RowAt(std::size_t node) const { return nodes_[node].row; }
+  /// The syllable whose letters lead to a node, of row kNoRow when they are none.
+  const Syllable& At(std::size_t node) const { return nodes_[node].syllable; }
 
-  /// The row of a syllable, of which the first letter may be a capital.
-  int Row(std::string_view syllable) const {
+  /// A syllable by its letters, of which the first may be a capital.
+  const Syllable& Find(std::string_view syllable) const {
     std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
     for (const char letter : syllable.substr(1)) node = Next(node, letter);
-    return RowAt(node);
+    return At(node);
   }
+
+  /// What a syllable costs that takes an apostrophe and has none.
+  const CutCost& penalty() const { return penalty_; }
 
  private:
   static constexpr std::size_t kMaxNodes = 1024;
 
   struct Node {
     std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
-    std::int16_t row = kNoRow;
+    Syllable syllable;
   };
 
   static std::size_t Branch(char letter) { return static_cast<std::size_t>(letter - 'a'); }
 
   explicit SyllableTree(int language);
-  void Add(std::string_view spelling, int row);
+  void Add(std::string_view spelling, const Syllable& syllable);
 
   BoundedVector<Node, kMaxNodes> nodes_;
   std::size_t longest_ = 0;
+  CutCost penalty_;
 };
 
 }  // namespace qeo::notation::internal

@@ -68,11 +68,12 @@ std::string ShowPossibleCuts(std::string_view word, const notation::Cut& cut) {
   return shown;
 }
 
-// Whether the three cuttings give the same for a word.
+// Whether the cuttings that cut give the same for a word.
 bool IsCutAlike(int language, std::string_view word) {
   const std::string first = ShowCut(word, CutLetters(language, word, kCuttings[0].meaning));
   return std::all_of(std::begin(kCuttings), std::end(kCuttings), [&](const auto& entry) {
-    return ShowCut(word, CutLetters(language, word, entry.meaning)) == first;
+    return entry.meaning == notation::Cutting::kNone ||
+           ShowCut(word, CutLetters(language, word, entry.meaning)) == first;
   });
 }
 
@@ -111,6 +112,9 @@ void AppendCut(int language, std::string_view word, notation::Cutting used, std:
   out += "\ncuts of " + Quote(word, 40) + ": forward and backward ";
   out += cut.directions_differ ? "differ\n" : "agree\n";
   for (const auto& [name, cutting] : kCuttings) {
+    if (cutting == notation::Cutting::kNone && used != cutting) {
+      continue;
+    }
     const char* mark = cutting == used ? ", used" : "";
     const std::string shown = ShowCut(word, notation::CutLetters(language, word, cutting));
     AppendLine(std::string(name) + mark, shown, " ", out);

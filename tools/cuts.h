@@ -11,11 +11,12 @@
 namespace qeo::tool {
 
 /// Appends how the words that no digit closes are cut in each way of kCuttings, of which `used` is
-/// marked, and how they could be cut. What a cut leaves out stands in brackets: "yi ping [uo]".
+/// marked, and how they could be cut; kNone is shown only when it is used. What a cut leaves out is
+/// in brackets: "yi ping [uo]".
 ///
-/// The words on which kCuttings differ come first, then those that can be cut in several ways or in
-/// none; what is beyond the first few is counted, as is what can be cut in one way only. Nothing is
-/// appended for a text without such words.
+/// The words on which the other ways differ come first, then those that can be cut in several ways
+/// or in none; what is beyond the first few is counted, as is what can be cut in one way only.
+/// Nothing is appended for a text without such words.
 ///
 /// `text` is normalised: letters, digits and blanks.
 void AppendCutsOfWords(int language, std::string_view text, notation::Cutting used,

@@ -22,7 +22,7 @@ inline constexpr char kStrictHelp[] =
     "no rules: text, for english pronunciation, as the library itself\nreads it";
 
 inline constexpr char kCutHelp[] =
-    "how words without tones are cut: whole (default), forward or\nbackward";
+    "how words without tones are cut: whole (default), forward,\nbackward or none";
 
 inline constexpr char kAliasesHelp[] = "replace spellings by the table in FILE (jyutping)";
 

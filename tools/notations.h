@@ -57,6 +57,7 @@ inline constexpr Named<notation::Cutting> kCuttings[] = {
     {"whole", notation::Cutting::kWhole},
     {"forward", notation::Cutting::kForward},
     {"backward", notation::Cutting::kBackward},
+    {"none", notation::Cutting::kNone},
 };
 
 /// A byte of a phone-id sequence below this closes a syllable, any other is a phone's id plus this.

@@ -30,7 +30,7 @@ _phoneme_values() {
     -l | --language) values='mandarin cantonese english' ;;
     --from) values='pinyin jyutping arpabet text codes ids pronunciation' ;;
     --to) values='syllables phones toned-phones codes ids pronunciation marks arpabet json tsv' ;;
-    --cut) values='whole forward backward' ;;
+    --cut) values='whole forward backward none' ;;
     --format) values='lines tsv cedict cmudict kaldi' ;;
     --headword) values='simplified traditional' ;;
     --aliases | -i | --input | -o | --output | --rejects) values=FILE ;;

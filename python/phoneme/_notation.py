@@ -27,7 +27,7 @@ from phoneme import _core
 from phoneme._core import Syllable
 from phoneme._errors import Errors, LanguageName, Text, raise_for_item, settle
 
-Cutting = Literal["whole", "forward", "backward"]
+Cutting = Literal["whole", "forward", "backward", "none"]
 Spacing = Literal["word", "space"]
 
 
@@ -374,10 +374,10 @@ def analyze(
 
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
     English as by `arpabet_to_pronunciation`. Words without tones are cut "whole" (so that every
-    letter finds its syllable, if that can be), "forward" or "backward" (by longest match). An
-    unregistered language is read as Mandarin.
+    letter finds its syllable, if that can be), "forward" or "backward" (by longest match), or not
+    at all ("none": each word is one syllable). An unregistered language is read as Mandarin.
     """
-    ways = ("whole", "forward", "backward")
+    ways = ("whole", "forward", "backward", "none")
     if cutting not in ways:
         raise ValueError(f"cutting must be one of {ways}, not {cutting!r}")
     syllables, separators, applied, problems = _core.analyze(
@@ -405,8 +405,9 @@ def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: i
     ['yi', 'pin', 'guo']
 
     Longest match from the front would give "yi" and "ping", and lose the rest. The best cut leaves
-    the fewest letters out, and of those has the fewest syllables, the longest first. A capital
-    opens a syllable. At most `max_cuts` cuts that cover the word are listed. An unregistered
+    the fewest letters out, of those has the fewest syllables, and of those costs the least: a
+    syllable costs how rare it is, and more within a word when it begins with a, e or o or is m, n
+    or ng. Mandarin m, n, ng, hm and hng are never cut off a word. A capital opens a syllable. At most `max_cuts` cuts that cover the word are listed. An unregistered
     language is served by Mandarin.
     """
     covers, syllables, count, cuts, differ = _core.cut_whole(letters, language, max_cuts)

@@ -100,7 +100,7 @@ def test_batches_are_many_single_conversions(texts: list[Any], language: Any) ->
     assert all(a.tolist() == b.tolist() for a, b in pairs)
 
 
-@given(TEXTS, LANGUAGES, st.sampled_from(["whole", "forward", "backward"]))
+@given(TEXTS, LANGUAGES, st.sampled_from(["whole", "forward", "backward", "none"]))
 def test_no_character_is_lost(text: Any, language: Any, cutting: Any) -> None:
     analysis = phoneme.analyze(text, language, cutting=cutting)
     found: set[int] = set()

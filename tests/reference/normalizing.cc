@@ -1,6 +1,6 @@
 // The second implementation of the normalisers, which is to be simple and need not be fast. It
-// shares nothing with them but the tables of syllables, phones and onsets, and the lookup of
-// aliases.
+// shares nothing with them but the tables of syllables, rarities, phones and onsets, and the lookup
+// of aliases.
 
 #include "tests/reference/normalizing.h"
 
@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "notation/english_onsets.h"
+#include "notation/rarities.h"
 #include "tests/reference/compare.h"
 #include "tests/reference/reference.h"
 
@@ -421,12 +422,15 @@ struct Cut {
   std::vector<Piece> pieces;
   int syllables = 0;
   int rewritten = 0;
-  int lacking = 0;  // apostrophes
+  int lacking = 0;  // Mandarin apostrophes
+  int rarity = 0;   // of the syllables, in sixteenths of a bit
   std::vector<std::size_t> lengths;
 
   // Less is better.
   bool operator<(const Cut& other) const {
-    const auto counts = [](const Cut& c) { return std::tie(c.syllables, c.rewritten, c.lacking); };
+    const auto counts = [](const Cut& c) {
+      return std::tie(c.syllables, c.rewritten, c.lacking, c.rarity);
+    };
     if (counts(*this) != counts(other)) return counts(*this) < counts(other);
     return lengths > other.lengths;  // the longest first syllable, and so on
   }
@@ -434,6 +438,18 @@ struct Cut {
 
 bool NeedsApostrophe(const std::string& letters) {
   return IsIn("aeo", letters[0]) || letters == "m" || letters == "n" || letters == "ng";
+}
+
+// What a syllable costs; a fused r, which rules add, costs nothing.
+int RarityOf(const Notation& notation, const std::string& syllable) {
+  const int language = notation.is_pinyin ? LANGUAGE_MANDARIN : LANGUAGE_CANTONESE;
+  const int row = PhoneSets().at(language).pinyin_map.at(syllable)->id;
+  return notation.is_pinyin ? notation::internal::kMandarinRarities[row]
+                            : notation::internal::kCantoneseRarities[row];
+}
+
+bool IsNasal(const std::string& letters) {
+  return letters.find_first_not_of("hmng") == std::string::npos;
 }
 
 // One mark at the most, on a vowel, or on m or n where there is none.
@@ -447,7 +463,7 @@ bool HasRightMarks(const std::vector<Character>& letters) {
   return marks <= 1;
 }
 
-// Tries every cut of `letters`, which stand behind `cut`, and keeps the best.
+// Tries every cut of `letters`, which follow `cut`, and keeps the best.
 // NOLINTNEXTLINE(misc-no-recursion): all cuts
 void TryCuts(const Notation& notation, bool is_marked, const std::vector<Character>& letters,
              const Cut& cut, std::optional<Cut>& best, int& tries) {
@@ -459,12 +475,16 @@ void TryCuts(const Notation& notation, bool is_marked, const std::vector<Charact
     const std::string spelling = Text(front);
     const Spelled spelled = Spell(notation, spelling);
     if (spelled.syllable.empty() || !HasRightMarks(front)) continue;
+    const bool is_whole = cut.pieces.empty() && middle == letters.end();
+    if (notation.is_pinyin && !is_marked && IsNasal(spelling) && !is_whole) continue;
     Cut next = cut;
     if (!cut.pieces.empty() && NeedsApostrophe(spelling)) {
       const bool may_lack = HasTone(front) ? HasTone(cut.pieces.back().letters) : spelling == "er";
       if (is_marked && !may_lack) continue;
-      ++next.lacking;
+      if (notation.is_pinyin) ++next.lacking;
+      if (!notation.is_pinyin) next.rarity += 2 * 16;  // 2 bits
     }
+    next.rarity += RarityOf(notation, spelled.syllable);
     next.syllables += spelled.has_er ? 2 : 1;
     next.rewritten += spelled.is_rewritten ? 1 : 0;
     next.lengths.push_back(length);

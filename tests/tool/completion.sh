@@ -87,7 +87,7 @@ convert --to c|codes
 convert --to t|toned-phones tsv
 convert --to text|
 convert --from p|pinyin pronunciation
-convert --cut |whole forward backward
+convert --cut |whole forward backward none
 check --cut b|backward
 explain --cut f|forward
 convert --format c|cedict cmudict
