@@ -60,10 +60,10 @@ struct Analysis {
 ///
 /// A word of a text without tones is cut as the options say. Letters that its cut leaves out are a
 /// problem of their own: kLettersLost, or kUnknownSyllable when nothing of the word is left. A
-/// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is no part of that one
-/// and not one by itself, so both are one kUnknownSyllable: "nun". With kNone a word that is not one
-/// syllable is unknown. The other kinds are described where the text is normalised. Unlike there, a problem of these two
-/// kinds has a suggestion when a syllable is one edit away.
+/// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is no part of that
+/// one and not one by itself, so both are one kUnknownSyllable: "nun". With kNone a word that is
+/// not one syllable is unknown. The other kinds are described where the text is normalised. Unlike
+/// there, a problem of these two kinds has a suggestion when a syllable is one edit away.
 ///
 /// An unregistered language is served by Mandarin. Time and memory are linear in the text.
 NOTATION_EXPORT Analysis Analyze(int language, std::string_view text,

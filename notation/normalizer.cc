@@ -4,6 +4,7 @@
 #include "notation/normalizer.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -74,10 +75,14 @@ class Normalizer {
   void PlaceWord();
   bool EndsInSyllable() const;
   bool IsAbbreviation(Piece capitals) const;
+  bool IsForeignLetter();
+  bool IsOtherwiseAscii() const;
+  void PlaceAbbreviation(Piece piece);
 
   // Pieces to syllables
 
   void PlacePiece(Piece piece);
+  bool EndsInErhua(Piece piece);
   void PlaceClosed(Piece piece);
   bool IsTone(char digit, const Reading& reading) const;
   void PlaceOpen(Piece piece);
@@ -94,6 +99,7 @@ class Normalizer {
   PieceCutter cutter_;
   SyllableWriter writer_;
   bool are_words_syllables_;
+  std::optional<bool> is_otherwise_ascii_;  // once it was asked
   ToneStyle tones_ = ToneStyle::kNone;
   Word word_;
 };
@@ -183,6 +189,7 @@ std::size_t Normalizer::PlaceWordAt(std::size_t at) {
 }
 
 void Normalizer::PlaceWord() {
+  if (IsForeignLetter()) return PlaceAbbreviation({0, 1});
   for (std::size_t begin = 0; begin < word_.size();) {
     std::size_t end = begin;
     while (end < word_.size() && word_[end].is_capital) ++end;
@@ -190,9 +197,7 @@ void Normalizer::PlaceWord() {
     const bool is_word_start = capitals.size() == 1 && end < word_.size();
     if (begin > 0) writer_.SetApart(word_[begin].offset);
     if (!is_word_start && IsAbbreviation(capitals)) {
-      const Range range = word_.RangeWithDigits(capitals);
-      writer_.Apply(Rule::kAbbreviation, range);
-      writer_.Report(ProblemKind::kForeignText, range);
+      PlaceAbbreviation(capitals);
     } else {
       while (end < word_.size() && !word_[end].is_capital) ++end;
       PlacePiece({begin, end});
@@ -218,14 +223,71 @@ bool Normalizer::IsAbbreviation(Piece capitals) const {
   return capitals.size() > 1 || !is_closed || !readings_.OfPiece(word_, capitals).IsKnown();
 }
 
+// Whether a word is a small letter of full width in a text that has nothing else beyond ASCII,
+// where it stands for a letter and not for a syllable.
+bool Normalizer::IsForeignLetter() {
+  const bool is_lone = word_.size() == 1 && word_.digits.count == 0;
+  if (!is_lone || !word_[0].is_full_width || word_[0].is_capital) return false;
+  if (!rules_.Has(Rule::kAbbreviation)) return false;
+  if (!is_otherwise_ascii_) is_otherwise_ascii_ = IsOtherwiseAscii();
+  return *is_otherwise_ascii_;
+}
+
+// Whether a text has letters or digits of ASCII, and besides ASCII only letters of full width that
+// are words by themselves.
+bool Normalizer::IsOtherwiseAscii() const {
+  bool has_ascii = false;
+  bool was_in_word = false;
+  bool was_wide = false;
+  for (std::size_t at = 0; at < text_.size();) {
+    const Character character = reader_.ReadCharacter(at);
+    const bool is_in_word = IsInWord(character) || character.kind == CharacterKind::kDigit;
+    const bool is_ascii = character.range.length == 1 && ascii::IsAscii(text_[at]);
+    const bool is_wide = character.kind == CharacterKind::kLetter && character.is_full_width &&
+                         !character.is_capital;
+    const bool is_joined = is_in_word && was_in_word && (is_wide || was_wide);
+    if (is_joined || !(is_ascii || is_wide)) return false;
+    has_ascii = has_ascii || (is_ascii && is_in_word);
+    was_in_word = is_in_word;
+    was_wide = is_wide;
+    at = character.range.end();
+  }
+  return has_ascii;
+}
+
+void Normalizer::PlaceAbbreviation(Piece piece) {
+  const Range range = word_.RangeWithDigits(piece);
+  writer_.Apply(Rule::kAbbreviation, range);
+  writer_.Report(ProblemKind::kForeignText, range);
+}
+
 void Normalizer::PlacePiece(Piece piece) {
-  if (word_.HasDigits(piece)) return PlaceClosed(piece);
+  if (word_.HasDigits(piece)) {
+    if (EndsInErhua(piece)) {
+      PlaceMarked({piece.begin, piece.end - 1});
+      piece.begin = piece.end - 1;
+    }
+    return PlaceClosed(piece);
+  }
   if (tones_ == ToneStyle::kMarks) return PlaceMarked(piece);
   if (tones_ == ToneStyle::kDigits) return PlaceOpen(piece);
   PlaceToneless(piece);
 }
 
-// A piece and the digit behind it.
+// Whether the digit after a piece with marks is that of its r, as in "pǔr5". Not where the r is of
+// a syllable "er", or the letters before it cannot be read.
+bool Normalizer::EndsInErhua(Piece piece) {
+  const Piece front = {piece.begin, piece.end - 1};
+  const char digit = word_.digits.first.ascii;
+  const bool is_neutral = digit == kNeutralTone || (digit == '0' && notation_.has_tone_zero);
+  const bool is_r = readings_.OfPiece(word_, {front.end, piece.end}).is_lone_r;
+  if (!is_neutral || !is_r || !word_.HasToneMark(front)) return false;
+  const std::vector<Piece>& whole = cutter_.Cut(word_, piece, true);
+  const bool is_er = !whole.empty() && !readings_.OfPiece(word_, whole.back()).has_fused_r;
+  return !is_er && !cutter_.Cut(word_, front, true).empty();
+}
+
+// A piece and the digit after it.
 void Normalizer::PlaceClosed(Piece piece) {
   const Character& digit = word_.digits.first;
   const std::size_t end = digit.range.end();

@@ -50,8 +50,8 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///
 /// The rules; one that is not in `rules` leaves what it would change to the others or a problem:
 ///
-/// - kFullWidth: full-width letters and digits, raised and lowered digits, and the Kelvin sign,
-///   which Unicode holds equal to K, to ASCII.
+/// - kFullWidth: full-width letters and digits, the full-width colon U+FF1A of "u:", raised and
+///   lowered digits, and the Kelvin sign, which Unicode holds equal to K, to ASCII.
 /// - kPunctuation: punctuation and spaces of all kinds, middle dots, apostrophes and invisible
 ///   format characters to a space. What the library takes for a separator (ASCII white space, "'",
 ///   "`") needs no rule. Signs that stand for something (# % & * @ \ and symbols) are foreign text.
@@ -62,18 +62,22 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///   The library has no notation for ê: it is an unknown syllable.
 /// - kNeutralTone: the digit 0, and a syllable without a digit in a text with digits, to 5. Without
 ///   it they stay as they are, which the library reads in the same way.
-/// - kErhua: an r that stands alone, with tone 5, 0 or none, to er.
+/// - kErhua: an r that stands alone, with tone 5, 0 or none, to er; and the r with tone 5 or 0 at
+///   the end of a word with tone marks, "pǔr5" to "pu3 er5", unless a syllable er ends in it
+///   ("ér5").
 /// - kFusedErhua: a syllable with r at its end that is not known, and is known without it and has
 ///   a vowel, to two: "nar4" to "na4 er5".
 /// - kAbbreviation: two capitals or more in a row, and one that stands alone, are reported as
 ///   foreign text, with the digits that follow ("PK", "MP3"). Not when one of them has a mark, nor
-///   a syllable of one letter with its digit ("A1"). Without it capitals are read as letters.
+///   a syllable of one letter with its digit ("A1"). Nor is a small letter of full width a syllable
+///   where it stands alone, without a digit, and the text has letters or digits of ASCII and
+///   besides ASCII only such letters: it is foreign text too. Without it letters are read as such.
 ///
 /// The problems; their bytes are left out of the text and a space takes their place:
 ///
 /// - kUnknownSyllable: letters that are no syllable ("xx5"), or that no cut covers.
-/// - kBadTone: a syllable with a digit beyond 5, with a mark and a digit, or r with 1 to 4; digits
-///   behind the first ("ni33": the second 3).
+/// - kBadTone: a syllable with a digit beyond 5, with a mark and a digit (but for the r of kErhua),
+///   or r with 1 to 4; digits after the first ("ni33": the second 3).
 /// - kForeignText: abbreviations, words with other Latin letters or marks, other scripts, symbols,
 ///   digits that follow no letter. Neighbours are one problem.
 /// - kInvalidUtf8: bytes that are no UTF-8. Neighbours are one problem.

@@ -22,9 +22,9 @@ enum class Rule : std::uint8_t {
   kDiaeresis,      ///< "u:", u with diaeresis, "lue" and "nue" to v (Pinyin)
   kToneMark,       ///< tone marks to digits; unmarked among marked to 5 (Pinyin)
   kNeutralTone,    ///< tone 0 or none to the neutral tone (Pinyin)
-  kErhua,          ///< "r5" to "er5" (Pinyin)
+  kErhua,          ///< "r5" to "er5", also after a word with tone marks (Pinyin)
   kFusedErhua,     ///< "dianr3" to "dian3 er5" (Pinyin)
-  kAbbreviation,   ///< upper-case abbreviations kept apart and reported
+  kAbbreviation,   ///< abbreviations and lone full-width letters kept apart and reported
   kGlued,          ///< a space between glued syllables, "wan2gung1" (Jyutping)
   kAlias,          ///< a spelling replaced by its entry in an alias table (Jyutping)
   kLowerCase,      ///< phone names to lower case (ARPAbet)

@@ -7,6 +7,8 @@
 namespace qeo::notation::internal {
 namespace {
 
+constexpr std::string_view kFullWidthColon = "\uFF1A";
+
 // Adds a range to the one that it follows on directly, if it does.
 bool Join(Range range, Range& last) {
   if (last.end() != range.offset) return false;
@@ -60,7 +62,12 @@ void SyllableWriter::PutLetters(const Word& word, Piece piece) {
 }
 
 void SyllableWriter::ApplyLetterRules(const Letter& letter) {
-  if (letter.is_full_width) Apply(Rule::kFullWidth, letter.range());
+  if (letter.is_full_width) {
+    Apply(Rule::kFullWidth, letter.range());
+  } else if (letter.has_full_width_colon) {
+    Apply(Rule::kFullWidth,
+          {letter.range().end() - kFullWidthColon.size(), kFullWidthColon.size()});
+  }
   if (letter.has_diaeresis) Apply(Rule::kDiaeresis, letter.range());
   if (letter.is_variant || letter.tone != kNoTone) Apply(Rule::kToneMark, letter.range());
 }

@@ -84,6 +84,7 @@ bool TextReader::AddColon(const Character& colon, std::vector<Letter>& letters) 
   }
   letter.letter = EndsDotless(letters) ? 'u' : 'v';
   letter.has_diaeresis = true;
+  letter.has_full_width_colon = colon.is_full_width;
   letter.has_mark = true;
   letter.length = static_cast<std::uint8_t>(letter.length + colon.range.length);
   return true;

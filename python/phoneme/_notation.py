@@ -43,9 +43,9 @@ class Rule(str, enum.Enum):
     DIAERESIS = "diaeresis"  #: "u:", u with diaeresis, "lue" and "nue" to v (Pinyin)
     TONE_MARK = "tone-mark"  #: tone marks to digits; unmarked among marked to 5 (Pinyin)
     NEUTRAL_TONE = "neutral-tone"  #: tone 0 or none to the neutral tone (Pinyin)
-    ERHUA = "erhua"  #: "r5" to "er5" (Pinyin)
+    ERHUA = "erhua"  #: "r5" to "er5", also after a word with tone marks (Pinyin)
     FUSED_ERHUA = "fused-erhua"  #: "dianr3" to "dian3 er5" (Pinyin)
-    ABBREVIATION = "abbreviation"  #: upper-case abbreviations kept apart and reported
+    ABBREVIATION = "abbreviation"  #: abbreviations and lone full-width letters kept apart
     GLUED = "glued"  #: a space between glued syllables, "wan2gung1" (Jyutping)
     ALIAS = "alias"  #: a spelling replaced by its alias (Jyutping)
     LOWER_CASE = "lower-case"  #: phone names to lower case (ARPAbet)

@@ -122,6 +122,7 @@ TEST(NormalizeJyutping, Problems) {
       {"kaa1laa1OK0", "kaa1 laa1", "glued 4+4, abbreviation 8+3", "foreign text 8+3"},
       {"@ #", "", "", "foreign text 0+1, foreign text 2+1"},
       {"○", "", "", "foreign text 0+3"},
+      {"sap6 ｍ goi1", "sap6 goi1", "abbreviation 5+3", "foreign text 5+3"},
       {"personnel0", "", "", "unknown syllable 0+10"},
       {"Hong Kong Telecom0", "hong kong", "", "unknown syllable 10+8"},
       {"拚pun2", "pun2", "", "foreign text 0+3"},

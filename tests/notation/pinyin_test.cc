@@ -150,6 +150,10 @@ TEST(NormalizePinyin, Diaeresis) {
       {"nühai", "nvhai", "diaeresis 1+2", ""},
       {"celue", "ce lve", "diaeresis 3+1", ""},
       {"lu:", "lv", "diaeresis 1+2", ""},
+      // a colon of full width is named, in its place
+      {"lu：4 NU：3", "lv4 nv3", "diaeresis 1+4, full-width 2+3, diaeresis 8+4, full-width 9+3",
+       ""},
+      {"yu：4", "yu4", "diaeresis 1+4, full-width 2+3", ""},
       // after j, q, x and y the dots are not written
       {"jü4 qu:3 xv1 yü2", "ju4 qu3 xu1 yu2",
        "diaeresis 1+2, diaeresis 6+2, diaeresis 11+1, diaeresis 15+2", ""},
@@ -289,11 +293,24 @@ TEST(NormalizePinyin, Erhua) {
       {"diǎn r", "dian3 er5", "tone-mark 2+2, erhua 6+1, tone-mark 6+1", ""},
       {"dian r", "dian er", "erhua 5+1", ""},
       {"dian3 r4", "dian3", "", "bad tone 6+2"},
+      // after a word with marks its digit is the r's
+      {"pǔr5", "pu3 er5", "tone-mark 1+2, erhua 3+1", ""},
+      {"pǔr0", "pu3 er5", "tone-mark 1+2, erhua 3+1, neutral-tone 4+1", ""},
+      {"xiàohuar5", "xiao4 hua5 er5", "tone-mark 2+2, tone-mark 5+3, erhua 8+1", ""},
+      {"gēr5 NǎR5", "ge1 er5 na3 er5", "tone-mark 1+2, erhua 3+1, tone-mark 7+2, erhua 9+1", ""},
+      {"pǔr55hǎo", "pu3 er5 hao3", "tone-mark 1+2, erhua 3+1, tone-mark 7+2", "bad tone 5+1"},
+      {"pǔr3", "", "", "bad tone 0+5"},
+      {"pǔ5", "", "", "bad tone 0+4"},
+      {"biángr5", "", "", "unknown syllable 0+8"},
+      // but not where it would be that of a syllable er
+      {"ér5 ěr0", "", "", "bad tone 0+4, bad tone 5+4"},
+      {"nǚér5 nǚer5", "", "", "bad tone 0+7, bad tone 8+6"},
   });
   ExpectCases(
       {
           {"dian3 r5", "dian3", "", "unknown syllable 6+2"},
           {"dianr3", "dian3 er5", "fused-erhua 4+2", ""},
+          {"pǔr5", "", "", "bad tone 0+5"},
       },
       kPinyinRules.Without(Rule::kErhua));
 }
@@ -328,6 +345,7 @@ TEST(NormalizePinyin, FusedErhua) {
           {"yidianr", "yidianr", "", ""},
           {"diǎnr", "", "", "unknown syllable 0+6"},
           {"dian3r", "dian3 er5", "erhua 5+1, neutral-tone 5+1", ""},
+          {"pǔr5", "pu3 er5", "tone-mark 1+2, erhua 3+1", ""},
       },
       kPinyinRules.Without(Rule::kFusedErhua));
 }
@@ -353,12 +371,32 @@ TEST(NormalizePinyin, Abbreviations) {
       {"XÜ4 QU:4", "xu4 qu4", "diaeresis 1+2, diaeresis 6+2", ""},
       // its digit is no tone
       {"NA3 nihao", "nihao", "abbreviation 0+3", "foreign text 0+3"},
+      // a small letter of full width in a text of ASCII
+      {"wu3 ａ ji2", "wu3 ji2", "abbreviation 4+3", "foreign text 4+3"},
+      {"ａ ji", "ji", "abbreviation 0+3", "foreign text 0+3"},
+      {"3 ａ", "", "abbreviation 2+3", "foreign text 0+1, foreign text 2+3"},
+      {"-ａ- ji2 (ｂ)", "ji2",
+       "punctuation 0+1, abbreviation 1+3, punctuation 4+1, punctuation 10+1, abbreviation 11+3, "
+       "punctuation 14+1",
+       "foreign text 1+3, foreign text 11+3"},
+      // but not with a digit, in a word, or where there is more beyond ASCII
+      {"wu3 ａ5 ji2", "wu3 a5 ji2", "full-width 4+3", ""},
+      {"wu3 ａi5", "wu3 ai5", "full-width 4+3", ""},
+      {"wu3 bａ5 ａ", "wu3 ba5 a5", "full-width 5+3, full-width 10+3, neutral-tone 10+3", ""},
+      {"wu3 ａａ5 ａ", "wu3 a5", "full-width 12+3, neutral-tone 12+3", "unknown syllable 4+7"},
+      {"wu３ ａ", "wu3 a5", "full-width 2+3, full-width 6+3, neutral-tone 6+3", ""},
+      {"wǔ ａ", "wu3 a5", "tone-mark 1+2, full-width 4+3, tone-mark 4+3", ""},
+      {"wu3 ａ，", "wu3 a5", "full-width 4+3, neutral-tone 4+3, punctuation 7+3", ""},
+      {"ａ", "a", "full-width 0+3", ""},
+      {"ａ - ｏ", "a o", "full-width 0+3, punctuation 4+1, full-width 6+3", ""},
+      {"wu3 a ji2", "wu3 a5 ji2", "neutral-tone 4+1", ""},
   });
   ExpectCases(
       {
           {"PK sai4", "sai4", "", "unknown syllable 0+2"},
           {"NI3 HAO3", "ni3 hao3", "", ""},
           {"A Q sai4", "a5 sai4", "neutral-tone 0+1", "unknown syllable 2+1"},
+          {"wu3 ａ", "wu3 a5", "full-width 4+3, neutral-tone 4+3", ""},
       },
       kPinyinRules.Without(Rule::kAbbreviation));
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -64,9 +65,12 @@ TEST(ReferenceNormalizing, Pinyin) {
           {"ma0 ma3ma", "\"ma5 ma3ma5\"s"},
           {"dian3r5 nar4", "\"dian3 er5 na4 er5\"s"},
           {"yīdīngdiǎnr", "\"yi1 ding1 dian3 er5\"s"},
+          {"pǔr5 xiàohuar5", "\"pu3 er5 xiao4 hua5 er5\"s"},
+          {"ér5 pǔr3", "\"\"s, bad tone 0+4, bad tone 5+5"},
           {"Hénán Hén'án", "\"he2 nan2 hen2 an2\"s"},
           {"yidianr NiHao", "\"yi dian er ni hao\"s"},
           {"ｎｉ３ ni³", "\"ni3 ni3\"s"},
+          {"wu3 ａ ji2", "\"wu3 ji2\"s, foreign text 4+3"},
           {"san1 P MP3恤", "\"san1\"s, foreign text 5+1, foreign text 7+6"},
           {"xx5 biáng", "\"\"s, unknown syllable 0+3, unknown syllable 4+6"},
           {"ni33 ni6 nǐ3", "\"ni3\"s, bad tone 3+1, bad tone 5+3, bad tone 9+4"},
@@ -117,13 +121,13 @@ TEST(ReferenceNormalizing, Arpabet) {
 
 TEST(ReferenceNormalizing, RandomPinyin) {
   const std::vector<std::string> fragments = {
-      "ni",  "hao", "Hao", "dian", "ma",     "xian",   "er",     "r",      "lue", "nve", "zhàn",
-      "nán", "Hé",  "an",  "a",    "e",      "n",      "g",      "ng",     "l",   "j",   "v",
-      "u",   "u:",  "yu:", "nu:",  "qu:",    "xv",     ":",      "ü",      "ǚ",   "ǎ",   "ā",
-      "é",   "ò",   "ī",   "ń",    "ê",      "\u0300", "\u0301", "\u0308", "ɑ",   "ɡ",   "ñ",
-      "P",   "PK",  "A",   "E",    "R",      "L",      "V",      "恤",     "，",  "·",   "'",
-      " ",   "\t",  "0",   "1",    "3",      "5",      "6",      "33",     "５",  "³",   "ｎ",
-      "Ｎ",  "：",  "#",   "＃",   "\u200b", "\xe4",   "\xff",   "\u20dd"};
+      "ni",  "hao", "Hao", "dian", "ma",  "xian", "er", "r",      "lue",    "nve",    "zhàn",
+      "nán", "Hé",  "an",  "a",    "e",   "n",    "g",  "ng",     "l",      "j",      "v",
+      "u",   "u:",  "yu:", "nu:",  "qu:", "xv",   ":",  "ü",      "ǚ",      "ǎ",      "ā",
+      "r5",  "pǔr", "r0",  "é",    "ò",   "ī",    "ń",  "ê",      "\u0300", "\u0301", "\u0308",
+      "ɑ",   "ɡ",   "ñ",   "P",    "PK",  "A",    "E",  "R",      "L",      "V",      "恤",
+      "，",  "·",   "'",   " ",    "\t",  "0",    "1",  "3",      "5",      "6",      "33",
+      "５",  "³",   "ｎ",  "Ｎ",   "：",  "#",    "＃", "\u200b", "\xe4",   "\xff",   "\u20dd"};
   RandomTexts random;
   int modelled = 0;
   for (int i = 0; i < kTexts && !testing::Test::HasFailure(); ++i) {
@@ -152,6 +156,27 @@ TEST(ReferenceNormalizing, RandomJyutping) {
     modelled += ExpectSame(NormalizeJyutping(text, rules, table), expected, text) ? 1 : 0;
   }
   EXPECT_GT(modelled, kTexts * 9 / 10);
+}
+
+// Texts that are of ASCII but for letters of full width.
+TEST(ReferenceNormalizing, RandomLetters) {
+  const std::vector<std::string> fragments = {"ni", "a",  "Ni3", "r",   " ",  " ",  "-", ".", "5",
+                                              "ａ", "ｒ", " ａ", "ａ ", "ｍ", "Ａ", ":", "ü", "，"};
+  RandomTexts random;
+  int foreign = 0;
+  for (int i = 0; i < kTexts && !testing::Test::HasFailure(); ++i) {
+    const std::string text = random.Text(fragments);
+    const RuleSet rules = random.Below(2) == 0 ? kPinyinRules : random.Rules();
+    const Normalized result = NormalizePinyin(text, rules);
+    ExpectSame(result, sp::reference::NormalizePinyin(text, rules), text);
+    ExpectEachByteHasAnOwner(text, result);
+    const bool is_foreign = std::any_of(
+        result.problems.begin(), result.problems.end(), [&text](const Problem& problem) {
+          return text.compare(problem.range.offset, problem.range.length, "ａ") == 0;
+        });
+    foreign += is_foreign ? 1 : 0;
+  }
+  EXPECT_GT(foreign, 100);
 }
 
 TEST(ReferenceNormalizing, RandomPronunciations) {

@@ -385,6 +385,33 @@ std::size_t TakeWord(const Notation& notation, const std::vector<Character>& tex
   return at;
 }
 
+// In a text that has letters or digits of ASCII, and besides ASCII only small letters of full width
+// between other signs, the latter are foreign.
+void MakeLoneLettersForeign(const std::string& text, std::vector<Character>& characters) {
+  const auto is_of_word = [&](std::size_t at) {
+    return IsAt(characters, at, Kind::kLetter) || IsAt(characters, at, Kind::kOtherLetter) ||
+           IsAt(characters, at, Kind::kDigit);
+  };
+  std::vector<std::size_t> lone;
+  bool has_ascii = false;
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    const Character& c = characters[i];
+    const bool is_ascii =
+        std::all_of(text.begin() + static_cast<std::ptrdiff_t>(c.begin),
+                    text.begin() + static_cast<std::ptrdiff_t>(c.end),
+                    [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+    has_ascii = has_ascii || (is_ascii && is_of_word(i));
+    if (is_ascii) continue;
+    const bool is_wide = 0xff41 <= c.base && c.base <= 0xff5a && c.marks.empty();
+    const bool is_lone = (i == 0 || !is_of_word(i - 1)) && !is_of_word(i + 1);
+    if (!is_wide || !is_lone) return;
+    lone.push_back(i);
+  }
+  for (const std::size_t i : lone) {
+    if (has_ascii) characters[i].kind = Kind::kForeign;
+  }
+}
+
 std::vector<Token> Tokens(const Notation& notation, const std::vector<Character>& text) {
   std::vector<Token> tokens;
   for (std::size_t at = 0; at < text.size();) {
@@ -500,7 +527,8 @@ class Reader {
   explicit Reader(const Notation& notation) : notation_(notation) {}
 
   std::optional<Reading> Read(const std::string& text) {
-    const std::vector<Character> characters = Characters(notation_, text);
+    std::vector<Character> characters = Characters(notation_, text);
+    if (notation_.Has(Rule::kAbbreviation)) MakeLoneLettersForeign(text, characters);
     const std::vector<Token> tokens = Tokens(notation_, characters);
     for (const Token& token : tokens) {
       has_marks_ = has_marks_ || HasTone(token.letters);
@@ -512,7 +540,7 @@ class Reader {
       } else if (token.digits.empty() && (has_marks_ || !has_digits_) &&
                  !IsErhua(Text(token.letters))) {
         ReadWord(token.letters);
-      } else {
+      } else if (!ReadMarkedErhua(token)) {
         ReadSyllable(token);
       }
     }
@@ -521,6 +549,28 @@ class Reader {
   }
 
  private:
+  std::optional<Cut> BestCut(const std::vector<Character>& letters) {
+    std::optional<Cut> best;
+    TryCuts(notation_, has_marks_, letters, {}, best, tries_);
+    is_outside_ = is_outside_ || tries_ > kMostTries;
+    return best;
+  }
+
+  // Letters with a mark, then an r with the digit 5 or 0, which is not of a syllable "er".
+  bool ReadMarkedErhua(const Token& token) {
+    std::vector<Character> front = token.letters;
+    const Character r = front.back();
+    front.pop_back();
+    if (token.digits.empty() || !IsIn("05", token.digits.front().ascii)) return false;
+    if (!IsErhua(Text({r})) || !HasTone(front)) return false;
+    const std::optional<Cut> whole = BestCut(token.letters);
+    const std::optional<Cut> cut = BestCut(front);
+    if (!cut || (whole && !whole->pieces.back().spelled.has_er)) return false;
+    WriteMarked(*cut);
+    ReadSyllable({{r}, token.digits, token.problem, token.range});
+    return true;
+  }
+
   // A group of letters that is one syllable.
   void ReadSyllable(const Token& token) {
     const std::vector<Character>& letters = token.letters;
@@ -561,9 +611,7 @@ class Reader {
   void ReadWord(const std::vector<Character>& letters) {
     is_outside_ = is_outside_ || letters.size() > kMostLettersToCut;
     if (is_outside_) return;
-    std::optional<Cut> best;
-    TryCuts(notation_, has_marks_, letters, {}, best, tries_);
-    is_outside_ = tries_ > kMostTries;
+    const std::optional<Cut> best = BestCut(letters);
     const std::string spelling = Text(letters);
     if (!best && (has_marks_ || spelling.find('^') != std::string::npos)) {
       Report(ProblemKind::kUnknownSyllable, letters.front().begin, letters.back().end,
