@@ -15,6 +15,7 @@ namespace qeo::notation::internal {
 enum class OnsetSource : std::uint8_t {
   kEnglish,  // begins words of American English: what any account of its sounds lists
   kLexicon,  // further onsets of data/english.tsv, most from names, loans and compounds
+  kLoan,     // begins borrowed words: Sri Lanka, schnapps, svelte; not in data/english.tsv
 };
 
 struct EnglishOnset {
@@ -25,8 +26,8 @@ struct EnglishOnset {
 
 // clang-format off
 
-// One onset a row: single consonants, obstruent and approximant, s-clusters, consonant and y, and
-// what the lexicon has besides. Left out is "ng", which begins no syllable.
+// One onset a row: single consonants, obstruent and approximant, s-clusters, consonant and y, what
+// the lexicon has besides, and loans. Left out is "ng", which begins no syllable.
 inline constexpr EnglishOnset english_onsets[] = {
     { "b",     OnsetSource::kEnglish, 228 },
     { "ch",    OnsetSource::kEnglish,  52 },
@@ -113,6 +114,10 @@ inline constexpr EnglishOnset english_onsets[] = {
     { "v r",   OnsetSource::kLexicon,   1 },
     { "m r",   OnsetSource::kLexicon,   2 },
     { "s k l", OnsetSource::kLexicon,   1 },
+
+    { "s r",   OnsetSource::kLoan,      0 },
+    { "sh n",  OnsetSource::kLoan,      0 },
+    { "s v",   OnsetSource::kLoan,      0 },
 };
 // clang-format on
 
