@@ -6,10 +6,12 @@
 #include <cerrno>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "tools/encodings.h"
 #include "tools/files.h"
 #include "tools/findings.h"
+#include "tools/gaps.h"
 #include "tools/input.h"
 #include "tools/languages.h"
 #include "tools/lexicon_check.h"
@@ -28,13 +30,33 @@ std::string WithoutKind(const Failure& failure) {
   return begins_with_kind ? failure.message.substr(kind.size()) : failure.message;
 }
 
+// Without a target all is reported that a strict conversion drops.
+Conversion ConversionOf(const CheckOptions& options) {
+  Conversion conversion = options.conversion;
+  conversion.is_strict = conversion.is_strict && options.has_target;
+  return conversion;
+}
+
+// What a lexicon needs, unless the user says.
+std::vector<Target> TargetsOf(const CheckOptions& options) {
+  if (options.has_target) {
+    return {options.conversion.to};
+  }
+  if (HasCodes(options.conversion.from)) {
+    return {Target::kCodes, Target::kPronunciation};
+  }
+  return {Target::kPronunciation};
+}
+
 class Checker {
  public:
   Checker(const CheckOptions& options, FilesInUse& in_use)
       : options_(options),
         in_use_(in_use),
-        conversion_{options.language, options.from, Target::kPhones, options.reading},
+        conversion_(ConversionOf(options)),
+        targets_(TargetsOf(options)),
         reader_(conversion_, false),
+        gaps_(conversion_),
         findings_(options.is_json) {}
 
   ExitStatus Run();
@@ -49,12 +71,16 @@ class Checker {
   void ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text);
   void ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text);
   void ReportLost(std::uint64_t number, std::size_t offset, const std::string& text);
+  void CheckSyllable(std::uint64_t number, std::size_t offset, const sp::SyllableInfo& syllable,
+                     std::string_view written);
   void Fail(std::string_view problem);
 
   const CheckOptions& options_;
   FilesInUse& in_use_;
   Conversion conversion_;
+  std::vector<Target> targets_;
   Reader reader_;
+  Gaps gaps_;
   FindingWriter findings_;
   std::optional<LexiconCheck> lexicon_;
   Output messages_{STDERR_FILENO};
@@ -104,7 +130,7 @@ void Checker::CheckFile(const std::string& path) {
 
 void Checker::CheckInput(int file_descriptor, const std::string& path) {
   if (options_.is_lexicon) {
-    lexicon_.emplace(PhoneLanguage(options_.language), options_.from == Source::kArpabet,
+    lexicon_.emplace(PhoneLanguage(conversion_.language), conversion_.from == Source::kArpabet,
                      findings_);
   }
   BlockReader reader(file_descriptor);
@@ -160,21 +186,18 @@ void Checker::CheckLine(std::uint64_t number, std::string_view line) {
 }
 
 void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_view text) {
-  if (IsWritten(options_.from)) {
+  if (IsWritten(conversion_.from)) {
     return CheckWritten(number, offset, text);
   }
   const std::string copy(text);
   if (!reader_.Read(copy)) {
     return ReportUnread(number, offset, copy);
   }
-  if (options_.from == Source::kText) {
-    ReportLost(number, offset, copy);
-  }
+  const std::vector<notation::Range> places = reader_.FindPlaces(copy);
   for (std::size_t i = 0; i < reader_.syllable_count(); ++i) {
-    if (reader_.Syllable(i).phones.empty()) {
-      findings_.Write({number, offset, copy.size(), "no phones",
-                       "syllable " + std::to_string(i + 1), "", true});
-    }
+    const notation::Range place = i < places.size() ? places[i] : notation::Range{0, copy.size()};
+    CheckSyllable(number, offset + place.offset, reader_.Syllable(i),
+                  text.substr(place.offset, place.length));
   }
   if (options_.layout.HasWords() && reader_.syllable_count() == 0) {
     ReportBroken(number, offset, text);
@@ -182,22 +205,32 @@ void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_vi
 }
 
 void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
-  const notation::Analysis analysis =
-      notation::Analyze(ServingLanguage(conversion_), text, options_.reading);
+  notation::Analysis analysis =
+      notation::Analyze(ServingLanguage(conversion_), text, conversion_.reading);
   for (const notation::Problem& problem : analysis.problems) {
     findings_.Write({number, offset + problem.range.offset, problem.range.length,
                      notation::ProblemName(problem.kind), Described(problem, text),
                      problem.suggestion, true});
   }
-  for (const notation::AnalyzedSyllable& syllable : analysis.syllables) {
-    if (syllable.syllable.phones.empty()) {
-      const std::string_view written = text.substr(syllable.range.offset, syllable.range.length);
-      findings_.Write({number, offset + syllable.range.offset, syllable.range.length, "no phones",
-                       Quoted(written), "", true});
-    }
+  for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
+    TakeDefaultTone(conversion_, syllable.syllable);
+    CheckSyllable(number, offset + syllable.range.offset, syllable.syllable,
+                  text.substr(syllable.range.offset, syllable.range.length));
   }
   if (options_.layout.HasWords() && analysis.syllables.empty() && analysis.problems.empty()) {
     ReportBroken(number, offset, text);
+  }
+}
+
+// `written` is the syllable in the text, and `offset` where it is in the line.
+void Checker::CheckSyllable(std::uint64_t number, std::size_t offset,
+                            const sp::SyllableInfo& syllable, std::string_view written) {
+  for (const Target target : targets_) {
+    const Gap gap = gaps_.Find(target, syllable);
+    if (gap != Gap::kNone) {
+      return findings_.Write({number, offset, written.size(), Gaps::KindOf(gap),
+                              Quoted(written) + gaps_.DetailOf(gap, syllable), "", true});
+    }
   }
 }
 
@@ -209,15 +242,18 @@ void Checker::ReportBroken(std::uint64_t number, std::size_t offset, std::string
 
 void Checker::ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text) {
   const Failure& failure = reader_.failure();
+  if (failure.kind == notation::ProblemName(notation::ProblemKind::kLettersLost)) {
+    return ReportLost(number, offset, text);
+  }
   const bool has_place = failure.place.length != 0;
   const notation::Range place = has_place ? failure.place : notation::Range{0, text.size()};
   findings_.Write(
       {number, offset + place.offset, place.length, failure.kind, WithoutKind(failure), "", true});
 }
 
-// The library reads such a text without a failure, and without these bytes.
+// Every run of them.
 void Checker::ReportLost(std::uint64_t number, std::size_t offset, const std::string& text) {
-  for (const notation::Range& lost : LettersLost(options_.language, text)) {
+  for (const notation::Range& lost : LettersLost(conversion_.language, text)) {
     findings_.Write({number, offset + lost.offset, lost.length,
                      notation::ProblemName(notation::ProblemKind::kLettersLost),
                      Quoted(std::string_view(text).substr(lost.offset, lost.length)), "", true});

@@ -14,9 +14,8 @@
 namespace qeo::tool {
 
 struct CheckOptions {
-  int language = 0;
-  Source from = Source::kText;
-  notation::AnalysisOptions reading;
+  Conversion conversion;    ///< that lines are checked for
+  bool has_target = false;  ///< else they are checked for codes and pronunciation
   Layout layout;
   bool is_lexicon = false;  ///< the entries are phones, of which those of the language are known
   bool is_json = false;

@@ -159,6 +159,7 @@ void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required) {
 void AddSource(CLI::App& command, Arguments& arguments) {
   AddChoice(command, "--from", arguments.from, kSources, kFromHelp);
   command.add_flag("--strict", arguments.is_strict, kStrictHelp)->disable_flag_override();
+  AddText(command, "--default-tone", arguments.default_tone, "N", kDefaultToneHelp);
 }
 
 void AddRules(CLI::App& command, Arguments& arguments) {
@@ -207,6 +208,10 @@ std::string Understand(const Arguments& arguments, Reading& reading) {
   }
   if (problem.empty() && !arguments.aliases.empty() && reading.from != Source::kJyutping) {
     problem = "--aliases has no meaning for what is read here";
+  }
+  if (problem.empty() && !arguments.default_tone.empty()) {
+    problem = DefaultToneProblem(reading.language, arguments.default_tone);
+    reading.default_tone = ParseNumber<int>(arguments.default_tone).value_or(0);
   }
   return problem;
 }

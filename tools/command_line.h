@@ -19,6 +19,7 @@ struct Arguments {
   std::string language;
   std::string from;
   std::string to;
+  std::string default_tone;
   std::string cut;
   std::string aliases;
   std::string format;
@@ -37,7 +38,7 @@ struct Arguments {
 
 void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required);
 
-/// --from and --strict.
+/// --from, --strict and --default-tone.
 void AddSource(CLI::App& command, Arguments& arguments);
 
 /// --cut, --aliases and a switch for each rule.
@@ -80,6 +81,7 @@ struct Reading {
   int language = 0;
   Source from = Source::kText;
   bool is_strict = false;
+  int default_tone = 0;  ///< 0 for none
   notation::AliasTable aliases;
   notation::AnalysisOptions options;  ///< refers to `aliases`
 

@@ -12,6 +12,7 @@
 #include "phoneme/phoneme.h"
 #include "tools/cuts.h"
 #include "tools/features.h"
+#include "tools/gaps.h"
 #include "tools/glyphs.h"
 #include "tools/inventory.h"
 #include "tools/languages.h"
@@ -58,13 +59,13 @@ std::vector<Column> PlacedColumns(std::vector<Column> columns) {
 
 using Records = std::vector<sp::SyllableInfo>;
 
-// Syllables in one of the notations that the tool writes, with blanks between them.
+// Syllables in one of the notations that the tool writes one after the other.
 std::string Written(Target to, const Records& syllables) {
   std::string text;
   for (const sp::SyllableInfo& syllable : syllables) {
     AppendSyllable(to, syllable, text);
   }
-  text.resize(text.find_last_not_of(' ') + 1);
+  text.resize(text.find_last_not_of(" ,") + 1);
   return text;
 }
 
@@ -76,7 +77,8 @@ class Explanation {
         tables_(TablesOf(language)),
         text_(text),
         options_(options),
-        analysis_(notation::Analyze(language, text, options)) {
+        analysis_(notation::Analyze(language, text, options)),
+        gaps_({language, DefaultSource(language, false), Target::kIds}) {
     for (const notation::AnalyzedSyllable& syllable : analysis_.syllables) {
       records_.push_back(syllable.syllable);
     }
@@ -105,8 +107,8 @@ class Explanation {
   void AppendEnglishSyllables(std::string& out) const;
   void AppendPhones(std::string& out) const;
   void AppendWholeText(std::string& out) const;
-  void AppendSpelling(const char* label, const notation::Spelling& spelling,
-                      std::string_view separator, std::string& out) const;
+  void AppendNotation(const char* label, Target to, const char* separator, std::string& out) const;
+  std::string Ids(const sp::SyllableInfo& syllable) const;
   void AppendCuts(std::string& out) const;
   void AppendProblems(std::string& out) const;
   void AppendWithoutRules(std::string& out) const;
@@ -117,6 +119,7 @@ class Explanation {
   const std::string& text_;
   const notation::AnalysisOptions& options_;
   notation::Analysis analysis_;
+  Gaps gaps_;
   Records records_;  // of the syllables of analysis_
 };
 
@@ -158,11 +161,10 @@ void Explanation::AppendSyllables(std::string& out) const {
       [this](const notation::AnalyzedSyllable& syllable) -> Row {
         const sp::PinyinInfo& row = tables_.pinyin_list[syllable.row];
         const std::string digit(syllable.digit == '\0' ? "-" : std::string(1, syllable.digit));
-        return Placed(
-            syllable.range, 16,
-            {syllable.spelling, digit + " -> " + std::to_string(syllable.syllable.tone),
-             std::to_string(syllable.row), std::to_string(syllable.syllable.code),
-             OrDash(row.initial), OrDash(row.final), Written(Target::kIds, {syllable.syllable})});
+        return Placed(syllable.range, 16,
+                      {syllable.spelling, digit + " -> " + std::to_string(syllable.syllable.tone),
+                       std::to_string(syllable.row), std::to_string(syllable.syllable.code),
+                       OrDash(row.initial), OrDash(row.final), Ids(syllable.syllable)});
       },
       out);
 }
@@ -174,7 +176,7 @@ void Explanation::AppendEnglishSyllables(std::string& out) const {
       [this](const notation::AnalyzedSyllable& syllable) -> Row {
         return Placed(syllable.range, 24,
                       {Fitted(syllable.spelling, 20), std::to_string(syllable.syllable.raw_tone),
-                       Fitted(Written(Target::kIds, {syllable.syllable}), 20)});
+                       Fitted(Ids(syllable.syllable), 20)});
       },
       out);
 }
@@ -212,25 +214,34 @@ void Explanation::AppendWholeText(std::string& out) const {
   }
   out += "\nthe whole text\n";
   if (HasSyllableTable()) {
-    AppendLine("codes", Written(Target::kCodes, records_), " ", out);
+    AppendNotation("codes", Target::kCodes, " ", out);
   }
-  AppendLine("phone ids", Written(Target::kIds, records_), " ", out);
-  AppendSpelling("pronunciation", notation::PronunciationString(records_), ", ", out);
+  AppendNotation("phone ids", Target::kIds, " ", out);
+  AppendNotation("pronunciation", Target::kPronunciation, ", ", out);
   if (language_ == sp::LANGUAGE_MANDARIN) {
-    AppendSpelling("marks", notation::MarkedPinyin(records_, notation::Spacing::kSpace), " ", out);
+    AppendNotation("marks", Target::kMarks, " ", out);
   }
 }
 
-void Explanation::AppendSpelling(const char* label, const notation::Spelling& spelling,
-                                 std::string_view separator, std::string& out) const {
-  if (!spelling.unwritable) {
-    return AppendLine(label, spelling.text, separator, out);
+// The text in a notation, or the first syllable that it cannot express.
+void Explanation::AppendNotation(const char* label, Target to, const char* separator,
+                                 std::string& out) const {
+  for (std::size_t i = 0; i < records_.size(); ++i) {
+    const Gap gap = gaps_.Find(to, records_[i]);
+    if (gap != Gap::kNone) {
+      const std::string kind(Gaps::KindOf(gap));
+      return AppendLine(label,
+                        "none: " + kind + " in syllable " + std::to_string(i + 1) + ", " +
+                            Quote(analysis_.syllables[i].spelling, 24),
+                        "\n", out);
+    }
   }
-  const std::size_t index = *spelling.unwritable;
-  AppendLine(label,
-             "none: syllable " + std::to_string(index + 1) + ", " +
-                 Quote(analysis_.syllables[index].spelling, 24) + ", has no phones",
-             " ", out);
+  AppendLine(label, Written(to, records_), separator, out);
+}
+
+std::string Explanation::Ids(const sp::SyllableInfo& syllable) const {
+  const bool has_gap = gaps_.Find(Target::kIds, syllable) != Gap::kNone;
+  return has_gap ? "-" : Written(Target::kIds, {syllable});
 }
 
 void Explanation::AppendCuts(std::string& out) const {
@@ -274,7 +285,7 @@ bool IsSame(const sp::SyllableInfo& a, const sp::SyllableInfo& b) {
 // How the library itself reads the text, and what it drops without a failure.
 void Explanation::AppendWithoutRules(std::string& out) const {
   out += "\nwithout rules\n";
-  const Conversion conversion = {language_, DefaultSource(language_, true), Target::kIds, {}};
+  const Conversion conversion = {language_, DefaultSource(language_, true), Target::kIds, {}, true};
   Reader reader(conversion, false);
   if (!reader.Read(text_)) {
     return AppendLine("fails", reader.failure().message, "\n", out);

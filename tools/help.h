@@ -8,7 +8,8 @@ namespace qeo::tool {
 inline constexpr char kDescription[] =
     "Phone sets and pronunciation notations of Mandarin, Cantonese and American English.";
 
-inline constexpr char kLanguageChoice[] = "mandarin, cantonese, english, a code such as zh-CN, yue or en-US,\nor a language id";
+inline constexpr char kLanguageChoice[] =
+    "mandarin, cantonese, english, a code such as zh-CN, yue or en-US,\nor a language id";
 
 inline constexpr char kFromHelp[] =
     "what is read: pinyin, jyutping or arpabet (the default of their\n"
@@ -20,6 +21,11 @@ inline constexpr char kToHelp[] =
 
 inline constexpr char kStrictHelp[] =
     "no rules: text, for english pronunciation, as the library itself\nreads it";
+
+inline constexpr char kDefaultToneHelp[] = "the tone of cantonese syllables without one: 1 to 6";
+
+inline constexpr char kCheckToHelp[] =
+    "what is to be written, as for convert (default: codes and\npronunciation)";
 
 inline constexpr char kCutHelp[] =
     "how words without tones are cut: whole (default), forward,\nbackward or none";
@@ -71,7 +77,9 @@ Notations, each for "ni3hao3":
   json, tsv                     an object a line; a row a syllable under a heading
 
 Pinyin, jyutping, text and codes convert to everything; arpabet, ids and pronunciation to all but
-syllables, codes and marks.
+syllables, codes and marks. A line fails when the target cannot express one of its syllables: a row
+that names a missing phone (hng, ng and E of mandarin), a tone that the language does not have, and
+Cantonese without tones where tones are written, unless --default-tone sets one.
 
 Examples:
   $ phoneme convert -l mandarin --to codes "ni3hao3" "Xī'ān"
@@ -100,15 +108,18 @@ give "WORD RESULT", without the entries that fail, comments and variant numbers.
 What fails is reported on standard error and makes the exit status 1. When reading, writing, memory or
 threads fail it is 3, and the files of --output and --rejects stay as they were. A line has at most
 1048576 bytes. CRLF line ends are kept, a byte order mark is not.
---strict drops without a word what the library drops: letters behind the last syllable that it knows
-("hello" is "he"), phones behind the last closing byte of ids.
+--strict drops what the library drops: letters after the last syllable that it knows ("hello" is
+"he"), phones after the last closing byte of ids. It writes any tone digit in syllables and
+pronunciations, but leaves no other gap.
 A language id that the library does not know is served by another language; a note says which.
 A text that begins with "-" goes behind "--".)";
 
 inline constexpr char kCheckFooter[] =
     R"(Prints a line for everything that convert would not place, in the form that editors read:
-FILE:LINE:COLUMN: KIND: MESSAGE. Columns count bytes from 1. Exit status: 0 when all is clean, 1
-when a problem was found, 2 for bad usage, 3 when the check could not be finished.
+FILE:LINE:COLUMN: KIND: MESSAGE. With --to it reports the lines that convert fails for this target,
+otherwise those that it fails for codes or for pronunciation, which a lexicon needs. Columns count
+bytes from 1. Exit status: 0 when all is clean, 1 when a problem was found, 2 for bad usage, 3 when
+the check could not be finished.
 
 Examples:
   $ printf 'ni3hao3\nwo3 hoa3\nPK san1\n' >text; phoneme check -l mandarin text

@@ -49,7 +49,9 @@ std::size_t FindPiece(std::string_view text, std::size_t from, std::string_view 
   return text.size();
 }
 
-std::vector<notation::Range> Pieces(int language, const std::string& text) {
+}  // namespace
+
+std::vector<notation::Range> PlacesOfPieces(int language, const std::string& text) {
   std::vector<std::string> pieces;
   sp::pyw2py(language, text, pieces, false);
   std::vector<notation::Range> places;
@@ -61,6 +63,8 @@ std::vector<notation::Range> Pieces(int language, const std::string& text) {
   }
   return places;
 }
+
+namespace {
 
 bool IsSyllable(int language, const std::string& piece) {
   std::vector<unsigned short> codes;
@@ -80,8 +84,13 @@ void AppendLost(std::string_view text, std::size_t begin, std::size_t end,
 
 }  // namespace
 
+std::size_t CountLetters(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(
+      text.begin(), text.end(), [](char c) { return !IsSeparator(c) && !ascii::IsDigit(c); }));
+}
+
 std::optional<notation::Range> UnknownPiece(int language, const std::string& text) {
-  for (const notation::Range& piece : Pieces(language, text)) {
+  for (const notation::Range& piece : PlacesOfPieces(language, text)) {
     if (!IsSyllable(language, text.substr(piece.offset, piece.length))) {
       return piece;
     }
@@ -92,7 +101,7 @@ std::optional<notation::Range> UnknownPiece(int language, const std::string& tex
 std::vector<notation::Range> LettersLost(int language, const std::string& text) {
   std::vector<notation::Range> lost;
   std::size_t end = 0;  // of the piece before
-  for (const notation::Range& piece : Pieces(language, text)) {
+  for (const notation::Range& piece : PlacesOfPieces(language, text)) {
     AppendLost(text, end, piece.offset, lost);
     end = piece.end();
   }

@@ -4,13 +4,23 @@
 /// How the library itself reads romanised text, without the rules of the notations: what stops it,
 /// and what it drops without a word.
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "notation/records.h"
 
 namespace qeo::tool {
+
+/// Returns where the pieces are that the library reads in a text, which are its syllables when it
+/// reads the text.
+std::vector<notation::Range> PlacesOfPieces(int language, const std::string& text);
+
+/// Counts the bytes of a text that are neither separators nor digits. When the library reads it and
+/// drops nothing, these are the letters of its syllables.
+std::size_t CountLetters(std::string_view text);
 
 /// Returns the first piece of a text that is no syllable, for which the library fails; nothing when
 /// it reads the text.

@@ -10,7 +10,7 @@ LineConverter::LineConverter(const ConvertOptions& options, const char* place)
       to_(options.conversion.to),
       place_(place),
       reader_(options.conversion, WritesRecords()),
-      writer_(options.conversion.to) {}
+      writer_(options.conversion) {}
 
 void LineConverter::ConvertBlock(Batch& batch) {
   if (batch.input.is_overlong) {
@@ -69,10 +69,10 @@ bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::
   }
   const RecordHead head = {number, entry.word, text_};
   if (to_ == Target::kJson) {
-    AppendJson(head, reader_, out);
+    AppendJson(head, reader_, writer_.gaps(), out);
   } else if (to_ == Target::kTsv) {
-    AppendRows(head, reader_, out);
-  } else if (!writer_.Write(reader_, out)) {
+    AppendRows(head, reader_, writer_.gaps(), out);
+  } else if (!writer_.Write(reader_, text_, out)) {
     failure_ = writer_.failure();
     return false;
   }

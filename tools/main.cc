@@ -76,6 +76,7 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
 CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
   CLI::App& command = *app.add_subcommand("check", "Tell what in a file cannot be converted");
   AddLanguage(command, arguments, false);
+  AddChoice(command, "--to", arguments.to, kTargets, kCheckToHelp);
   AddSource(command, arguments);
   AddRules(command, arguments);
   AddLayout(command, arguments);
@@ -172,6 +173,12 @@ std::string TextsProblem(const Arguments& arguments, const std::vector<std::stri
   return "";
 }
 
+// The conversion without its rules, which come with the aliases.
+Conversion ConversionOf(const Arguments& arguments, const Reading& reading) {
+  return {reading.language,  reading.from,        Meaning(kTargets, arguments.to), {},
+          reading.is_strict, reading.default_tone};
+}
+
 ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
                       const std::vector<std::string>& texts) {
   Reading reading;
@@ -180,8 +187,7 @@ ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
   if (problem.empty()) {
     problem = Understand(arguments, options.layout);
   }
-  options.conversion = {
-      reading.language, reading.from, Meaning(kTargets, arguments.to), {}, reading.is_strict};
+  options.conversion = ConversionOf(arguments, reading);
   if (problem.empty()) {
     problem = ConversionProblem(options.conversion);
   }
@@ -221,6 +227,14 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
   if (problem.empty() && arguments.is_lexicon && !options.layout.HasWords()) {
     problem = "--lexicon has a meaning with --format kaldi, cmudict and cedict alone";
   }
+  if (problem.empty() && arguments.is_lexicon && !arguments.to.empty()) {
+    problem = "--lexicon and --to cannot be combined";
+  }
+  options.conversion = ConversionOf(arguments, reading);
+  options.has_target = !arguments.to.empty();
+  if (problem.empty() && options.has_target) {
+    problem = ConversionProblem(options.conversion);
+  }
   if (!problem.empty()) {
     return BadUsage(app, problem);
   }
@@ -229,9 +243,7 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
   if (!problem.empty()) {
     return PrintMessage(problem, kUnfinished);
   }
-  options.language = reading.language;
-  options.from = reading.from;
-  options.reading = reading.options;
+  options.conversion.reading = reading.options;
   options.is_lexicon = arguments.is_lexicon;
   options.is_json = arguments.is_json;
   options.files = files;

@@ -1,6 +1,12 @@
 #include "tools/notations.h"
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
 #include "tools/languages.h"
+#include "tools/messages.h"
+#include "tools/numbers.h"
 
 namespace qeo::tool {
 namespace {
@@ -28,6 +34,12 @@ constexpr OwnNotation<Target> kOwnTargets[] = {
     {Target::kArpabet, sp::LANGUAGE_AMERICAN_ENGLISH, "ARPAbet"},
 };
 
+constexpr Tones kTones[] = {
+    {sp::LANGUAGE_MANDARIN, "tones", 1, 5, -1},
+    {sp::LANGUAGE_CANTONESE, "tones", 1, 6, 7},
+    {sp::LANGUAGE_AMERICAN_ENGLISH, "stresses", 0, 2, -1},
+};
+
 template <typename Notation, std::size_t kCount>
 std::string OwnershipProblem(int language, Notation notation,
                              const OwnNotation<Notation> (&owned)[kCount]) {
@@ -41,6 +53,34 @@ std::string OwnershipProblem(int language, Notation notation,
 }
 
 }  // namespace
+
+const Tones& TonesOf(int language) {
+  return *std::find_if(std::begin(kTones), std::end(kTones) - 1,
+                       [language](const Tones& tones) { return tones.language == language; });
+}
+
+std::string DescribeTones(int language) {
+  const Tones& tones = TonesOf(language);
+  return LanguageName(language) + ' ' + tones.name + " are " + std::to_string(tones.first) +
+         " to " + std::to_string(tones.last);
+}
+
+std::string DefaultToneProblem(int language, std::string_view tone) {
+  switch (language) {
+    case sp::LANGUAGE_MANDARIN:
+      return "--default-tone does not apply to mandarin: a syllable without a tone has the neutral "
+             "tone, 5";
+    case sp::LANGUAGE_CANTONESE:
+      break;
+    default:
+      return "--default-tone does not apply to " + LanguageName(language);
+  }
+  const Tones& tones = TonesOf(language);
+  const std::optional<int> digit = ParseNumber<int>(tone);
+  const bool is_tone = digit && *digit >= tones.first && *digit <= tones.last;
+  return is_tone ? ""
+                 : "--default-tone: " + Quoted(tone) + " is not a tone: " + DescribeTones(language);
+}
 
 Source DefaultSource(int language, bool strict) {
   for (const OwnNotation<Source>& own : kOwnSources) {

@@ -80,7 +80,29 @@ struct Conversion {
   Target to = Target::kSyllables;
   notation::AnalysisOptions reading = {};  // how a notation that people write is read
   bool is_strict = false;                  // what the library drops is dropped
+  int default_tone = 0;                    // of a syllable without one; 0 leaves it so
 };
+
+/// The tone digits of a language, or for English its stress digits.
+struct Tones {
+  int language;
+  const char* name;  ///< "tones" or "stresses"
+  int first;
+  int last;
+  int none;  ///< the digit of a syllable that was read without a tone it needs; -1 for none
+};
+
+/// The tones of a registered language.
+///
+/// Cantonese text without tones has the digit 7. Elsewhere each digit that the library gives is a
+/// tone: unmarked Mandarin has the neutral tone, 5, and a vowel without a stress has 0.
+const Tones& TonesOf(int language);
+
+/// What the tones of a language are, for messages: "mandarin tones are 1 to 5".
+std::string DescribeTones(int language);
+
+/// Returns why --default-tone cannot be `tone` for a language, or an empty string when it can.
+std::string DefaultToneProblem(int language, std::string_view tone);
 
 /// What a language is read from when the user does not say: what people write in it, or with
 /// `strict` what the library itself reads.

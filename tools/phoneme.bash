@@ -6,7 +6,7 @@
 # Sets `options` to those of a command. A comma joins two spellings of the same option.
 _phoneme_options() {
   local language='-h,--help -l,--language'
-  local source='--from --strict'
+  local source='--from --strict --default-tone'
   local reading='--cut --aliases'
   local layout='--format --column --headword'
   local rules='--no-full-width --no-punctuation --no-diaeresis --no-tone-mark --no-neutral-tone
@@ -15,7 +15,7 @@ _phoneme_options() {
   local files='-i,--input -o,--output --rejects'
   case $1 in
     convert) options="$language --to $source $reading $layout $files -j,--jobs -q,--quiet $rules" ;;
-    check) options="$language $source $reading $layout --lexicon --json $rules" ;;
+    check) options="$language --to $source $reading $layout --lexicon --json $rules" ;;
     explain) options="$language $reading $rules" ;;
     phones | syllables) options=$language ;;
     '') options='-h,--help --version' ;;
@@ -34,7 +34,7 @@ _phoneme_values() {
     --format) values='lines tsv cedict cmudict kaldi' ;;
     --headword) values='simplified traditional' ;;
     --aliases | -i | --input | -o | --output | --rejects) values=FILE ;;
-    --column | -j | --jobs) values=ANY ;;
+    --column | --default-tone | -j | --jobs) values=ANY ;;
     *) values='' ;;
   esac
 }

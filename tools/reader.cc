@@ -1,5 +1,6 @@
 #include "tools/reader.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -14,20 +15,86 @@ namespace {
 
 constexpr char kDigits[] = "0123456789";
 
+// The places of syllables that are each some words, the last of which `is_last` tells.
+template <typename IsLast>
+std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last) {
+  std::vector<notation::Range> places;
+  std::optional<std::size_t> begin;
+  std::string_view rest = text;
+  for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
+    const notation::Range place = PlaceOf(word, text);
+    begin = begin.value_or(place.offset);
+    if (is_last(word)) {
+      places.push_back({*begin, place.end() - *begin});
+      begin.reset();
+    }
+  }
+  return places;
+}
+
+// The places of the syllables of a pronunciation, between commas.
+std::vector<notation::Range> PlacesOfSyllables(std::string_view text) {
+  std::vector<notation::Range> places;
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(',', begin), text.size());
+    const std::string_view syllable = Trim(text.substr(begin, end - begin));
+    if (!syllable.empty()) {
+      places.push_back(PlaceOf(syllable, text));
+    }
+    begin = end + 1;
+  }
+  return places;
+}
+
 }  // namespace
+
+void TakeDefaultTone(const Conversion& conversion, sp::SyllableInfo& syllable) {
+  const int tone = conversion.default_tone;
+  const int none = TonesOf(conversion.language).none;
+  if (tone == 0) {
+    return;
+  }
+  if (syllable.tone == none) {
+    syllable.tone = static_cast<std::int8_t>(tone);
+    syllable.code += static_cast<std::uint32_t>(tone - none);
+  } else if (syllable.raw_tone == none) {
+    syllable.raw_tone = static_cast<std::uint8_t>(tone);
+  }
+}
 
 bool Reader::Read(const std::string& text) {
   codes_.clear();
   syllables_.clear();
   places_.clear();
   applied_.clear();
-  switch (conversion_.from) {
+  if (!ReadAs(conversion_.from, text)) {
+    return false;
+  }
+  if (conversion_.default_tone != 0) {
+    SetTones();
+  }
+  return true;
+}
+
+void Reader::SetTones() {
+  for (unsigned short& code : codes_) {
+    Decode(code);
+    TakeDefaultTone(conversion_, decoded_);
+    code = static_cast<unsigned short>(decoded_.code);
+  }
+  for (sp::SyllableInfo& syllable : syllables_) {
+    TakeDefaultTone(conversion_, syllable);
+  }
+}
+
+bool Reader::ReadAs(Source from, const std::string& text) {
+  switch (from) {
     case Source::kPinyin:
     case Source::kJyutping:
     case Source::kArpabet:
       return ReadWritten(text);
     case Source::kText:
-      return ReadText(text);
+      return ReadText(text) && (conversion_.is_strict || LosesNothing(text));
     case Source::kCodes:
       return ReadCodes(text);
     case Source::kIds:
@@ -86,7 +153,9 @@ bool Reader::ReadWithPlaces(const std::string& text) {
     if (analysis.problems.size() > 1) {
       message += ", and " + std::to_string(analysis.problems.size() - 1) + " more";
     }
-    return Fail(kind, std::move(message));
+    Fail(kind, std::move(message));
+    failure_.place = first.range;
+    return false;
   }
   applied_ = std::move(analysis.applied);
   for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
@@ -107,6 +176,26 @@ bool Reader::ReadText(const std::string& text) {
   const notation::Range piece =
       UnknownPiece(conversion_.language, text).value_or(notation::Range{0, text.size()});
   return Unknown("unknown syllable", text, piece);
+}
+
+// What the library drops is looked for only where its syllables are shorter than the text.
+bool Reader::LosesNothing(const std::string& text) {
+  std::size_t spelled = 0;
+  for (const unsigned short code : codes_) {
+    spelled += sp::code2py(serving_language_, code, false).size();
+  }
+  if (spelled == CountLetters(text)) {
+    return true;
+  }
+  const std::vector<notation::Range> lost = LettersLost(conversion_.language, text);
+  if (lost.empty()) {
+    return true;
+  }
+  Unknown(notation::ProblemName(notation::ProblemKind::kLettersLost), text, lost.front());
+  if (lost.size() > 1) {
+    failure_.message += ", and " + std::to_string(lost.size() - 1) + " more";
+  }
+  return false;
 }
 
 bool Reader::ReadCodes(std::string_view text) {
@@ -190,6 +279,25 @@ void Reader::DescribeSyllable(const std::string& token) {
     }
   }
   Fail("bad tone", "not one digit " + Quoted(pieces.back()));
+}
+
+std::vector<notation::Range> Reader::FindPlaces(const std::string& text) const {
+  switch (conversion_.from) {
+    case Source::kText:
+      return PlacesOfPieces(conversion_.language, text);
+    case Source::kCodes:
+      return PlacesOfWords(text, [](std::string_view) { return true; });
+    case Source::kIds:
+      return PlacesOfWords(text, [](std::string_view word) {
+        return ParseNumber<int>(word).value_or(0) < kFirstPhoneByte;
+      });
+    case Source::kPronunciation:
+      return PlacesOfSyllables(text);
+    default:
+      Reader reader(conversion_, true);
+      reader.Read(text);
+      return reader.places();
+  }
 }
 
 bool Reader::Unknown(std::string_view kind, std::string_view text, notation::Range place) {

@@ -21,12 +21,17 @@ struct Failure {
   notation::Range place = {};
 };
 
+/// Gives a syllable that was read without a tone the one of --default-tone, if there is one.
+void TakeDefaultTone(const Conversion& conversion, sp::SyllableInfo& syllable);
+
 /// Reads texts one after the other and keeps its memory from one to the next.
 class Reader {
  public:
   /// `with_places`: keep the place in the text of each syllable, where the notation has places.
   Reader(const Conversion& conversion, bool with_places)
-      : conversion_(conversion), with_places_(with_places) {}
+      : conversion_(conversion),
+        serving_language_(ServingLanguage(conversion)),
+        with_places_(with_places) {}
 
   /// Reads a text. Returns false when it cannot all be read; failure() then tells why, and there
   /// are no syllables.
@@ -53,14 +58,21 @@ class Reader {
   /// The bytes of the text that each syllable was read from; empty without places.
   const std::vector<notation::Range>& places() const { return places_; }
 
+  /// Finds these bytes in any notation, one range a syllable. `text` is the last text. For
+  /// messages: it reads the text again.
+  std::vector<notation::Range> FindPlaces(const std::string& text) const;
+
   /// The rules that were applied to the text.
   const std::vector<notation::Application>& applied() const { return applied_; }
 
  private:
+  bool ReadAs(Source from, const std::string& text);
+  void SetTones();
   bool ReadWritten(const std::string& text);
   bool ReadPlainly(const std::string& text);
   bool ReadWithPlaces(const std::string& text);
   bool ReadText(const std::string& text);
+  bool LosesNothing(const std::string& text);
   bool ReadCodes(std::string_view text);
   bool ReadIds(std::string_view text);
   bool ReadPronunciation(const std::string& text);
@@ -74,6 +86,7 @@ class Reader {
   bool Unknown(std::string_view kind, std::string_view text, notation::Range place);
 
   const Conversion& conversion_;
+  int serving_language_;
   bool with_places_;
   Failure failure_;
 

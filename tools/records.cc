@@ -18,14 +18,15 @@ std::string SpellingOf(const sp::SyllableInfo& syllable) {
   return sp::code2py(syllable.language, static_cast<unsigned short>(syllable.code), true);
 }
 
-// What Append writes, without the separator behind the last word.
-std::string Written(Target to, const sp::SyllableInfo& syllable) {
+// What AppendSyllable writes, without the separator at its end; nothing for a gap.
+std::string Written(Target to, const sp::SyllableInfo& syllable, const Gaps& gaps) {
+  if (gaps.Find(to, syllable) != Gap::kNone) {
+    return "";
+  }
   std::string text;
   AppendSyllable(to, syllable, text);
-  if (!text.empty()) {
-    text.pop_back();
-  }
-  return text.empty() ? kNone : text;
+  text.pop_back();
+  return text;
 }
 
 // ARPAbet may have tabs and the like between the phones of a syllable.
@@ -46,7 +47,7 @@ Json HeadOf(const RecordHead& head) {
   return json;
 }
 
-Json SyllableOf(const RecordHead& head, Reader& reader, std::size_t index) {
+Json SyllableOf(const RecordHead& head, Reader& reader, const Gaps& gaps, std::size_t index) {
   const sp::SyllableInfo& syllable = reader.Syllable(index);
   Json json;
   if (!reader.places().empty()) {
@@ -59,7 +60,12 @@ Json SyllableOf(const RecordHead& head, Reader& reader, std::size_t index) {
     json["syllable"] = SpellingOf(syllable);
     json["code"] = syllable.code;
   }
-  json["tone"] = ToneDigit(syllable);
+  json["tone"] = Gaps::HasTone(syllable) ? Json(ToneDigit(syllable)) : Json();
+  if (gaps.Find(Target::kIds, syllable) != Gap::kNone) {
+    json["phones"] = Json();
+    json["ids"] = Json();
+    return json;
+  }
   json["phones"] = Json::array();
   json["ids"] = Json::array();
   for (const sp::PhoneInfo* phone : syllable.phones) {
@@ -97,7 +103,7 @@ void AppendRowHeader(std::string& out) {
   out += "# line\tword\tread\toffset\tlength\tsyllable\ttone\tcode\tphones\tids\n";
 }
 
-void AppendRows(const RecordHead& head, Reader& reader, std::string& out) {
+void AppendRows(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out) {
   const auto append = [&out](std::string_view field) {
     out += '\t';
     out += field.empty() ? kNone : field;
@@ -117,20 +123,20 @@ void AppendRows(const RecordHead& head, Reader& reader, std::string& out) {
       append(std::to_string(place.length));
     }
     append(reader.has_codes() ? SpellingOf(syllable) : "");
-    append(std::to_string(ToneDigit(syllable)));
+    append(Gaps::HasTone(syllable) ? std::to_string(ToneDigit(syllable)) : "");
     append(reader.has_codes() ? std::to_string(syllable.code) : "");
-    append(Written(Target::kPhones, syllable));
-    append(Written(Target::kIds, syllable));
+    append(Written(Target::kPhones, syllable, gaps));
+    append(Written(Target::kIds, syllable, gaps));
     out += '\n';
   }
 }
 
 // A value takes several times the memory of its text, so a long line is never one.
-void AppendJson(const RecordHead& head, Reader& reader, std::string& out) {
+void AppendJson(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out) {
   AppendJsonText(HeadOf(head), out);
   out.back() = ',';  // the object goes on
   AppendMember("syllables", reader.syllable_count(), out,
-               [&](std::size_t i) { return SyllableOf(head, reader, i); });
+               [&](std::size_t i) { return SyllableOf(head, reader, gaps, i); });
   if (reader.is_written()) {
     out += ',';
     AppendMember("rules", reader.applied().size(), out,
@@ -143,6 +149,10 @@ void AppendJsonFailure(const RecordHead& head, const Failure& failure, std::stri
   Json json = HeadOf(head);
   json["failure"] = failure.kind;
   json["message"] = failure.message;
+  if (failure.place.length != 0) {
+    json["offset"] = failure.place.offset;
+    json["length"] = failure.place.length;
+  }
   AppendJsonText(json, out);
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "tools/gaps.h"
 #include "tools/reader.h"
 
 namespace qeo::tool {
@@ -22,10 +23,12 @@ struct RecordHead {
 void AppendRowHeader(std::string& out);
 
 /// Appends a row for each syllable of the text that `reader` has read.
-void AppendRows(const RecordHead& head, Reader& reader, std::string& out);
+/// What a syllable lacks is "-": its tone, or phones and ids of a row that names a missing phone.
+void AppendRows(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out);
 
-/// Appends the object of the text that `reader` has read, without a line end.
-void AppendJson(const RecordHead& head, Reader& reader, std::string& out);
+/// Appends the object of the text that `reader` has read, without a line end. What a syllable lacks
+/// is null.
+void AppendJson(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out);
 
 /// Appends the object of a text that failed, without a line end.
 void AppendJsonFailure(const RecordHead& head, const Failure& failure, std::string& out);

@@ -13,35 +13,33 @@ namespace {
 
 // Every word that an Append function writes has one blank behind it.
 
-bool AppendPhones(const sp::SyllableInfo& syllable, std::string& out) {
+void AppendPhones(const sp::SyllableInfo& syllable, std::string& out) {
   for (const sp::PhoneInfo* phone : syllable.phones) {
     out += phone->name;
     out += ' ';
   }
-  return !syllable.phones.empty();
 }
 
-// The phone that bears the tone: the first final, or where there is none and still a tone, the last
-// phone.
-const sp::PhoneInfo* ToneBearer(const sp::SyllableInfo& syllable) {
-  for (const sp::PhoneInfo* phone : syllable.phones) {
-    if (phone->type == sp::PHONE_TYPE_FINAL) {
-      return phone;
-    }
-  }
-  return ToneDigit(syllable) == 0 || syllable.phones.empty() ? nullptr : syllable.phones.back();
+// The index of the phone that carries the tone: the first final, or where there is none and still a
+// tone, the last phone.
+std::size_t FindToneCarrier(const sp::SyllableInfo& syllable) {
+  const auto& phones = syllable.phones;
+  const auto final = std::find_if(phones.begin(), phones.end(), [](const sp::PhoneInfo* phone) {
+    return phone->type == sp::PHONE_TYPE_FINAL;
+  });
+  const bool has_carrier = final != phones.end() || ToneDigit(syllable) == 0;
+  return static_cast<std::size_t>((has_carrier ? final : phones.end() - 1) - phones.begin());
 }
 
-bool AppendTonedPhones(const sp::SyllableInfo& syllable, std::string& out) {
-  const sp::PhoneInfo* const bearer = ToneBearer(syllable);
-  for (const sp::PhoneInfo* phone : syllable.phones) {
-    out += phone->name;
-    if (phone == bearer) {
+void AppendTonedPhones(const sp::SyllableInfo& syllable, std::string& out) {
+  const std::size_t carrier = FindToneCarrier(syllable);
+  for (std::size_t i = 0; i < syllable.phones.size(); ++i) {
+    out += syllable.phones[i]->name;
+    if (i == carrier) {
       AppendNumber(ToneDigit(syllable), out);
     }
     out += ' ';
   }
-  return !syllable.phones.empty();
 }
 
 void AppendIds(const sp::SyllableInfo& syllable, std::string& out) {
@@ -53,11 +51,10 @@ void AppendIds(const sp::SyllableInfo& syllable, std::string& out) {
   out += ' ';
 }
 
-bool AppendPronunciation(const sp::SyllableInfo& syllable, std::string& out) {
-  const bool has_phones = AppendPhones(syllable, out);
+void AppendPronunciation(const sp::SyllableInfo& syllable, std::string& out) {
+  AppendPhones(syllable, out);
   AppendNumber(ToneDigit(syllable), out);
   out += ", ";
-  return has_phones;
 }
 
 void AppendMarks(const sp::SyllableInfo& syllable, std::string& out) {
@@ -82,49 +79,50 @@ int ToneDigit(const sp::SyllableInfo& syllable) {
   return syllable.tone != 0 ? syllable.tone : syllable.raw_tone;
 }
 
-bool AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out) {
+void AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out) {
   switch (to) {
     case Target::kSyllables:
-      AppendSpelling(syllable, out);
-      break;
+      return AppendSpelling(syllable, out);
     case Target::kPhones:
       return AppendPhones(syllable, out);
     case Target::kTonedPhones:
       return AppendTonedPhones(syllable, out);
     case Target::kCodes:
-      AppendCodeNumber(syllable, out);
-      break;
+      return AppendCodeNumber(syllable, out);
     case Target::kIds:
-      AppendIds(syllable, out);
-      break;
+      return AppendIds(syllable, out);
     case Target::kPronunciation:
       return AppendPronunciation(syllable, out);
     case Target::kMarks:
-      AppendMarks(syllable, out);
-      break;
+      return AppendMarks(syllable, out);
     case Target::kArpabet:
     case Target::kJson:
     case Target::kTsv:
-      return false;
+      return;
   }
-  return true;
 }
 
-bool Writer::Write(Reader& reader, std::string& out) {
-  if (to_ == Target::kArpabet) {
-    return WriteArpabet(reader, out);
-  }
+bool Writer::Write(Reader& reader, const std::string& text, std::string& out) {
   const std::size_t begin = out.size();
-  if (!(reader.has_codes() ? WriteCodes(reader, out) : WriteSyllables(reader, out))) {
+  if (!WriteAll(reader, out)) {
     out.resize(begin);
+    failure_ = FindGaps(reader, text);
     return false;
   }
   std::size_t size = out.size();
   while (size > begin && (out[size - 1] == ' ' || out[size - 1] == ',')) {
-    --size;  // nothing stands behind the last word
+    --size;  // nothing follows the last word
   }
   out.resize(size);
   return true;
+}
+
+// Returns false at the first gap.
+bool Writer::WriteAll(Reader& reader, std::string& out) {
+  if (to_ == Target::kArpabet) {
+    return WriteArpabet(reader, out);
+  }
+  return reader.has_codes() ? WriteCodes(reader, out) : WriteSyllables(reader, out);
 }
 
 // Puts the texts of many codes together before it appends them.
@@ -136,14 +134,9 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t code = reader.Code(i);
     const bool is_made = code < by_code_.size() && by_code_[code].size != 0;
-    const CodeText& text = is_made ? by_code_[code] : MakeText(reader, i);
+    const CodeText& text = is_made ? by_code_[code] : MakeText(code, reader.Syllable(i));
     if (text.size == 0) {
-      out.append(texts.data(), size);
-      size = 0;
-      if (!AppendSyllable(to_, reader.Syllable(i), out)) {
-        return FailAt(i);
-      }
-      continue;
+      return false;
     }
     if (size + text.bytes.size() > texts.size()) {
       out.append(texts.data(), size);
@@ -156,17 +149,16 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
   return true;
 }
 
-// Makes the text of a code, of size 0 when it has none or it is too long.
-const Writer::CodeText& Writer::MakeText(Reader& reader, std::size_t index) {
-  const std::size_t code = reader.Code(index);
+// Makes the text of a code, of size 0 for one with a gap.
+const Writer::CodeText& Writer::MakeText(std::size_t code, const sp::SyllableInfo& syllable) {
   if (code >= by_code_.size()) {
     by_code_.resize(code + 1);
   }
   CodeText& text = by_code_[code];
-  std::string made;
-  if (AppendSyllable(to_, reader.Syllable(index), made) && made.size() <= text.bytes.size()) {
-    text.size = static_cast<std::uint8_t>(made.size());
-    std::copy(made.begin(), made.end(), text.bytes.begin());
+  if (gaps_.Find(to_, syllable) == Gap::kNone) {
+    std::string made;
+    AppendSyllable(to_, syllable, made);
+    text.size = static_cast<std::uint8_t>(made.copy(text.bytes.data(), text.bytes.size()));
   }
   return text;
 }
@@ -174,33 +166,52 @@ const Writer::CodeText& Writer::MakeText(Reader& reader, std::size_t index) {
 bool Writer::WriteSyllables(Reader& reader, std::string& out) {
   const std::size_t count = reader.syllable_count();
   for (std::size_t i = 0; i < count; ++i) {
-    if (!AppendSyllable(to_, reader.Syllable(i), out)) {
-      return FailAt(i);
+    const sp::SyllableInfo& syllable = reader.Syllable(i);
+    if (gaps_.Find(to_, syllable) != Gap::kNone) {
+      return false;
     }
+    AppendSyllable(to_, syllable, out);
   }
   return true;
-}
-
-bool Writer::FailAt(std::size_t index) {
-  failure_ = {"no phones", "syllable " + std::to_string(index + 1) + " has no phones", {}};
-  return false;
 }
 
 bool Writer::WriteArpabet(Reader& reader, std::string& out) {
   std::string pronunciation;
   for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
-    AppendPronunciation(reader.Syllable(i), pronunciation);
+    const sp::SyllableInfo& syllable = reader.Syllable(i);
+    if (gaps_.Find(to_, syllable) != Gap::kNone) {
+      return false;
+    }
+    AppendPronunciation(syllable, pronunciation);
   }
   pronunciation.resize(pronunciation.size() - std::min<std::size_t>(pronunciation.size(), 2));
-  const notation::Normalized arpabet = notation::PronunciationToArpabet(pronunciation);
-  if (!arpabet.problems.empty()) {
-    const notation::Problem& first = arpabet.problems.front();
-    const std::string_view kind = notation::ProblemName(first.kind);
-    failure_ = {kind, std::string(kind) + ' ' + Described(first, pronunciation), {}};
-    return false;
-  }
-  out += arpabet.text;
+  out += notation::PronunciationToArpabet(pronunciation).text;
   return true;
+}
+
+// Describes the first gap, and counts the others.
+Failure Writer::FindGaps(Reader& reader, const std::string& text) const {
+  const std::vector<notation::Range> places = reader.FindPlaces(text);
+  Failure failure;
+  std::string detail;
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
+    const sp::SyllableInfo& syllable = reader.Syllable(i);
+    const Gap gap = gaps_.Find(to_, syllable);
+    if (gap != Gap::kNone && count++ == 0) {
+      failure.kind = Gaps::KindOf(gap);
+      failure.place = i < places.size() ? places[i] : notation::Range{0, text.size()};
+      const std::string written = text.substr(failure.place.offset, failure.place.length);
+      failure.message =
+          std::string(failure.kind) + ' ' + Quoted(written) + " (syllable " + std::to_string(i + 1);
+      detail = ')' + gaps_.DetailOf(gap, syllable);
+    }
+  }
+  if (count > 1) {
+    failure.message += " and " + std::to_string(count - 1) + " more";
+  }
+  failure.message += detail;
+  return failure;
 }
 
 }  // namespace qeo::tool

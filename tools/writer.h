@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/gaps.h"
 #include "tools/notations.h"
 #include "tools/reader.h"
 
@@ -17,14 +18,16 @@ namespace qeo::tool {
 /// Writes texts one after the other. What a syllable code looks like is found once and kept.
 class Writer {
  public:
-  explicit Writer(Target to) : to_(to) {}
+  explicit Writer(const Conversion& conversion) : to_(conversion.to), gaps_(conversion) {}
 
-  /// Appends the syllables of the text that `reader` has read to `out`. Not for kJson and kTsv,
-  /// which are written as records.
+  /// Appends the syllables of the text that `reader` has read from `text` to `out`. Not for kJson
+  /// and kTsv, which are written as records.
   ///
-  /// Returns false when the notation has no form for them, with `out` as it was; failure() then
-  /// tells why.
-  bool Write(Reader& reader, std::string& out);
+  /// Returns false when the notation cannot express one of them, with `out` as it was; failure()
+  /// then names the first.
+  bool Write(Reader& reader, const std::string& text, std::string& out);
+
+  const Gaps& gaps() const { return gaps_; }
 
   const Failure& failure() const { return failure_; }
 
@@ -35,21 +38,22 @@ class Writer {
     std::array<char, 31> bytes = {};
   };
 
+  bool WriteAll(Reader& reader, std::string& out);
   bool WriteArpabet(Reader& reader, std::string& out);
   bool WriteCodes(Reader& reader, std::string& out);
   bool WriteSyllables(Reader& reader, std::string& out);
-  const CodeText& MakeText(Reader& reader, std::size_t index);
-  bool FailAt(std::size_t index);
+  const CodeText& MakeText(std::size_t code, const sp::SyllableInfo& syllable);
+  Failure FindGaps(Reader& reader, const std::string& text) const;
 
   Target to_;
+  Gaps gaps_;
   Failure failure_;
   std::vector<CodeText> by_code_;
 };
 
-/// Appends a syllable in a notation that writes one after the other (not kArpabet, kJson, kTsv),
-/// with the separator that would follow. Returns false when it has no form; `out` is then
-/// unspecified.
-bool AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out);
+/// Appends a syllable that has no gap in a notation that writes one after the other (not kArpabet,
+/// kJson, kTsv), with the separator that would follow.
+void AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out);
 
 /// The tone digit of a syllable, wherever it was read from.
 int ToneDigit(const sp::SyllableInfo& syllable);

@@ -68,7 +68,9 @@ convert --form|--format
 convert -l|-l
 convert --lexicon|
 check --le|--lexicon
-check --to|
+check --to|--to
+check --to m|marks
+check --default-tone |
 explain --form|
 check --fr|--from
 phones --f|
