@@ -35,19 +35,24 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
-// Reads the alias of a line; what is wrong with the line, or an empty text.
-std::string ReadAlias(std::string_view line, Alias& alias) {
+AliasError FieldError(std::string_view field, const char* problem) {
+  std::string copy(field);
+  return {0, '"' + copy + "\" " + problem, std::move(copy)};
+}
+
+// Reads the alias of a line; what is wrong with it, or an error without a message.
+AliasError ReadAlias(std::string_view line, Alias& alias) {
   const std::size_t tab = line.find('\t');
-  if (tab == line.npos) return "there is no tab between a spelling and its syllable";
+  if (tab == line.npos) return {0, "there is no tab between a spelling and its syllable", {}};
   const std::string_view spelling = line.substr(0, tab);
   const std::string_view syllable = line.substr(tab + 1);
-  if (syllable.find('\t') != syllable.npos) return "there is more than one tab";
+  if (syllable.find('\t') != syllable.npos) return {0, "there is more than one tab", {}};
   if (!IsSpelling(spelling)) {
-    return '"' + std::string(spelling) + "\" is not a spelling of 1 to 8 small letters";
+    return FieldError(spelling, "is not a spelling of 1 to 8 small letters");
   }
   const internal::SyllableSet& syllables = internal::SyllableSet::Of(sp::LANGUAGE_CANTONESE);
   if (!IsSpelling(syllable) || !syllables.Has(internal::Pack(syllable))) {
-    return '"' + std::string(syllable) + "\" is not a syllable of Jyutping";
+    return FieldError(syllable, "is not a syllable of Jyutping");
   }
   alias = {std::string(spelling), std::string(syllable)};
   return {};
@@ -65,11 +70,13 @@ ParsedAliases AliasTable::Parse(std::string_view text) {
     const std::string_view line = TakeLine(text);
     if (line.empty() || line.front() == '#') continue;
     Alias alias;
-    std::string error = ReadAlias(line, alias);
-    if (error.empty() && !parsed.table.aliases_.emplace(alias.spelling, alias.syllable).second) {
-      error = '"' + alias.spelling + "\" is replaced in an earlier line";
+    AliasError error = ReadAlias(line, alias);
+    if (error.message.empty() &&
+        !parsed.table.aliases_.emplace(alias.spelling, alias.syllable).second) {
+      error = FieldError(alias.spelling, "is replaced in an earlier line");
     }
-    if (!error.empty()) parsed.errors.push_back({line_number, std::move(error)});
+    error.line = line_number;
+    if (!error.message.empty()) parsed.errors.push_back(std::move(error));
   }
   return parsed;
 }

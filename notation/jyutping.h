@@ -28,7 +28,9 @@ inline constexpr RuleSet kJyutpingRules = RuleSet()
 /// A line of an alias table that cannot be used.
 struct AliasError {
   std::size_t line = 0;  ///< counted from 1
+  /// What is wrong, for people; begins with `field`, if that is not empty, in double quotes.
   std::string message;
+  std::string field;  ///< the field that is wrong, as the line has it; empty when it is the line
 };
 
 struct ParsedAliases;

@@ -122,7 +122,7 @@ void Checker::CheckFile(const std::string& path) {
   }
   const File file = OpenFile(path, O_RDONLY);
   if (!file.IsOpen()) {
-    return Fail(SystemProblem("cannot read " + Quoted(path), errno));
+    return Fail(SystemProblem("cannot read " + QuotedName(path), errno));
   }
   in_use_.Read(InputName(path), IdOf(file.descriptor()));
   CheckInput(file.descriptor(), path);

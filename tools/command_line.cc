@@ -94,7 +94,7 @@ int ReadFile(const File& file, std::string& text) {
 
 std::string ReadAliases(const std::string& path, FilesInUse& in_use,
                         notation::AliasTable& aliases) {
-  const std::string action = "cannot read the aliases in " + Quoted(path);
+  const std::string action = "cannot read the aliases in " + QuotedName(path);
   const File file = OpenFile(path, O_RDONLY);
   if (!file.IsOpen()) {
     return SystemProblem(action, errno);
@@ -110,7 +110,10 @@ std::string ReadAliases(const std::string& path, FilesInUse& in_use,
   notation::ParsedAliases parsed = notation::AliasTable::Parse(text);
   if (!parsed.errors.empty()) {
     const notation::AliasError& first = parsed.errors.front();
-    return Escaped(path) + ':' + std::to_string(first.line) + ": " + first.message;
+    const bool is_about_field = !first.field.empty();
+    return Escaped(path) + ':' + std::to_string(first.line) + ": " +
+           (is_about_field ? Quoted(first.field) + first.message.substr(first.field.size() + 2)
+                           : first.message);
   }
   aliases = std::move(parsed.table);
   return "";
@@ -131,6 +134,17 @@ std::optional<int> LanguageOf(const Arguments& arguments) {
 }
 
 }  // namespace
+
+std::string ChoiceProblem(const std::vector<std::string>& names, const std::string& text) {
+  std::string list;
+  for (const std::string& name : names) {
+    if (name == text) {
+      return "";
+    }
+    list += (list.empty() ? "" : ", ") + name;
+  }
+  return Quoted(text) + " is not one of " + list;
+}
 
 std::string CountProblem(const std::string& text) {
   if (ParseNumber<std::size_t>(text).value_or(0) > 0) {

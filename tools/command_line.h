@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <string>
+#include <vector>
 
 #include "notation/notation.h"
 #include "tools/dictionary.h"
@@ -47,6 +48,9 @@ void AddRules(CLI::App& command, Arguments& arguments);
 /// --format, --column and --headword.
 void AddLayout(CLI::App& command, Arguments& arguments);
 
+/// Returns why a text is not one of some names, or an empty text.
+std::string ChoiceProblem(const std::vector<std::string>& names, const std::string& text);
+
 /// An option that takes one of the names of a table.
 template <typename Table>
 CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& value,
@@ -56,7 +60,7 @@ CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& 
     names.emplace_back(entry.name);
   }
   return *command.add_option(name, value, help)
-              ->check(CLI::IsMember(names))
+              ->check([names](const std::string& text) { return ChoiceProblem(names, text); })
               ->type_name("NAME")
               ->option_text("NAME");
 }

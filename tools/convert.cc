@@ -121,7 +121,7 @@ void Job::OpenInput(FilesInUse& files) {
   }
   input_ = OpenFile(options_.input, O_RDONLY);
   if (!input_.IsOpen()) {
-    return Fail(SystemProblem("cannot read " + Quoted(options_.input), errno));
+    return Fail(SystemProblem("cannot read " + QuotedName(options_.input), errno));
   }
   files.Read("--input", IdOf(input_.descriptor()));
 }
@@ -144,7 +144,7 @@ void Job::ConvertArguments() {
     std::unique_ptr<Batch> batch = NewBatch();
     converter.ConvertLine(++number, {text, "\n"}, *batch);
     if (!batch->totals.failed.empty() && IsRegularFile(text)) {
-      AppendMessage("note: " + Quoted(text) + " is a file; use --input to read it",
+      AppendMessage("note: " + QuotedName(text) + " is a file; use --input to read it",
                     batch->messages);
     }
     WriteBatch(std::move(batch));
@@ -251,7 +251,7 @@ void Job::CloseFiles() {
 
 void Job::Report(const Output& output, const char* action, const std::string& name) {
   if (output.error() != 0 && output.error() != EPIPE) {
-    Fail(SystemProblem(name.empty() ? action : std::string(action) + " to " + Quoted(name),
+    Fail(SystemProblem(name.empty() ? action : std::string(action) + " to " + QuotedName(name),
                        output.error()));
   }
 }

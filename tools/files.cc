@@ -74,7 +74,7 @@ bool IsRegularFile(const std::string& path) {
 }
 
 std::string InputName(const std::string& path) {
-  return path == "-" ? "standard input" : Quoted(path);
+  return path == "-" ? "standard input" : QuotedName(path);
 }
 
 }  // namespace qeo::tool

@@ -30,7 +30,7 @@ void FindingWriter::WriteText(const Finding& finding) {
   out += ": ";
   out += finding.kind;
   out += ": ";
-  out += finding.message;
+  out += Presentable(finding.message);
 }
 
 void FindingWriter::WriteJson(const Finding& finding) {
@@ -41,7 +41,7 @@ void FindingWriter::WriteJson(const Finding& finding) {
   json["length"] = finding.length;
   json["severity"] = finding.is_problem ? "error" : "note";
   json["kind"] = finding.kind;
-  json["message"] = finding.message;
+  json["message"] = Presentable(finding.message);
   if (!finding.suggestion.empty()) {
     json["suggestion"] = finding.suggestion;
   }

@@ -43,6 +43,9 @@ std::size_t CellsOf(utf8proc_int32_t code_point, const utf8proc_property_t& char
 }  // namespace
 
 Glyph ReadGlyph(std::string_view text) {
+  if (text.front() >= ' ' && text.front() <= '~') {
+    return {std::string(1, text.front()), 1, 1};
+  }
   utf8proc_int32_t code_point = 0;
   const utf8proc_ssize_t read =
       utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
@@ -69,29 +72,54 @@ std::size_t Cells(std::string_view text) {
   return cells;
 }
 
-std::string Fitted(std::string_view text, std::size_t cells) {
-  constexpr std::string_view kDots = "...";
-  constexpr std::size_t kBytesPerCell = 8;  // marks take no cell, and a letter may have many
-  std::string shown;
-  std::size_t used = 0;
-  std::size_t kept = 0;  // of `shown`, with room for the dots
-  while (!text.empty()) {
-    const Glyph glyph = ReadGlyph(text);
-    used += glyph.cells;
-    shown += glyph.shown;
-    if (used > cells || shown.size() > kBytesPerCell * cells) {
-      return shown.substr(0, kept).append(kDots);
-    }
-    if (used + kDots.size() <= cells) {
-      kept = shown.size();
-    }
-    text.remove_prefix(glyph.size);
+namespace {
+
+constexpr std::string_view kDots = "...";
+
+Glyph ReadEscaped(std::string_view text) {
+  Glyph glyph = ReadGlyph(text);
+  if (text.front() == '\\' || text.front() == '"') {
+    glyph.shown.insert(0, 1, '\\');
+    ++glyph.cells;
   }
-  return shown;
+  return glyph;
 }
 
+// The glyphs of a text, as `read` makes them, that fit into `cells`.
+Excerpt Begin(std::string_view text, std::size_t cells, Glyph (*read)(std::string_view)) {
+  constexpr std::size_t kBytesPerCell = 8;  // marks take no cell, and a letter may have many
+  Excerpt excerpt;
+  std::size_t used = 0;
+  while (!text.empty()) {
+    const Glyph glyph = read(text);
+    used += glyph.cells;
+    if (used > cells || excerpt.shown.size() + glyph.shown.size() > kBytesPerCell * cells) {
+      excerpt.is_whole = false;
+      return excerpt;
+    }
+    excerpt.shown += glyph.shown;
+    text.remove_prefix(glyph.size);
+  }
+  return excerpt;
+}
+
+}  // namespace
+
+std::string Fitted(std::string_view text, std::size_t cells) {
+  Excerpt excerpt = Begin(text, cells, ReadGlyph);
+  return excerpt.is_whole ? excerpt.shown
+                          : Begin(text, cells - kDots.size(), ReadGlyph).shown.append(kDots);
+}
+
+Excerpt Escape(std::string_view text, std::size_t cells) { return Begin(text, cells, ReadEscaped); }
+
 std::string Quote(std::string_view text, std::size_t cells) {
-  return '"' + Fitted(text, cells - 2) + '"';
+  const std::size_t room = cells - 2;  // between the quotes
+  const Excerpt excerpt = Escape(text, room);
+  if (excerpt.is_whole) {
+    return '"' + excerpt.shown + '"';
+  }
+  return '"' + Escape(text, room - kDots.size()).shown + '"' + std::string(kDots);
 }
 
 }  // namespace qeo::tool

@@ -27,10 +27,24 @@ Glyph ReadGlyph(std::string_view text);
 /// Returns how many cells a text takes when it is shown glyph by glyph.
 std::size_t Cells(std::string_view text);
 
-/// Returns as much of `text` as fits into `cells`, with "..." behind it when that is not all.
+/// Returns as much of a text of the tool's own as fits into `cells`, with "..." at its end when
+/// that is not all.
 std::string Fitted(std::string_view text, std::size_t cells);
 
-/// Returns `text` in double quotes and fitted, the quotes included.
+/// The beginning of a text of any origin as a terminal can show it.
+struct Excerpt {
+  std::string shown;
+  bool is_whole = true;
+};
+
+/// Escapes as much of `text` as fits into `cells`: each glyph as ReadGlyph shows it, but a
+/// backslash and a double quote with a backslash before them. So no two texts look alike.
+///
+/// All that messages repeat of files and arguments passes through here.
+Excerpt Escape(std::string_view text, std::size_t cells);
+
+/// Returns `text` escaped and in double quotes, in at most `cells`. Three dots after the closing
+/// quote mean that it goes on.
 std::string Quote(std::string_view text, std::size_t cells);
 
 }  // namespace qeo::tool

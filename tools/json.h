@@ -10,10 +10,9 @@ namespace qeo::tool {
 
 using Json = nlohmann::ordered_json;
 
-/// Appends a value on one line. Bytes that are no UTF-8 become U+FFFD.
-inline void AppendJsonText(const Json& json, std::string& out) {
-  out += json.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
+/// Appends a value on one line. Bytes that are not UTF-8 become U+FFFD; what a terminal would obey
+/// or nobody would see (see ReadGlyph) is escaped as \uNNNN.
+void AppendJsonText(const Json& json, std::string& out);
 
 }  // namespace qeo::tool
 

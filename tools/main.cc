@@ -135,7 +135,7 @@ ExitStatus BadUsage(const CLI::App& app, const UsageError& error) {
 }
 
 ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
-  return BadUsage(app, UsageError(Escaped(problem)));
+  return BadUsage(app, UsageError(problem));
 }
 
 // Help goes before any other complaint, and a first word that is no command is named.
@@ -152,10 +152,12 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   // An option that is not known is the likelier slip than the argument that is missing besides.
   for (const std::string& stranger : app.remaining(true)) {
     if (stranger.size() > 1 && stranger.front() == '-') {
-      return BadUsage(app, "The following argument was not expected: " + stranger);
+      return BadUsage(app, "The following argument was not expected: " + Quoted(stranger));
     }
   }
-  return BadUsage(app, error.what());
+  // Only the checks of this tool quote the value that they refuse.
+  const bool is_quoted = dynamic_cast<const CLI::ValidationError*>(&error) != nullptr;
+  return BadUsage(app, is_quoted ? error.what() : Shortened(error.what()));
 }
 
 // What is wrong with the texts of a conversion and its other options taken together.
@@ -268,7 +270,8 @@ ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
   const bool is_read =
       AppendExplanation(reading.language, arguments.input, reading.options, explanation);
   if (!is_read && IsRegularFile(arguments.input)) {
-    PrintMessage("note: " + Quoted(arguments.input) + " is a file; use check to read it", kSuccess);
+    PrintMessage("note: " + QuotedName(arguments.input) + " is a file; use check to read it",
+                 kSuccess);
   }
   return PrintResult(explanation);
 }

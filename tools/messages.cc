@@ -8,33 +8,38 @@
 namespace qeo::tool {
 namespace {
 
-constexpr std::size_t kLongestQuote = 1000;  // bytes of the text
+// All in cells.
+constexpr std::size_t kLongestQuote = 80;
+constexpr std::size_t kLongestName = 256;
+constexpr std::size_t kLongestForeignMessage = 200;
+constexpr std::size_t kLongestPath = 16384;    // more than a name that the system opens, escaped
+constexpr std::size_t kLongestMessage = 1000;  // room for some quotes and the longest list
+
+// What follows the beginning of a text that goes on.
+std::string SizeOf(std::string_view text) {
+  return "... (" + std::to_string(text.size()) + " bytes)";
+}
+
+std::string QuotedWithin(std::string_view text, std::size_t cells) {
+  const Excerpt excerpt = Escape(text, cells);
+  const std::string quoted = '"' + excerpt.shown + '"';
+  return excerpt.is_whole ? quoted : quoted + SizeOf(text);
+}
 
 }  // namespace
 
-std::string Escaped(std::string_view text) {
-  std::string escaped;
-  while (!text.empty()) {
-    const Glyph glyph = ReadGlyph(text);
-    escaped += glyph.shown == "\\" ? "\\\\" : glyph.shown;
-    text.remove_prefix(glyph.size);
-  }
-  return escaped;
+std::string Escaped(std::string_view text) { return Escape(text, kLongestPath).shown; }
+
+std::string Quoted(std::string_view text) { return QuotedWithin(text, kLongestQuote); }
+
+std::string QuotedName(std::string_view name) { return QuotedWithin(name, kLongestName); }
+
+std::string Shortened(std::string_view message) {
+  const Excerpt excerpt = Escape(message, kLongestForeignMessage);
+  return excerpt.is_whole ? excerpt.shown : excerpt.shown + SizeOf(message);
 }
 
-std::string Quoted(std::string_view text) {
-  std::string quoted = "\"";
-  std::size_t taken = 0;
-  while (taken < text.size()) {
-    const Glyph glyph = ReadGlyph(text.substr(taken));
-    taken += glyph.size;
-    if (taken > kLongestQuote) {
-      return quoted + "...\"";
-    }
-    quoted += glyph.shown;
-  }
-  return quoted + '"';
-}
+std::string Presentable(std::string_view message) { return Fitted(message, kLongestMessage); }
 
 std::string Described(const notation::Problem& problem, std::string_view text) {
   const std::string bytes = Quoted(text.substr(problem.range.offset, problem.range.length));
@@ -43,7 +48,7 @@ std::string Described(const notation::Problem& problem, std::string_view text) {
 
 void AppendMessage(std::string_view message, std::string& out) {
   out += "phoneme: ";
-  out += message;
+  out += Presentable(message);
   out += '\n';
 }
 

@@ -10,19 +10,32 @@
 
 namespace qeo::tool {
 
-/// Returns `text` as a terminal can show it, on one line: as ReadGlyph shows each of its glyphs,
-/// and a backslash as two.
+/// Returns a file name escaped, as it stands before ":LINE:COLUMN: ". It is not shortened, so that
+/// an editor finds the file; the system does not open a name of more than 4096 bytes.
 std::string Escaped(std::string_view text);
 
-/// Returns `text` escaped and in double quotes, cut short ("...") behind a glyph when it is longer
-/// than 1000 bytes.
+/// Returns a text from outside as messages repeat it: escaped (see Escape), in double quotes, and
+/// at most 80 cells of it. A longer one goes on as `"abc"... (5000 bytes)`.
 std::string Quoted(std::string_view text);
+
+/// Returns the name of a file as Quoted does a text, at most 256 cells of it.
+std::string QuotedName(std::string_view name);
+
+/// Returns a message of another library, which may repeat text from outside, escaped and at most
+/// 200 cells of it.
+std::string Shortened(std::string_view message);
+
+/// Returns a message on one line, at most 1000 cells of it and without anything that a terminal
+/// would obey, whatever went into it. Quoted leaves nothing to do here; this is for what forgets
+/// it.
+std::string Presentable(std::string_view message);
 
 /// Returns the bytes of a problem in the text that has it, and what may have been meant:
 /// "hoa3", perhaps "hao3".
 std::string Described(const notation::Problem& problem, std::string_view text);
 
-/// Appends the line "phoneme: MESSAGE" to `out`.
+/// Appends the line "phoneme: MESSAGE" to `out`. Every message for standard error passes through
+/// here and Presentable.
 void AppendMessage(std::string_view message, std::string& out);
 
 /// Returns `action` with the system's words for an errno: "cannot read: Is a directory".

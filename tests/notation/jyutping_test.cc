@@ -65,6 +65,9 @@ std::vector<std::string> Show(const std::vector<AliasError>& errors) {
   shown.reserve(errors.size());
   for (const AliasError& error : errors) {
     shown.push_back(std::to_string(error.line) + ": " + error.message);
+    const bool quotes = error.message.front() == '"';
+    const std::string quoted = quotes ? '"' + error.field + '"' : error.field;
+    EXPECT_EQ(error.message.substr(0, quotes ? quoted.size() : 0), quoted);
   }
   return shown;
 }

@@ -143,7 +143,7 @@ help_options() {
 
 # What the tool says that a value can be.
 names() { # COMMAND OPTION
-  "$tool" "$1" "$2" '?' 2>&1 | sed -n 's/.* not in {\(.*\)}.*/\1/p' | tr , ' '
+  "$tool" "$1" "$2" '?' 2>&1 | sed -n 's/.* is not one of \([^(]*\).*/\1/p' | tr -d ,
 }
 
 check_options() { # [COMMAND]

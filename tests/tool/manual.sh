@@ -46,7 +46,7 @@ spellings() { # [COMMAND]
 
 # What the tool says that a value can be.
 names() { # OPTION
-  { phoneme convert "$1" '?' 2>&1 || true; } | sed -n 's/.* not in {\(.*\)}.*/\1/p' | tr , ' '
+  { phoneme convert "$1" '?' 2>&1 || true; } | sed -n 's/.* is not one of \([^(]*\).*/\1/p' | tr -d ,
 }
 
 check_options() {

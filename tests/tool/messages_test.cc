@@ -1,0 +1,114 @@
+// Text from outside as messages show it.
+
+#include "tools/messages.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tools/glyphs.h"
+#include "tools/json.h"
+
+namespace qeo::tool {
+namespace {
+
+std::string Repeat(const std::string& unit, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) {
+    text += unit;
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(Quoted, EscapesSoThatNoTwoTextsLookAlike) {
+  const struct {
+    const char* text;
+    const char* quoted;
+  } cases[] = {
+      {"", R"("")"},
+      {"nǐ hǎo 你", R"("nǐ hǎo 你")"},
+      {"a\"b", R"("a\"b")"},
+      {"a\\\"b", R"("a\\\"b")"},
+      {"\xff", R"("\xff")"},
+      {"\\xff", R"("\\xff")"},
+      {"\\\\xff", R"("\\\\xff")"},
+      {"\x1b[31m", R"("\x1b[31m")"},
+      {"a\nb\tc\x7f", R"("a\x0ab\x09c\x7f")"},
+      {"\xc2\x9b\xe2\x80\xae", R"("\xc2\x9b\xe2\x80\xae")"},  // C1 control, direction
+      {"\xc3", R"("\xc3")"},
+      {"a\"...", R"("a\"...")"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Quoted(c.text), c.quoted);
+  }
+}
+
+// The dots of a text that goes on stand outside the quotes, with the size of the whole.
+TEST(Quoted, ShortensToEightyCells) {
+  EXPECT_EQ(Quoted(Repeat("a", 80)), '"' + Repeat("a", 80) + '"');
+  EXPECT_EQ(Quoted(Repeat("a", 81)), '"' + Repeat("a", 80) + "\"... (81 bytes)");
+  EXPECT_EQ(Quoted(Repeat("你", 41)), '"' + Repeat("你", 40) + "\"... (123 bytes)");
+  EXPECT_EQ(Quoted(Repeat("\x1b", 21)), '"' + Repeat("\\x1b", 20) + "\"... (21 bytes)");
+  EXPECT_EQ(Quoted(Repeat("\"", 41)), '"' + Repeat("\\\"", 40) + "\"... (41 bytes)");
+  // Marks take no cell, and are bounded all the same.
+  EXPECT_EQ(Quoted(Repeat("\xcc\x81", 500)), '"' + Repeat("\xcc\x81", 320) + "\"... (1000 bytes)");
+}
+
+TEST(QuotedName, HasRoomForALongPath) {
+  EXPECT_EQ(QuotedName(Repeat("a/", 128)), '"' + Repeat("a/", 128) + '"');
+  EXPECT_EQ(QuotedName(Repeat("a", 257)), '"' + Repeat("a", 256) + "\"... (257 bytes)");
+}
+
+TEST(Quote, IsNeverWiderThanItsCells) {
+  EXPECT_EQ(Quote("abcdef", 8), R"("abcdef")");
+  EXPECT_EQ(Quote("abcdefg", 8), R"("abc"...)");
+  EXPECT_EQ(Quote("a\"bcdef", 8), R"("a\""...)");
+  EXPECT_EQ(Quote("你你你你", 8), R"("你"...)");
+}
+
+TEST(Escaped, KeepsFileNamesWhole) {
+  EXPECT_EQ(Escaped("a b\n\"\\"), R"(a b\x0a\"\\)");
+  EXPECT_EQ(Escaped(Repeat("a", 4096)), Repeat("a", 4096));
+  EXPECT_EQ(Escaped(Repeat("\n", 4096)), Repeat("\\x0a", 4096));
+}
+
+TEST(Shortened, BoundsAMessageOfAnotherLibrary) {
+  EXPECT_EQ(Shortened("bad \"\x1b\""), R"(bad \"\x1b\")");
+  EXPECT_EQ(Shortened(Repeat("a", 201)), Repeat("a", 200) + "... (201 bytes)");
+}
+
+// What quotes nothing, or forgets to, is still one harmless line.
+TEST(AppendMessage, IsOneBoundedLineWhateverItSays) {
+  std::string out = "before\n";
+  AppendMessage("raw \x1b[31m\n\xe2\x80\xae and " + Quoted("\\"), out);
+  EXPECT_EQ(out, "before\nphoneme: raw \\x1b[31m\\x0a\\xe2\\x80\\xae and \"\\\\\"\n");
+  out.clear();
+  AppendMessage(Repeat("a", 5000000), out);
+  EXPECT_EQ(out, "phoneme: " + Repeat("a", 997) + "...\n");
+}
+
+TEST(AppendJsonText, EscapesWhatATerminalObeysOrNobodySees) {
+  const struct {
+    const char* text;
+    const char* json;
+  } cases[] = {
+      {"nǐ 你 😀", R"("nǐ 你 😀")"},
+      {"\x1b\n\"\\", R"("\u001b\n\"\\")"},
+      {"a\x7f\xc2\x9b"
+       "b",
+       R"("a\u007f\u009bb")"},
+      {"\xe2\x80\xae\xf3\xa0\x81\x81", R"("\u202e\udb40\udc41")"},
+      {"\xff", R"("�")"},
+  };
+  for (const auto& c : cases) {
+    std::string out = "before ";
+    AppendJsonText(Json(c.text), out);
+    EXPECT_EQ(out, std::string("before ") + c.json);
+    EXPECT_EQ(Json::parse(out.substr(7)).dump(-1, ' ', false),
+              Json::parse(c.json).dump(-1, ' ', false));
+  }
+}
+
+}  // namespace qeo::tool
