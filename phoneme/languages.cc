@@ -1,5 +1,5 @@
-// The names of languages. Each stands with the tables of its language, so that no language is
-// without them; no registry is asked.
+// The names of languages. They are part of the phone sets, so that no language is without them, and
+// constant data, so that they can be asked at any time.
 
 #include "phoneme/languages.h"
 

@@ -8,11 +8,11 @@
 ///   cantonese  yue  yue-HK  zh-HK
 ///   english    en  eng  en-US
 ///
-/// A code is a BCP 47 tag or an ISO 639-3 code, and the list has those alone that name the speech
-/// that the tables describe. "zh" covers all Chinese languages; without a region it is commonly
-/// Mandarin. "zh-HK", the written Chinese of Hong Kong, is read aloud in Cantonese. A script says
-/// nothing about speech, so "zh-Hans" and "zh-Hant" are absent; "zh-TW" and "en-GB" are absent
-/// because these standards pronounce otherwise. Who wants the tables for them names the language.
+/// A code is a BCP 47 tag or an ISO 639-3 code. The list has only codes of the speech that the
+/// tables describe. "zh" covers all Chinese languages; without a region it is commonly Mandarin.
+/// "zh-HK", the written Chinese of Hong Kong, is read aloud in Cantonese. A script does not
+/// determine the speech, so "zh-Hans" and "zh-Hant" are absent; "zh-TW" and "en-GB" are absent
+/// because these standards differ in pronunciation. To use the tables for them, name the language.
 
 #include <cstdint>
 #include <optional>

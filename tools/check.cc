@@ -207,16 +207,21 @@ void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_vi
 void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
   notation::Analysis analysis =
       notation::Analyze(ServingLanguage(conversion_), text, conversion_.reading);
-  for (const notation::Problem& problem : analysis.problems) {
-    findings_.Write({number, offset + problem.range.offset, problem.range.length,
-                     notation::ProblemName(problem.kind), Described(problem, text),
-                     problem.suggestion, true});
-  }
+  auto problem = analysis.problems.begin();
+  const auto report_before = [&](std::size_t end) {
+    for (; problem != analysis.problems.end() && problem->range.offset < end; ++problem) {
+      findings_.Write({number, offset + problem->range.offset, problem->range.length,
+                       notation::ProblemName(problem->kind), Described(*problem, text),
+                       problem->suggestion, true});
+    }
+  };
   for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
+    report_before(syllable.range.offset);
     TakeDefaultTone(conversion_, syllable.syllable);
     CheckSyllable(number, offset + syllable.range.offset, syllable.syllable,
                   text.substr(syllable.range.offset, syllable.range.length));
   }
+  report_before(text.size());
   if (options_.layout.HasWords() && analysis.syllables.empty() && analysis.problems.empty()) {
     ReportBroken(number, offset, text);
   }
