@@ -25,6 +25,9 @@ class Progress {
  public:
   /// `total_bytes` is 0 when it is not known how much there is.
   Progress(bool is_wanted, std::uint64_t total_bytes);
+  ~Progress() { Clear(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
 
   /// Draws the bar, at most ten times a second.
   void Show(std::uint64_t byte_count, std::uint64_t line_count);

@@ -7,7 +7,8 @@
 # before each line of its standard error, and "exit N" says its status when it is not 0. All other
 # lines are for the reader. Commands find the tool as `phoneme`, the real lexicons in $DATA, and an
 # empty directory to work in; $LIMITS is not empty where the tool can start with little memory, which
-# it cannot under some sanitizers. To accept new results after reading them: PHONEME_ACCEPT=1.
+# it cannot under some sanitizers; $FAILING is the library of failing_calls.cc. To accept new results
+# after reading them: PHONEME_ACCEPT=1.
 
 set -eu
 PATH=$(dirname "$1"):$PATH

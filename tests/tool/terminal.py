@@ -63,8 +63,11 @@ def check_file() -> None:
     expect(len(lines[0][2]) < len(lines[-1][2]), "a bar that does not grow", shown)
     percents = [int(line[4]) for line in lines]
     expect(percents == sorted(percents) and percents[-1] > 50, "percents", shown)
-    for seconds, line in enumerate(lines, start=1):
-        expect(int(line[6]) == int(line[5]) // seconds, "another rate", shown)
+    seconds = 0
+    for line in lines:  # a sanitizer looks at the clock, too
+        later = range(seconds + 1, seconds + 100)
+        seconds = next((s for s in later if int(line[5]) // s == int(line[6])), 0)
+        expect(seconds > 0, "another rate", shown)
     first, last = (int(line[8].replace(":", "")) for line in (lines[0], lines[-1]))
     expect(last < first, "a time left that does not become less", shown)
     end = CLEAR + "phoneme: 500000 lines: 500000 converted, 0 failed\n"
