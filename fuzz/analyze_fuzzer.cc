@@ -1,6 +1,6 @@
 // Analyze: every byte of any text is in a syllable, a separator or a problem; what it calls a
-// separator is one, its syllables are the library's, and it reads what the reference form of the
-// normaliser does.
+// separator is one, its syllables are the library's, its hints those of the reference form, and it
+// reads what the reference form of the normaliser does.
 
 #include <algorithm>
 #include <optional>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fuzz/normalizing.h"
+#include "tests/reference/suggesting.h"
 
 namespace qeo::notation {
 namespace {
@@ -118,6 +119,53 @@ void ExpectReference(const Analysis& analysis, const sp::reference::Reading& exp
   Expect(without_gaps(letters) == without_gaps(expected.text), "the syllables are the reference's");
 }
 
+bool Overlap(Range a, Range b) { return std::max(a.offset, b.offset) < std::min(a.end(), b.end()); }
+
+// A suggestion read alone is one syllable, or a phone.
+void ExpectSuggestion(int language, const std::string& suggestion) {
+  if (language == sp::LANGUAGE_AMERICAN_ENGLISH) {
+    Expect(sp::GetPhoneInfoByDescription(language, suggestion)->name == suggestion,
+           "a suggestion is a phone");
+    return;
+  }
+  const Analysis read = Analyze(language, suggestion);
+  Expect(read.syllables.size() == 1 && read.problems.empty(), "a suggestion is a syllable");
+}
+
+// Whether the bytes of a problem are small letters that no rule changes, and a digit.
+bool IsPlain(const std::string& bytes) {
+  const auto is_plain = [](char c) { return c >= 'a' && c <= 'z' && c != 'v'; };
+  return bytes.back() >= '0' && bytes.back() <= '9' &&
+         std::all_of(bytes.begin(), bytes.end() - 1, is_plain);
+}
+
+void ExpectReferenceHint(int language, const std::string& bytes, const Problem& problem) {
+  const std::string expected = sp::reference::Suggest(language, bytes.substr(0, bytes.size() - 1));
+  std::string found = problem.suggestion.substr(0, problem.suggestion.find_first_of("1234567"));
+  if (problem.hint == Hint::kGap) {
+    found = "gap " + std::string(problem.initial) + '+' + std::string(problem.final);
+  }
+  Expect(found == expected, "the hint is the reference's");
+}
+
+void ExpectHints(int language, const std::string& text, const Analysis& analysis) {
+  for (const Problem& problem : analysis.problems) {
+    const bool suggests = problem.hint == Hint::kSpelling || problem.hint == Hint::kAlias;
+    Expect(suggests == !problem.suggestion.empty(), "a hint suggests what it is said to");
+    Expect((problem.hint == Hint::kGap) == !problem.initial.empty(), "a gap has its initial");
+    Expect((problem.hint == Hint::kNone) == (problem.piece.length == 0), "a hint has its piece");
+    if (suggests) ExpectSuggestion(language, problem.suggestion);
+    if (problem.hint != Hint::kNone) {
+      Expect(problem.piece.end() <= text.size() && Overlap(problem.piece, problem.range),
+             "a hint is about the problem");
+    }
+    const std::string bytes = text.substr(problem.range.offset, problem.range.length);
+    const bool is_comparable = problem.kind == ProblemKind::kUnknownSyllable &&
+                               problem.hint != Hint::kAlias && IsPlain(bytes);
+    if (is_comparable) ExpectReferenceHint(language, bytes, problem);
+  }
+}
+
 }  // namespace
 }  // namespace qeo::notation
 
@@ -134,6 +182,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Analysis analysis = Analyze(language, text, options);
   ExpectOwners(language, text, analysis);
   ExpectLibrarySyllables(language, analysis);
+  ExpectHints(language, text, analysis);
   const auto expected = Reference(language, text, options);
   const bool is_cut = options.cutting != Cutting::kNone;  // as the reference cuts
   if (expected && is_cut) ExpectReference(analysis, *expected);

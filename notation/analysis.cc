@@ -9,9 +9,14 @@
 #include "notation/apostrophe.h"
 #include "notation/characters.h"
 #include "notation/cut_cost.h"
-#include "notation/nearest_name.h"
 #include "notation/normalizer.h"
+#include "notation/run_parts.h"
+#include "notation/suggestion.h"
+#include "notation/syllable_set.h"
 #include "notation/syllable_table.h"
+#include "notation/syllable_tree.h"
+#include "notation/text_reader.h"
+#include "notation/word.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
@@ -21,7 +26,8 @@ namespace {
 using internal::Character;
 using internal::CharacterKind;
 using internal::ReadCharacter;
-using internal::SpellingTable;
+using internal::RunPart;
+using internal::SyllableTree;
 
 constexpr char kNoDigit = '\0';
 
@@ -32,41 +38,43 @@ bool ComesFirst(const A& a, const B& b) {
   return a.range.offset < b.range.offset;
 }
 
-// Known syllables of a Chinese language, for suggestions.
-const SpellingTable& SpellingsOf(int language) {
-  using internal::MakeSpellingTable;
-  static const SpellingTable mandarin = MakeSpellingTable(sp::LANGUAGE_MANDARIN);
-  static const SpellingTable cantonese = MakeSpellingTable(sp::LANGUAGE_CANTONESE);
-  return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
+// Those of the normaliser are in order already, and mostly all there are.
+void SortProblems(std::vector<Problem>& problems) {
+  const auto comes_first = ComesFirst<Problem, Problem>;
+  if (std::is_sorted(problems.begin(), problems.end(), comes_first)) return;
+  std::stable_sort(problems.begin(), problems.end(), comes_first);
 }
 
-// A syllable that is one edit away from the letters of `text`, with the tone of these if it is one.
-std::string SuggestSyllable(int language, std::string_view text) {
-  std::string letters;
-  char digit = kNoDigit;
-  for (std::size_t at = 0; at < text.size() && letters.size() <= internal::kMaxSyllableLength;) {
-    const Character character = ReadCharacter(text, at);
-    at = character.range.end();
-    if (character.kind == CharacterKind::kDigit) digit = character.ascii;
-    if (character.kind != CharacterKind::kLetter) continue;
-    letters += character.ascii == internal::kCircumflexE ? 'e' : character.ascii;
-    if (character.tone != internal::kNoTone) digit = character.tone;
+// Whether bytes are small letters and a digit, of which no rule changes one.
+bool ArePlain(std::string_view bytes) {
+  const auto is_plain = [](char c) { return ascii::IsSmall(c) && c != 'v'; };
+  return ascii::IsDigit(bytes.back()) && std::all_of(bytes.begin(), bytes.end() - 1, is_plain);
+}
+
+// Writes a guess into a problem, about what is written in `piece`, with a digit or none.
+void SetHint(int language, const internal::Guess& guess, Range piece, char digit,
+             Problem& problem) {
+  if (guess.hint == Hint::kNone) return;
+  problem.hint = guess.hint;
+  problem.piece = piece;
+  if (guess.hint == Hint::kGap) {
+    problem.initial = guess.initial;
+    problem.final = guess.final;
+    return;
   }
-  internal::NearestName nearest(letters);
-  for (const internal::ShortText& known : SpellingsOf(language)) nearest.Offer(known.view());
-  std::string suggestion(nearest.best());
+  const auto code = static_cast<unsigned short>(guess.row * internal::kTonesPerRow);
+  problem.suggestion = sp::code2py(language, code, false);
   const auto tone = static_cast<unsigned>(digit - '0');
-  if (!suggestion.empty() && digit != kNoDigit && internal::IsTone(language, tone)) {
-    suggestion += digit;
-  }
-  return suggestion;
+  if (digit != kNoDigit && internal::IsTone(language, tone)) problem.suggestion += digit;
 }
 
 // Reads Chinese.
 class SyllableReader {
  public:
   SyllableReader(int language, std::string_view text, const AnalysisOptions& options)
-      : language_(language),
+      : language_(language == sp::LANGUAGE_CANTONESE ? language : sp::LANGUAGE_MANDARIN),
+        rules_(language == sp::LANGUAGE_CANTONESE ? options.rules.Without(Rule::kDiaeresis)
+                                                  : options.rules),
         cutting_(options.cutting),
         text_(text),
         normalized_(
@@ -77,14 +85,14 @@ class SyllableReader {
     Analysis analysis;
     analysis.problems = std::move(normalized_.problems);
     FindPieces();
+    for (Problem& problem : analysis.problems) AddHint(problem);
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
       const std::size_t limit =
           i + 1 < pieces_.size() ? OriginOf(pieces_[i + 1].begin) : text_.size();
-      Place(pieces_[i], RangeOf(pieces_[i], limit), analysis);
+      pieces_[i].range = RangeOf(pieces_[i], limit);
     }
-    for (Problem& problem : analysis.problems) Suggest(problem);
-    std::stable_sort(analysis.problems.begin(), analysis.problems.end(),
-                     ComesFirst<Problem, Problem>);
+    for (std::size_t i = 0; i < pieces_.size(); ++i) Place(i, analysis);
+    SortProblems(analysis.problems);
     AddSyllableRecords(analysis.syllables);
     analysis.applied = std::move(normalized_.applied);
     return analysis;
@@ -99,14 +107,27 @@ class SyllableReader {
     std::size_t begin;
     std::size_t end;
     char digit;
+    Range range = {};  // in the text
+  };
+
+  // A guess about some neighbouring pieces, of which one, a problem, is `piece`.
+  struct PieceGuess {
+    std::size_t piece;
+    internal::Guess guess;
+    std::size_t first;
+    std::size_t last;
   };
 
   void FindPieces();
   void CutWord(std::size_t begin, std::size_t end);
-  void LeaveOut(std::size_t word, std::size_t begin, std::size_t end);
   Range RangeOf(const Piece& piece, std::size_t limit);
-  void Place(const Piece& piece, Range range, Analysis& analysis) const;
-  void Suggest(Problem& problem) const;
+  void Place(std::size_t index, Analysis& analysis);
+  Problem ProblemOf(std::size_t index, ProblemKind kind);
+  void AddHint(Problem& problem);
+  void AddHintToRun(std::string_view letters, Problem& problem);
+  void SetRunHint(const internal::Guess& guess, internal::Piece piece, Problem& problem) const;
+  std::size_t CountMarks(internal::Piece piece) const;
+  void FindWrongMarks(std::string_view letters);
   void AddSyllableRecords(std::vector<AnalyzedSyllable>& syllables) const;
 
   std::size_t OriginOf(std::size_t index) const { return normalized_.origins[index]; }
@@ -115,11 +136,16 @@ class SyllableReader {
   }
 
   int language_;
+  RuleSet rules_;
   Cutting cutting_;
   std::string_view text_;
   Normalized normalized_;
   std::vector<Piece> pieces_;
-  std::size_t next_applied_ = 0;  // the first application that is not in front of the next piece
+  std::vector<PieceGuess> guesses_;  // in the order of the pieces
+  std::size_t next_guess_ = 0;       // the first that is not of a piece before the next one
+  std::size_t next_applied_ = 0;     // the first application that is not before the next piece
+  std::vector<RunPart> parts_;       // of the word or run that is looked at
+  internal::Word word_;              // the same of the problem
 };
 
 void SyllableReader::FindPieces() {
@@ -142,31 +168,19 @@ void SyllableReader::FindPieces() {
 void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
   const std::string_view word = std::string_view(normalized_.text).substr(begin, end - begin);
   const std::vector<CutSyllable> cut = CutLetters(language_, word, cutting_);
-  std::size_t placed = begin;
-  for (const CutSyllable& syllable : cut) {
-    const std::size_t offset = begin + syllable.range.offset;
-    LeaveOut(begin, placed, offset);
-    placed = offset + syllable.range.length;
-    pieces_.push_back({PieceKind::kSyllable, offset, placed, kNoDigit});
-  }
-  if (cut.empty()) return pieces_.push_back({PieceKind::kUnknown, begin, end, kNoDigit});
-  LeaveOut(begin, placed, end);
-}
-
-// Letters that the cut of a word leaves out. A nasal would be a syllable by itself: the one that it
-// ends is unknown.
-void SyllableReader::LeaveOut(std::size_t word, std::size_t begin, std::size_t end) {
-  if (begin == end) return;
-  const std::size_t length = end - begin;
-  const bool is_nasal =
-      cutting_ == Cutting::kWhole && internal::CutNumbersOf(language_).nasals_stand_alone &&
-      length <= internal::kMaxPackedLength &&
-      internal::IsNasal(internal::Pack(std::string_view(normalized_.text).substr(begin, length)));
-  if (is_nasal && begin > word) {
-    pieces_.back().kind = PieceKind::kUnknown;
-    pieces_.back().end = end;
-  } else {
-    pieces_.push_back({PieceKind::kLost, begin, end, kNoDigit});
+  internal::SplitRun(word.size(), cut, parts_);
+  const bool joins_nasals =
+      cutting_ == Cutting::kWhole && internal::CutNumbersOf(language_).nasals_stand_alone;
+  if (joins_nasals) internal::JoinNasals(word, parts_);
+  const std::size_t first = pieces_.size();
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    const RunPart& part = parts_[i];
+    const PieceKind wrong = cut.empty() || part.has_nasal ? PieceKind::kUnknown : PieceKind::kLost;
+    pieces_.push_back({part.is_wrong ? wrong : PieceKind::kSyllable, begin + part.begin,
+                       begin + part.end, kNoDigit});
+    if (!part.is_wrong) continue;
+    const internal::PartsGuess guess = internal::GuessAround(language_, word, parts_, i);
+    guesses_.push_back({first + i, guess.guess, first + guess.first, first + guess.last});
   }
 }
 
@@ -186,26 +200,103 @@ Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
   return {begin, std::min(end, limit) - begin};
 }
 
-void SyllableReader::Place(const Piece& piece, Range range, Analysis& analysis) const {
+void SyllableReader::Place(std::size_t index, Analysis& analysis) {
+  const Piece& piece = pieces_[index];
   switch (piece.kind) {
     case PieceKind::kSyllable:
-      analysis.syllables.push_back({LettersOf(piece), piece.digit, range, 0, {}});
+      analysis.syllables.push_back({LettersOf(piece), piece.digit, piece.range, 0, {}});
       return;
     case PieceKind::kLost:
-      analysis.problems.push_back({ProblemKind::kLettersLost, range, {}});
+      analysis.problems.push_back(ProblemOf(index, ProblemKind::kLettersLost));
       return;
     case PieceKind::kUnknown:
-      analysis.problems.push_back({ProblemKind::kUnknownSyllable, range, {}});
+      analysis.problems.push_back(ProblemOf(index, ProblemKind::kUnknownSyllable));
       return;
   }
 }
 
-void SyllableReader::Suggest(Problem& problem) const {
-  if (problem.kind != ProblemKind::kUnknownSyllable && problem.kind != ProblemKind::kLettersLost) {
-    return;
+// Letters that a cut left out, as a problem with its hint; each has a guess.
+Problem SyllableReader::ProblemOf(std::size_t index, ProblemKind kind) {
+  Problem problem = {kind, pieces_[index].range, {}};
+  const auto& [piece, guess, first, last] = guesses_[next_guess_++];
+  const std::size_t offset = pieces_[first].range.offset;
+  SetHint(language_, guess, {offset, pieces_[last].range.end() - offset}, kNoDigit, problem);
+  return problem;
+}
+
+// Adds the hint to a problem that the normaliser found.
+void SyllableReader::AddHint(Problem& problem) {
+  if (problem.kind != ProblemKind::kUnknownSyllable) return;
+  const std::string_view bytes = text_.substr(problem.range.offset, problem.range.length);
+  if (ArePlain(bytes)) {
+    const std::string_view letters = bytes.substr(0, bytes.size() - 1);
+    return SetHint(language_, internal::GuessSyllable(language_, letters), problem.range,
+                   bytes.back(), problem);
   }
-  problem.suggestion =
-      SuggestSyllable(language_, text_.substr(problem.range.offset, problem.range.length));
+  internal::TextReader(bytes, rules_).ReadWord(0, word_);
+  std::string letters;
+  for (const internal::Letter& letter : word_.letters) {
+    letters += letter.letter == internal::kCircumflexE ? 'e' : letter.letter;
+  }
+  if (word_.digits.count == 0) return AddHintToRun(letters, problem);
+  SetHint(language_, internal::GuessSyllable(language_, letters), problem.range,
+          word_.digits.first.ascii, problem);
+}
+
+// The same, where the problem is a run of letters that may be several syllables. One that is near
+// to a syllable by itself is taken for that.
+void SyllableReader::AddHintToRun(std::string_view letters, Problem& problem) {
+  const internal::Piece whole = {0, letters.size()};
+  if (CountMarks(whole) <= 1) {
+    SetRunHint(internal::GuessSyllable(language_, letters), whole, problem);
+    if (problem.hint != Hint::kNone) return;
+  }
+  internal::SplitRun(letters.size(), CutLetters(language_, letters, Cutting::kWhole), parts_);
+  FindWrongMarks(letters);
+  const auto wrong =
+      std::find_if(parts_.begin(), parts_.end(), [](const RunPart& part) { return part.is_wrong; });
+  if (wrong == parts_.end()) return;
+  const auto [guess, first, last] = internal::GuessAround(
+      language_, letters, parts_, static_cast<std::size_t>(wrong - parts_.begin()));
+  SetRunHint(guess, {parts_[first].begin, parts_[last].end}, problem);
+}
+
+// `piece` is of the word, of which the problem is all.
+void SyllableReader::SetRunHint(const internal::Guess& guess, internal::Piece piece,
+                                Problem& problem) const {
+  char digit = kNoDigit;
+  for (std::size_t i = piece.begin; i < piece.end; ++i) {
+    if (word_[i].tone != internal::kNoTone) digit = word_[i].tone;
+  }
+  Range range = word_.RangeOf(piece);
+  range.offset += problem.range.offset;
+  SetHint(language_, guess, range, digit, problem);
+}
+
+std::size_t SyllableReader::CountMarks(internal::Piece piece) const {
+  const auto begin = word_.letters.begin();
+  return static_cast<std::size_t>(std::count_if(
+      begin + static_cast<std::ptrdiff_t>(piece.begin),
+      begin + static_cast<std::ptrdiff_t>(piece.end),
+      [](const internal::Letter& letter) { return letter.tone != internal::kNoTone; }));
+}
+
+// Finds the syllables of a run that its marks forbid: one with a mark more, or in a wrong place,
+// and two of which the second lacks the apostrophe.
+void SyllableReader::FindWrongMarks(std::string_view letters) {
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    RunPart& part = parts_[i];
+    internal::ToneMarks marks;
+    for (std::size_t at = part.begin; at < part.end; ++at) marks.Add(word_[at]);
+    part.mark_count = marks.count();
+    part.is_wrong = part.is_wrong || !marks.AreOfOneSyllable();
+    const std::string_view spelling = letters.substr(part.begin, part.end - part.begin);
+    if (i == 0 || part.row == SyllableTree::kNoRow || spelling == "er") continue;
+    const bool is_clear = part.mark_count > 0 && parts_[i - 1].mark_count > 0;
+    if (is_clear || !internal::TakesApostrophe(internal::Pack(spelling))) continue;
+    part.is_wrong = true;
+    parts_[i - 1].is_wrong = true;
+  }
 }
 
 // Asks the library for all syllables at once.

@@ -60,10 +60,24 @@ struct Analysis {
 ///
 /// A word of a text without tones is cut as the options say. Letters that its cut leaves out are a
 /// problem of their own: kLettersLost, or kUnknownSyllable when nothing of the word is left. A
-/// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is no part of that
+/// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is not a part of that
 /// one and not one by itself, so both are one kUnknownSyllable: "nun". With kNone a word that is
 /// not one syllable is unknown. The other kinds are described where the text is normalised. Unlike
-/// there, a problem of these two kinds has a suggestion when a syllable is one edit away.
+/// there, a problem of these two kinds may have a hint about the piece of the text that is likely
+/// wrong, the first of these:
+///
+/// - kAlias, in Cantonese: the alias table that is shipped (data/jyutping_aliases.tsv) has the
+///   letters of the piece. With that table in `aliases` they are not a problem.
+/// - kGap: the letters are an initial and a final that syllables of the table have, but not
+///   together ("lan" in Cantonese). Nothing is suggested.
+/// - kSpelling: the syllable for which its frequency times the likeliness of the slip is the
+///   greatest. A letter dropped, doubled or transposed with the next one and a key beside the right
+///   one (QWERTY) are likely, any other key is rare. Not of one or two letters, which are near to
+///   too many syllables.
+///
+/// The piece is what has a digit; else the neighbouring letters, at most as many as one syllable
+/// with a slip has, with which the word is read best ("yai" is cut ya, i; the hint is about "yai").
+/// The suggestion has the tone of the piece when that is one of the language.
 ///
 /// An unregistered language is served by Mandarin. Time and memory are linear in the text.
 NOTATION_EXPORT Analysis Analyze(int language, std::string_view text,

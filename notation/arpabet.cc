@@ -162,18 +162,22 @@ class Writer {
   std::size_t last_origin_ = 0;
 };
 
-void AddProblem(ProblemKind kind, Range range, std::string suggestion, Normalized& out) {
-  out.problems.push_back({kind, range, std::move(suggestion)});
+Problem& AddProblem(ProblemKind kind, Range range, Normalized& out) {
+  return out.problems.emplace_back(Problem{kind, range, {}});
 }
 
 // `letters` is the name in `range`, without the digits behind it.
 void AddUnknownPhone(std::string_view text, Range range, std::string_view letters,
                      Normalized& out) {
   if (!IsValidUtf8(Bytes(text, range))) {
-    AddProblem(ProblemKind::kInvalidUtf8, range, {}, out);
-  } else {
-    AddProblem(ProblemKind::kUnknownPhone, range, SuggestPhone(letters), out);
+    AddProblem(ProblemKind::kInvalidUtf8, range, out);
+    return;
   }
+  Problem& problem = AddProblem(ProblemKind::kUnknownPhone, range, out);
+  problem.suggestion = SuggestPhone(letters);
+  if (problem.suggestion.empty()) return;
+  problem.hint = Hint::kSpelling;
+  problem.piece = range;
 }
 
 // A phone of the input, known to the library.
@@ -219,13 +223,14 @@ class ArpabetReader {
       return AddUnknownPhone(text_, range, name, out_);
     }
     if (phone->is_vowel && !HasStress(piece) && !rules_.Has(Rule::kMissingStress)) {
-      return AddProblem(ProblemKind::kBadTone, range, {}, out_);
+      AddProblem(ProblemKind::kBadTone, range, out_);
+      return;
     }
     if (!is_lower) Apply(Rule::kLowerCase, letters);
     phones_.push_back({phone, letters.offset, '0', letters.offset});
     if (phone->is_vowel && HasStress(piece)) return ReadStress(piece);
     if (phone->is_vowel) Apply(Rule::kMissingStress, letters);
-    if (piece.digits.length != 0) AddProblem(ProblemKind::kBadTone, piece.digits, {}, out_);
+    if (piece.digits.length != 0) AddProblem(ProblemKind::kBadTone, piece.digits, out_);
   }
 
   bool HasStress(const Piece& piece) const {
@@ -336,7 +341,8 @@ class PronunciationReader {
     if (begin == end) return;
     const std::size_t digit = end - 1;
     if (!ascii::IsDigit(text_[digit]) || digit == begin || !ascii::IsBlank(text_[digit - 1])) {
-      return AddProblem(ProblemKind::kBadTone, {begin, end - begin}, {}, out_);
+      AddProblem(ProblemKind::kBadTone, {begin, end - begin}, out_);
+      return;
     }
     char waiting = IsStress(text_[digit]) ? text_[digit] : kNoStress;
     for (Range piece = NextPiece(text_, begin, digit); piece.length != 0;
@@ -344,7 +350,7 @@ class PronunciationReader {
       waiting = ReadPiece(piece, waiting);
     }
     const bool lost = waiting == kNoStress ? !IsStress(text_[digit]) : waiting != '0';
-    if (lost) AddProblem(ProblemKind::kBadTone, {digit, 1}, {}, out_);
+    if (lost) AddProblem(ProblemKind::kBadTone, {digit, 1}, out_);
   }
 
   // Writes a phone, with the digit when it is the first vowel that meets it. Returns the digit that

@@ -54,4 +54,18 @@ std::string_view ProblemName(ProblemKind kind) {
   return {};
 }
 
+std::string_view HintName(Hint hint) {
+  switch (hint) {
+    case Hint::kNone:
+      return {};
+    case Hint::kSpelling:
+      return "spelling";
+    case Hint::kAlias:
+      return "alias";
+    case Hint::kGap:
+      return "gap";
+  }
+  return {};
+}
+
 }  // namespace qeo::notation

@@ -82,13 +82,32 @@ enum class ProblemKind : std::uint8_t {
 /// The name of a kind of problem as messages write it: "unknown syllable".
 NOTATION_EXPORT std::string_view ProblemName(ProblemKind kind);
 
+/// What a problem's hint is.
+enum class Hint : std::uint8_t {
+  kNone,
+  kSpelling,  ///< `suggestion` is one slip of the keyboard away
+  kAlias,     ///< `suggestion` is what the alias table that is shipped gives (Jyutping)
+  kGap,       ///< `initial` and `final` exist, but not together
+};
+
+/// The name of a hint as reports write it: "spelling"; empty for kNone.
+NOTATION_EXPORT std::string_view HintName(Hint hint);
+
 /// Bytes of the input that could not be placed.
 struct Problem {
   ProblemKind kind = ProblemKind::kForeignText;
   Range range;
-  /// What may have been meant, one edit away, as the library writes it: a phone, or from Analyze a
-  /// syllable with its tone digit. Empty when nothing is near.
+  /// What may have been meant, as the library writes it: a phone, or from Analyze a syllable, with
+  /// its tone digit where that is one of the language. Empty but for kSpelling and kAlias.
   std::string suggestion;
+  Hint hint = Hint::kNone;
+  /// The bytes that the hint is about, those that `suggestion` may replace. More than `range` where
+  /// that has only the letters that a cut leaves out ("i" of "yai"), less where that has several
+  /// syllables ("yái" of "yáichái"). Empty without a hint.
+  Range piece = {};
+  /// kGap: "l" and "an" of "lan", in static storage; else empty.
+  std::string_view initial = {};
+  std::string_view final = {};
 };
 
 /// A text in the library's notation, and how it came about.

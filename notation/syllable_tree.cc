@@ -31,6 +31,12 @@ SyllableTree::SyllableTree(int language) {
     Add(spellings[row], {static_cast<std::int16_t>(row), numbers.rarities[row],
                          TakesApostrophe(packed), numbers.nasals_stand_alone && IsNasal(packed)});
   }
+  for (std::size_t branch = 0; branch <= kEnd; ++branch) {
+    for (std::size_t letter = 0; letter < kEnd; ++letter) {
+      const bool leads = Has(kRoot, letter) && Has(Child(kRoot, letter), branch);
+      if (leads) first_before_[branch] |= std::uint32_t{1} << letter;
+    }
+  }
 }
 
 void SyllableTree::Add(std::string_view spelling, const Syllable& syllable) {
@@ -39,11 +45,13 @@ void SyllableTree::Add(std::string_view spelling, const Syllable& syllable) {
   for (const char letter : spelling) {
     if (Next(node, letter) == kRoot) {
       nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
+      nodes_[node].branches |= std::uint32_t{1} << Branch(letter);
       nodes_.push_back({});
     }
     node = Next(node, letter);
   }
   nodes_[node].syllable = syllable;
+  nodes_[node].branches |= std::uint32_t{1} << kEnd;
   longest_ = std::max(longest_, spelling.size());
 }
 

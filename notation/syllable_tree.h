@@ -42,6 +42,34 @@ class SyllableTree {
     return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
   }
 
+  /// A letter by its place in the alphabet. kEnd stands for the end of a syllable.
+  static constexpr std::size_t Branch(char letter) {
+    return static_cast<std::size_t>(letter - 'a');
+  }
+  static constexpr std::size_t kEnd = 26;
+
+  /// Whether a letter leads on from a node; with kEnd, whether the node is a syllable.
+  bool Has(std::size_t node, std::size_t branch) const {
+    return (nodes_[node].branches >> branch & 1U) != 0;
+  }
+
+  /// The node that a letter leads to, which Has.
+  std::size_t Child(std::size_t node, std::size_t branch) const {
+    return nodes_[node].next[branch];
+  }
+
+  /// The letters, a bit each by its place, that lead on from a node to one from which `branch`, a
+  /// letter or kEnd, leads on in turn. Of the root, which has many letters, they are known.
+  std::uint32_t BranchesBefore(std::size_t node, std::size_t branch) const {
+    if (node == kRoot) return first_before_[branch];
+    std::uint32_t before = nodes_[node].branches & ~(std::uint32_t{1} << kEnd);
+    for (std::uint32_t left = before; left != 0; left &= left - 1) {
+      const auto letter = static_cast<std::size_t>(__builtin_ctz(left));
+      if (!Has(Child(node, letter), branch)) before &= ~(std::uint32_t{1} << letter);
+    }
+    return before;
+  }
+
   /// The syllable whose letters lead to a node, of row kNoRow when they are none.
   const Syllable& At(std::size_t node) const { return nodes_[node].syllable; }
 
@@ -61,14 +89,14 @@ class SyllableTree {
   struct Node {
     std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
     Syllable syllable;
+    std::uint32_t branches = 0;  // bits of the letters that `next` has, and of kEnd
   };
-
-  static std::size_t Branch(char letter) { return static_cast<std::size_t>(letter - 'a'); }
 
   explicit SyllableTree(int language);
   void Add(std::string_view spelling, const Syllable& syllable);
 
   BoundedVector<Node, kMaxNodes> nodes_;
+  std::array<std::uint32_t, kEnd + 1> first_before_ = {};  // BranchesBefore of the root
   std::size_t longest_ = 0;
   CutCost penalty_;
 };

@@ -212,7 +212,7 @@ void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string
     for (; problem != analysis.problems.end() && problem->range.offset < end; ++problem) {
       findings_.Write({number, offset + problem->range.offset, problem->range.length,
                        notation::ProblemName(problem->kind), Described(*problem, text),
-                       problem->suggestion, true});
+                       problem->suggestion, true, &*problem});
     }
   };
   for (notation::AnalyzedSyllable& syllable : analysis.syllables) {

@@ -255,6 +255,14 @@ void Explanation::AppendCuts(std::string& out) const {
   AppendCutsOfWords(language_, normalized.text, options_.cutting, out);
 }
 
+std::string ShortHint(const notation::Problem& problem) {
+  if (problem.hint == notation::Hint::kGap) {
+    return "no " + std::string(problem.initial) + " + " + std::string(problem.final);
+  }
+  const bool is_alias = problem.hint == notation::Hint::kAlias;
+  return is_alias ? problem.suggestion + " (alias)" : problem.suggestion;
+}
+
 void Explanation::AppendProblems(std::string& out) const {
   AppendSection(
       "problems", PlacedColumns({{"problem", false}, {"perhaps", false}}), analysis_.problems,
@@ -262,7 +270,7 @@ void Explanation::AppendProblems(std::string& out) const {
       [this](const notation::Problem& problem) -> Row {
         return Placed(
             problem.range, 30,
-            {std::string(notation::ProblemName(problem.kind)), OrDash(problem.suggestion)});
+            {std::string(notation::ProblemName(problem.kind)), OrDash(ShortHint(problem))});
       },
       out);
 }

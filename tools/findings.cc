@@ -33,6 +33,22 @@ void FindingWriter::WriteText(const Finding& finding) {
   out += Presentable(finding.message);
 }
 
+namespace {
+
+void WriteHint(const Finding& finding, Json& json) {
+  const notation::Problem& problem = *finding.source;
+  const std::size_t text_offset = finding.offset - problem.range.offset;
+  json["hint"] = notation::HintName(problem.hint);
+  json["hint_column"] = text_offset + problem.piece.offset + 1;
+  json["hint_length"] = problem.piece.length;
+  if (problem.hint == notation::Hint::kGap) {
+    json["initial"] = problem.initial;
+    json["final"] = problem.final;
+  }
+}
+
+}  // namespace
+
 void FindingWriter::WriteJson(const Finding& finding) {
   Json json;
   json["file"] = file_;
@@ -44,6 +60,9 @@ void FindingWriter::WriteJson(const Finding& finding) {
   json["message"] = Presentable(finding.message);
   if (!finding.suggestion.empty()) {
     json["suggestion"] = finding.suggestion;
+  }
+  if (finding.source != nullptr && finding.source->hint != notation::Hint::kNone) {
+    WriteHint(finding, json);
   }
   AppendJsonText(json, output_.text());
 }

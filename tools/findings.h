@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "notation/records.h"
 #include "tools/output.h"
 
 namespace qeo::tool {
@@ -22,6 +23,8 @@ struct Finding {
   std::string message;     ///< what is left to say, for the user
   std::string suggestion;  ///< what may have been meant, or empty
   bool is_problem = true;  ///< else a note
+  /// What it was made of, for the details of a hint; may be null.
+  const notation::Problem* source = nullptr;
 };
 
 /// Writes findings, one a line, to standard output.

@@ -43,7 +43,29 @@ std::string Presentable(std::string_view message) { return Fitted(message, kLong
 
 std::string Described(const notation::Problem& problem, std::string_view text) {
   const std::string bytes = Quoted(text.substr(problem.range.offset, problem.range.length));
-  return problem.suggestion.empty() ? bytes : bytes + ", perhaps " + Quoted(problem.suggestion);
+  const std::string hint = HintText(problem, text);
+  return hint.empty() ? bytes : bytes + ", " + hint;
+}
+
+std::string HintText(const notation::Problem& problem, std::string_view text) {
+  const bool is_whole =
+      problem.piece.offset == problem.range.offset && problem.piece.length == problem.range.length;
+  const std::string piece =
+      is_whole ? "" : " for " + Quoted(text.substr(problem.piece.offset, problem.piece.length));
+  switch (problem.hint) {
+    case notation::Hint::kNone:
+      break;
+    case notation::Hint::kSpelling:
+      return "perhaps " + Quoted(problem.suggestion) + piece;
+    case notation::Hint::kAlias:
+      return "an alias gives " + problem.suggestion + piece + ", see --aliases";
+    case notation::Hint::kGap: {
+      const std::string initial(problem.initial);
+      const std::string final(problem.final);
+      return initial + " and " + final + " exist, " + initial + final + " is not in the table";
+    }
+  }
+  return "";
 }
 
 void AppendMessage(std::string_view message, std::string& out) {

@@ -30,9 +30,12 @@ std::string Shortened(std::string_view message);
 /// it.
 std::string Presentable(std::string_view message);
 
-/// Returns the bytes of a problem in the text that has it, and what may have been meant:
-/// "hoa3", perhaps "hao3".
+/// Returns the bytes of a problem in the text that has it, and its hint: "hoa3", perhaps "hao3".
 std::string Described(const notation::Problem& problem, std::string_view text);
+
+/// Returns the hint of a problem, or an empty text: perhaps "hao3"; perhaps "yao" for "yai"; an
+/// alias gives nei1, see --aliases; l and an exist, lan is not in the table.
+std::string HintText(const notation::Problem& problem, std::string_view text);
 
 /// Appends the line "phoneme: MESSAGE" to `out`. Every message for standard error passes through
 /// here and Presentable.

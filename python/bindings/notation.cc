@@ -74,7 +74,8 @@ py::tuple Applications(const Source& source, const std::vector<notation::Applica
 py::tuple Problems(const Source& source, const std::vector<notation::Problem>& problems) {
   return TupleOf(problems, [&](const notation::Problem& problem) {
     return py::make_tuple(notation::ProblemName(problem.kind), source.Positions(problem.range),
-                          problem.suggestion);
+                          problem.suggestion, notation::HintName(problem.hint),
+                          source.Positions(problem.piece), problem.initial, problem.final);
   });
 }
 

@@ -119,7 +119,7 @@ def normalize_batch(texts: _Texts, language: _Language, /) -> tuple[_Bytes, _Off
 
 _Range = tuple[int, int]
 Application = tuple[str, _Range]
-Problem = tuple[str, _Range, str]
+Problem = tuple[str, _Range, str, str, _Range, str, str]
 Normalized = tuple[str, tuple[int, ...], tuple[Application, ...], tuple[Problem, ...]]
 AnalyzedSyllable = tuple[str, str, _Range, Optional[int], Syllable]
 CutSyllable = tuple[_Range, int]

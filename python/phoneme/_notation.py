@@ -69,6 +69,21 @@ class ProblemKind(str, enum.Enum):
     INVALID_UTF8 = "invalid UTF-8"
 
 
+class Hint(str, enum.Enum):
+    """What a problem's hint is.
+
+    >>> analyze("ni1", "cantonese").problems[0].hint
+    <Hint.ALIAS: 'alias'>
+
+    A SPELLING is one slip of the keyboard away, an ALIAS is what the alias table that is shipped
+    gives, and of a GAP the initial and the final exist, but not together.
+    """
+
+    SPELLING = "spelling"
+    ALIAS = "alias"
+    GAP = "gap"
+
+
 class Range(NamedTuple):
     """A piece of a text: ``text[start:stop]``.
 
@@ -99,12 +114,28 @@ class Problem(NamedTuple):
     >>> analyze("ni3 hoa3").problems[0].suggestion
     'hao3'
 
-    `suggestion` is what may have been meant, one edit away; "" when nothing is near.
+    `suggestion` is what may have been meant, "" without one, and `hint` says where it comes from.
+    `piece` is what the hint is about: more than `range` where that has only the letters that a cut
+    leaves out, less where that has several syllables.
+
+    >>> problem, = analyze("yai").problems
+    >>> problem.range, problem.piece, problem.suggestion
+    (Range(start=2, stop=3), Range(start=0, stop=3), 'yao')
+
+    `initial` and `final` are those of a `Hint.GAP`, as they are spelled, else "".
+
+    >>> problem, = analyze("lan2", "cantonese").problems
+    >>> problem.hint, problem.initial, problem.final
+    (<Hint.GAP: 'gap'>, 'l', 'an')
     """
 
     kind: ProblemKind
     range: Range
     suggestion: str
+    hint: Optional[Hint] = None
+    piece: Optional[Range] = None
+    initial: str = ""
+    final: str = ""
 
 
 class Normalized(NamedTuple):
@@ -278,6 +309,7 @@ def _rule_bits(rules: Optional[Iterable[Union[Rule, str]]]) -> Optional[int]:
 _Record = TypeVar("_Record", bound=tuple[Any, ...])
 _new: Callable[[type[_Record], tuple[Any, ...]], _Record] = tuple.__new__
 _RULES = {rule.value: rule for rule in Rule}
+_HINTS = {hint.value: hint for hint in Hint}
 _PROBLEM_KINDS = {kind.value: kind for kind in ProblemKind}
 
 
@@ -292,8 +324,19 @@ def _problems(problems: tuple[_core.Problem, ...]) -> tuple[Problem, ...]:
         return ()
     return tuple(
         [
-            _new(Problem, (_PROBLEM_KINDS[kind], _new(Range, at), suggestion))
-            for kind, at, suggestion in problems
+            _new(
+                Problem,
+                (
+                    _PROBLEM_KINDS[kind],
+                    _new(Range, at),
+                    suggestion,
+                    _HINTS[hint] if hint else None,
+                    _new(Range, piece) if hint else None,
+                    initial,
+                    final,
+                ),
+            )
+            for kind, at, suggestion, hint, piece, initial, final in problems
         ]
     )
 

@@ -7,12 +7,12 @@ from typing import Any, Union
 
 import phoneme
 import pytest
-from phoneme import Aliases, Problem, ProblemKind, Range, Rule, _core
+from phoneme import Aliases, Hint, Problem, ProblemKind, Range, Rule, _core
 
 
 def test_enums_are_those_of_the_library() -> None:
     assert [rule.value for rule in Rule] == list(_core.RULE_NAMES)
-    assert len(Rule) == 14 and len(ProblemKind) == 6
+    assert len(Rule) == 14 and len(ProblemKind) == 6 and len(Hint) == 3
 
 
 @pytest.mark.parametrize(
@@ -206,9 +206,29 @@ def test_analysis() -> None:
     assert syllable[:4] == ("ni", "3", Range(0, 2), 224)
     assert syllable.syllable == phoneme.code2ph(2243)
     assert analysis.separators == (Range(2, 3),)
-    assert analysis.problems == (Problem(ProblemKind.UNKNOWN_SYLLABLE, Range(3, 7), "hao3"),)
+    (problem,) = analysis.problems
+    hint = (Hint.SPELLING, Range(3, 7))
+    assert problem == Problem(ProblemKind.UNKNOWN_SYLLABLE, Range(3, 7), "hao3", *hint)
+    assert problem != Problem(ProblemKind.UNKNOWN_SYLLABLE, Range(3, 7), "hao3")
     assert phoneme.analyze("Nǐ hoa3".encode()).problems[0].range == Range(4, 8)
     assert pickle.loads(pickle.dumps(analysis)) == analysis
+
+
+@pytest.mark.parametrize(
+    ("language", "text", "expected"),
+    [
+        ("cantonese", "ni1", (Range(0, 3), "nei1", Hint.ALIAS, Range(0, 3), "", "")),
+        ("cantonese", "恤lan2", (Range(1, 5), "", Hint.GAP, Range(1, 5), "l", "an")),
+        ("cantonese", "c1", (Range(0, 2), "", None, None, "", "")),
+        ("mandarin", "yai", (Range(2, 3), "yao", Hint.SPELLING, Range(0, 3), "", "")),
+        ("mandarin", "yáichái", (Range(0, 7), "yao2", Hint.SPELLING, Range(0, 3), "", "")),
+        ("english", "SHH", (Range(0, 3), "sh", Hint.SPELLING, Range(0, 3), "", "")),
+    ],
+)
+def test_hints(language: str, text: str, expected: tuple[object, ...]) -> None:
+    problem = phoneme.analyze(text, language).problems[-1]
+    assert problem[1:] == expected
+    assert pickle.loads(pickle.dumps(problem)) == problem
 
 
 def test_analysis_of_english_and_of_others() -> None:

@@ -17,6 +17,7 @@
 
 #include "phoneme/phoneme.h"
 #include "tests/notation/normalizing.h"
+#include "tests/reference/suggesting.h"
 #include "tests/testing.h"
 
 namespace qeo::notation {
@@ -50,13 +51,28 @@ std::string ShowSyllables(const Analysis& analysis) {
   return shown;
 }
 
+// A hint: "hao3", "alias nei1", "gap l+an", and what it is about where that is not the problem:
+// "yao for 0+3".
+std::string ShowHint(const Problem& problem) {
+  std::string shown = problem.suggestion;
+  if (problem.hint == Hint::kAlias) shown = "alias " + problem.suggestion;
+  if (problem.hint == Hint::kGap) {
+    shown = "gap " + std::string(problem.initial) + '+' + std::string(problem.final);
+  }
+  if (problem.hint == Hint::kNone || ShowRange(problem.piece) == ShowRange(problem.range)) {
+    return shown;
+  }
+  return shown + " for " + ShowRange(problem.piece);
+}
+
 // "unknown syllable 4+4 hao3, foreign text 9+1"
 std::string ShowProblems(const Analysis& analysis) {
   std::string shown;
   for (const Problem& problem : analysis.problems) {
     if (!shown.empty()) shown += ", ";
     shown += std::string(ProblemName(problem.kind)) + ' ' + ShowRange(problem.range);
-    if (!problem.suggestion.empty()) shown += ' ' + problem.suggestion;
+    const std::string hint = ShowHint(problem);
+    if (!hint.empty()) shown += ' ' + hint;
   }
   return shown;
 }
@@ -184,22 +200,22 @@ TEST(Analyze, MandarinWithoutTones) {
       {"yidianr", "yi 0+2, dian 2+4, er 6+1", "", ""},
       {"lüeduo nu:er", "lve 0+4, duo 4+3, nv 8+3, er 11+2", "", "7+1"},
       {"ｎｉｈａｏ", "ni 0+6, hao 6+9", "", ""},
-      {"hello", "he 0+2, lo 3+2", "letters lost 2+1 la", ""},
-      {"nihaoq wo", "ni 0+2, hao 2+3, wo 7+2", "letters lost 5+1 qi", "6+1"},
+      {"hello", "he 0+2, lo 3+2", "letters lost 2+1 lo for 2+3", ""},
+      {"nihaoq wo", "ni 0+2, hao 2+3, wo 7+2", "letters lost 5+1 hao for 2+4", "6+1"},
       {"yidianrxx", "yi 0+2, dian 2+4", "letters lost 6+3", ""},
-      {"hpo", "po 1+2", "letters lost 0+1 ha", ""},
+      {"hpo", "po 1+2", "letters lost 0+1 hao for 0+3", ""},
       {"xyz nihao", "ni 4+2, hao 6+3", "unknown syllable 0+3", "3+1"},
   };
   const std::vector<Case> forward = {
       {"nihao", "ni 0+2, hao 2+3", "", ""},
-      {"yipinguo", "yi 0+2, ping 2+4", "letters lost 6+2 ou", ""},
-      {"yipinguo nihao", "yi 0+2, ping 2+4, ni 9+2, hao 11+3", "letters lost 6+2 ou", "8+1"},
-      {"nver", "nve 0+3", "letters lost 3+1 re", ""},
+      {"yipinguo", "yi 0+2, ping 2+4", "letters lost 6+2", ""},
+      {"yipinguo nihao", "yi 0+2, ping 2+4, ni 9+2, hao 11+3", "letters lost 6+2", "8+1"},
+      {"nver", "nve 0+3", "letters lost 3+1 nve for 0+4", ""},
       {"fangan", "fang 0+4, an 4+2", "", ""},
       {"yidianr", "yi 0+2, dian 2+4, er 6+1", "", ""},
-      {"hello", "he 0+2", "letters lost 2+3 lao", ""},
-      {"helloNihao", "he 0+2, ni 5+2, hao 7+3", "letters lost 2+3 lao", ""},
-      {"ｙｉｐｉｎｇｕｏ", "yi 0+6, ping 6+12", "letters lost 18+6 ou", ""},
+      {"hello", "he 0+2", "letters lost 2+3 lo", ""},
+      {"helloNihao", "he 0+2, ni 5+2, hao 7+3", "letters lost 2+3 lo", ""},
+      {"ｙｉｐｉｎｇｕｏ", "yi 0+6, ping 6+12", "letters lost 18+6", ""},
       {"xyz", "", "unknown syllable 0+3", ""},
   };
   const std::vector<Case> backward = {
@@ -208,7 +224,7 @@ TEST(Analyze, MandarinWithoutTones) {
       {"nver", "nv 0+2, er 2+2", "", ""},
       {"fangan", "fan 0+3, gan 3+3", "", ""},
       {"hello", "lo 3+2", "letters lost 0+3 he", ""},
-      {"xxnihao", "ni 2+2, hao 4+3", "letters lost 0+2 xi", ""},
+      {"xxnihao", "ni 2+2, hao 4+3", "letters lost 0+2", ""},
       {"xyz", "", "unknown syllable 0+3", ""},
   };
   ExpectCases(LANGUAGE_MANDARIN, whole, {});  // unless told otherwise
@@ -251,46 +267,78 @@ TEST(Analyze, MandarinProblems) {
           // All of them, in the order of the text
           {"xyz1 PK nihaox3 \xFF hap3 ni9 hao3", "hao3 27+4",
            "unknown syllable 0+4, foreign text 5+2, unknown syllable 8+7, invalid UTF-8 16+1, "
-           "unknown syllable 18+4 ha3, bad tone 23+3",
+           "unknown syllable 18+4 hao3, bad tone 23+3",
            "4+1, 7+1, 15+1, 17+1, 22+1, 26+1"},
       },
       {});
 }
 
+struct HintCase {
+  int language;
+  const char* text;
+  const char* hint;
+};
+
+void ExpectHints(const std::vector<HintCase>& cases) {
+  for (const HintCase& c : cases) {
+    SCOPED_TRACE(c.text);
+    const Analysis analysis = Analyze(c.language, c.text);
+    ASSERT_EQ(analysis.problems.size(), 1U);
+    EXPECT_EQ(ShowHint(analysis.problems[0]), c.hint);
+    EXPECT_EQ(analysis.problems[0].hint == Hint::kNone, *c.hint == '\0');
+  }
+}
+
 TEST(Analyze, Suggestions) {
-  struct {
-    int language;
-    const char* text;
-    const char* suggestion;
-  } const cases[] = {
-      // A letter too many, too few, another, or two swapped
-      {LANGUAGE_MANDARIN, "nih3", "ni3"},
-      {LANGUAGE_MANDARIN, "bah4", "ba4"},
+  ExpectHints({
+      // A letter dropped, doubled or transposed
       {LANGUAGE_MANDARIN, "hon1", "hong1"},
-      {LANGUAGE_MANDARIN, "zhoang1", "zhong1"},
+      {LANGUAGE_MANDARIN, "zhng1", "zhong1"},
+      {LANGUAGE_MANDARIN, "haoo3", "hao3"},
+      {LANGUAGE_MANDARIN, "sshi4", "shi4"},
+      {LANGUAGE_MANDARIN, "hoa3", "hao3"},
       {LANGUAGE_MANDARIN, "zhogn1", "zhong1"},
       {LANGUAGE_MANDARIN, "shnag4", "shang4"},
       {LANGUAGE_MANDARIN, "qaun2", "quan2"},
-      {LANGUAGE_MANDARIN, "zhuagn3", "zhuang3"},  // with more in common than "zhuan"
-      {LANGUAGE_CANTONESE, "deo3", "deoi3"},      // as much as "doe", which comes later
-      {LANGUAGE_MANDARIN, "Nǐ hoa3", "hao3"},
+      {LANGUAGE_MANDARIN, "zhuagn3", "zhuang3"},
+      {LANGUAGE_CANTONESE, "deo3", "deoi3"},
       {LANGUAGE_CANTONESE, "juyt6", "jyut6"},
-      {LANGUAGE_CANTONESE, "nii5", "nik5"},
-      // The tone of a mark, of a full-width digit, and none
-      {LANGUAGE_MANDARIN, "biáng", "bian2"},
+      {LANGUAGE_CANTONESE, "hoou2", "hou2"},
+      // A key beside the right one
+      {LANGUAGE_MANDARIN, "hap3", "hao3"},
+      {LANGUAGE_MANDARIN, "xhang4", "chang4"},  // and not "zhang", as often a slip, but rarer
+      {LANGUAGE_CANTONESE, "nii5", "noi5"},
+      // Any other key, in the place of a letter or too many
+      {LANGUAGE_MANDARIN, "zhoang1", "zhong1"},
+      {LANGUAGE_MANDARIN, "shqng4", "shang4"},
+      // A common syllable before a rare one: "ban" is common, "bah" could be "ba" and a key more
+      {LANGUAGE_MANDARIN, "bah4", "ban4"},
+      // The tone of a mark, of a full-width digit, none, and one that is not the language's
+      {LANGUAGE_MANDARIN, "Nǐ hoǎ", "hao3"},
       {LANGUAGE_MANDARIN, "zho\u0304gn", "zhong1"},
-      {LANGUAGE_MANDARIN, "ｎｉｈ３", "ni3"},
-      {LANGUAGE_MANDARIN, "xx", "xi"},
-      // The letter with a circumflex is near its plain one.
-      {LANGUAGE_MANDARIN, "ê4", "e4"},
-      {LANGUAGE_MANDARIN, "nǐ ế", "e2"},
-      // A capital is its small letter.
+      {LANGUAGE_MANDARIN, "ｈｏａ３", "hao3"},
+      {LANGUAGE_MANDARIN, "hoa9", "hao"},
+      {LANGUAGE_MANDARIN, "hoa0", "hao"},
+      {LANGUAGE_CANTONESE, "juyt7", "jyut7"},
+      {LANGUAGE_CANTONESE, "juyt8", "jyut"},
+      // A capital is its small letter; v is the ü of the library, and u after j, q, x and y.
       {LANGUAGE_MANDARIN, "Zhogn1", "zhong1"},
-      // More than an edit away, and nothing in common
+      {LANGUAGE_MANDARIN, "jvna1", "juan1"},
+      {LANGUAGE_MANDARIN, "l\u00FCee4", "lve4"},
+      {LANGUAGE_MANDARIN, "lu:ee4", "lve4"},
+      // One or two letters are near to too much.
+      {LANGUAGE_MANDARIN, "c1", ""},
+      {LANGUAGE_CANTONESE, "c1", ""},
+      {LANGUAGE_MANDARIN, "vi4", ""},
+      {LANGUAGE_MANDARIN, "xx", ""},
+      {LANGUAGE_MANDARIN, "ê4", ""},
+      {LANGUAGE_MANDARIN, "nǐ ế", ""},
+      // More than one slip away
       {LANGUAGE_MANDARIN, "siahng4", ""},
       {LANGUAGE_MANDARIN, "zhaangr3", ""},
       {LANGUAGE_MANDARIN, "xyz3", ""},
       {LANGUAGE_MANDARIN, "zhuangzhuangzhuang1", ""},
+      {LANGUAGE_MANDARIN, "bcdfghjk", ""},
       {LANGUAGE_CANTONESE, "xx3", ""},
       // Other kinds of problems have none.
       {LANGUAGE_MANDARIN, "ni9", ""},
@@ -302,13 +350,86 @@ TEST(Analyze, Suggestions) {
       {LANGUAGE_AMERICAN_ENGLISH, "sli", "sil"},
       {LANGUAGE_AMERICAN_ENGLISH, "QQ", ""},
       {LANGUAGE_AMERICAN_ENGLISH, "12", ""},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    const Analysis analysis = Analyze(c.language, c.text);
-    ASSERT_EQ(analysis.problems.size(), 1U);
-    EXPECT_EQ(analysis.problems[0].suggestion, c.suggestion);
+  });
+}
+
+// Spellings of the shipped table come first, also of one and two letters; the tone as ever.
+TEST(Analyze, AliasHints) {
+  ExpectHints({
+      {LANGUAGE_CANTONESE, "ni1", "alias nei1"},
+      {LANGUAGE_CANTONESE, "ni8", "alias nei"},
+      {LANGUAGE_CANTONESE, "ni", "alias nei"},
+      {LANGUAGE_CANTONESE, "a3", "alias aa3"},
+      {LANGUAGE_CANTONESE, "kwut3", "alias kut3"},
+      {LANGUAGE_CANTONESE, "aam1", "alias ngaam1"},  // not "saam1"
+      {LANGUAGE_CANTONESE, "nihou", "alias nei"},
+      {LANGUAGE_CANTONESE, "ngoai", "alias ngai"},
+      {LANGUAGE_MANDARIN, "kwut3", ""},
+  });
+}
+
+// The text after `text` of those over some letters, the shorter ones first.
+void MakeNext(std::string_view letters, std::string& text) {
+  for (char& letter : text) {
+    const std::size_t next = letters.find(letter) + 1;
+    letter = letters[next % letters.size()];
+    if (next < letters.size()) return;
   }
+  text += letters[0];
+}
+
+// The table that the hints know is the one that is shipped.
+TEST(Analyze, AliasHintsAreTheShippedTable) {
+  const AliasTable aliases = ShippedAliases();
+  std::size_t found = 0;
+  for (std::string spelling; spelling.size() < 5; MakeNext("aeghikmnoptuwl", spelling)) {
+    const Analysis analysis = Analyze(LANGUAGE_CANTONESE, spelling + '1');
+    const bool is_alias = !analysis.problems.empty() && analysis.problems[0].hint == Hint::kAlias;
+    ASSERT_EQ(is_alias, !aliases.Find(spelling).empty()) << spelling;
+    if (!is_alias) continue;
+    EXPECT_EQ(analysis.problems[0].suggestion, std::string(aliases.Find(spelling)) + '1');
+    ++found;
+  }
+  EXPECT_EQ(found, aliases.size());
+}
+
+// An initial and a final that the table has, but not together: nothing is suggested.
+TEST(Analyze, GapHints) {
+  ExpectHints({
+      {LANGUAGE_CANTONESE, "lan2", "gap l+an"},
+      {LANGUAGE_CANTONESE, "Lan2", "gap l+an"},
+      {LANGUAGE_CANTONESE, "lan", "gap l+an"},
+      {LANGUAGE_CANTONESE, "gwoi2", "gap gw+oi"},
+      {LANGUAGE_CANTONESE, "ngyut6", "gap ng+yut"},
+      {LANGUAGE_MANDARIN, "biáng", "gap b+iang"},
+      {LANGUAGE_MANDARIN, "fi4", "gap f+i"},
+      {LANGUAGE_MANDARIN, "shong1", "gap sh+ong"},
+      {LANGUAGE_MANDARIN, "fiao", "gap f+iao for 0+4"},
+      // Neither y and w nor the finals of syllables without an initial are parts of others.
+      {LANGUAGE_MANDARIN, "yai2", "yao2"},
+      {LANGUAGE_MANDARIN, "bweng1", "beng1"},
+      // "hng" is h alone in the table, and no final "ng" is.
+      {LANGUAGE_MANDARIN, "bng1", "bing1"},
+  });
+}
+
+// A hint is about a piece that may be more than the letters left out, or less than the problem.
+TEST(Analyze, HintsNameThePiece) {
+  ExpectCases(LANGUAGE_MANDARIN,
+              {
+                  {"yai", "ya 0+2", "letters lost 2+1 yao for 0+3", ""},
+                  {"nihaoyai", "ni 0+2, hao 2+3, ya 5+2", "letters lost 7+1 yao for 5+3", ""},
+                  {"ｙａｉ", "ya 0+6", "letters lost 6+3 yao for 0+9", ""},
+                  {"yáichái", "", "unknown syllable 0+9 yao2 for 0+4", ""},
+                  {"nǐbiáng", "", "unknown syllable 0+9 gap b+iang for 3+6", ""},
+                  {"nǐ hǎobiáng", "ni3 0+3", "unknown syllable 4+10 gap b+iang for 8+6", "3+1"},
+                  {"zhogn", "o 2+1, n 4+1",
+                   "letters lost 0+2 zhong for 0+5, letters lost 3+1 zhong for 0+5", ""},
+                  // With two marks it is not one syllable.
+                  {"jiǎǐ", "", "unknown syllable 0+6", ""},
+                  {"wǒjiǎǐ", "", "unknown syllable 0+9", ""},
+              },
+              {});
 }
 
 // A nasal that is written after a syllable of a word without tones makes it an unknown one. The
@@ -390,10 +511,10 @@ TEST(Analyze, MandarinRulesSwitchedOff) {
               Without(Rule::kNeutralTone));
   ExpectCases(LANGUAGE_MANDARIN, {{"dianr3", "", "unknown syllable 0+6 dian3", ""}},
               Without(Rule::kFusedErhua));
-  ExpectCases(LANGUAGE_MANDARIN, {{"ni3r5", "ni3 0+3", "unknown syllable 3+2 re5", ""}},
+  ExpectCases(LANGUAGE_MANDARIN, {{"ni3r5", "ni3 0+3", "unknown syllable 3+2", ""}},
               Without(Rule::kErhua));
   ExpectCases(LANGUAGE_MANDARIN,
-              {{"lue4", "", "unknown syllable 0+4 lu4", ""},
+              {{"lue4", "", "unknown syllable 0+4 gap l+ue", ""},
                {"l\u00FC4", "", "foreign text 0+4", ""},
                {"lv4", "lv4 0+3", "", ""}},
               Without(Rule::kDiaeresis));
@@ -405,18 +526,17 @@ TEST(Analyze, MandarinRulesSwitchedOff) {
               Without(Rule::kPunctuation));
   ExpectCases(LANGUAGE_MANDARIN, {{"ｎｉ３hao3", "hao3 9+4", "foreign text 0+9", ""}},
               Without(Rule::kFullWidth));
-  ExpectCases(
-      LANGUAGE_MANDARIN,
-      {{"san1 A", "san1 0+4, a5 5+1", "", "4+1"}, {"PK3", "", "unknown syllable 0+3 pa3", ""}},
-      Without(Rule::kAbbreviation));
+  ExpectCases(LANGUAGE_MANDARIN,
+              {{"san1 A", "san1 0+4, a5 5+1", "", "4+1"}, {"PK3", "", "unknown syllable 0+3", ""}},
+              Without(Rule::kAbbreviation));
   ExpectCases(LANGUAGE_MANDARIN,
               {{"ni3hao3 Xi'an", "ni3 0+3, hao3 3+4, xi 8+2, an 11+2", "", "7+1, 10+1"},
                {"nihao", "ni 0+2, hao 2+3", "", ""},
                {"ni0", "ni0 0+3", "", ""},
-               {"r5", "", "unknown syllable 0+2 re5", ""},
+               {"r5", "", "unknown syllable 0+2", ""},
                {"lu:4", "lu 0+2", "foreign text 2+2", ""},
                {"nǐ", "", "foreign text 0+3", ""},
-               {"hello", "he 0+2, lo 3+2", "letters lost 2+1 la", ""}},
+               {"hello", "he 0+2, lo 3+2", "letters lost 2+1 lo for 2+3", ""}},
               WithRules(kNoRules));
 }
 
@@ -435,13 +555,14 @@ TEST(Analyze, Cantonese) {
                   {"hou7", "hou7 0+4", "", ""},  // no tone, as code2py writes it
                   // Without tones
                   {"heoigaai", "heoi 0+4, gaai 4+4", "", ""},
-                  {"ngohoucho", "ngo 0+3, hou 3+3, ho 7+2", "letters lost 6+1 ce", ""},
+                  {"ngohoucho", "ngo 0+3, hou 3+3, ho 7+2", "letters lost 6+1 co for 6+3", ""},
                   // Problems
                   {"nei5hou2VQ6", "nei5 0+4, hou2 4+4", "foreign text 8+3", ""},
                   {"VQ6", "", "foreign text 0+3", ""},
                   {"nei0 nei8nei9", "", "bad tone 0+4, bad tone 5+4, bad tone 9+4", "4+1"},
                   {"nei77hou2", "nei7 0+4, hou2 5+4", "bad tone 4+1", ""},
-                  {"ai3 ni5", "", "unknown syllable 0+3 aa3, unknown syllable 4+3 nik5", "3+1"},
+                  {"ai3 ni5", "",
+                   "unknown syllable 0+3 alias ngai3, unknown syllable 4+3 alias nei5", "3+1"},
                   {"goek3xx2hou2", "goek3 0+5, hou2 8+4", "unknown syllable 5+3", ""},
                   {"nei5xyz", "nei5 0+4", "unknown syllable 4+3", ""},
                   {"ní", "", "foreign text 0+3", ""},
@@ -472,7 +593,7 @@ TEST(Analyze, CantoneseAliases) {
   };
   ExpectCases(LANGUAGE_CANTONESE, cases, options);
   options.rules = options.rules.Without(Rule::kAlias);
-  ExpectCases(LANGUAGE_CANTONESE, {{"ai3", "", "unknown syllable 0+3 aa3", ""}}, options);
+  ExpectCases(LANGUAGE_CANTONESE, {{"ai3", "", "unknown syllable 0+3 alias ngai3", ""}}, options);
   options = {};
   options.aliases = &aliases;  // of no use in Mandarin
   ExpectCases(LANGUAGE_MANDARIN, {{"ni3", "ni3 0+3", "", ""}}, options);
@@ -740,23 +861,36 @@ bool ExpectNormalizerAgrees(const Sample& sample, const Analysis& analysis,
   return has_tones;
 }
 
-// A suggestion can be put in the place of the problem: read alone it is one syllable, or a phone.
-void ExpectSuggestionsAreKnown(const Sample& sample, const Analysis& analysis) {
+// A suggestion can be put in the place of the piece: read alone it is one syllable, or a phone.
+void ExpectSuggestionIsKnown(const Sample& sample, const Problem& problem) {
+  if (sample.language == LANGUAGE_AMERICAN_ENGLISH) {
+    EXPECT_EQ(problem.kind, ProblemKind::kUnknownPhone);
+    EXPECT_EQ(sp::GetPhoneInfoByDescription(sample.language, problem.suggestion)->name,
+              problem.suggestion);
+    return;
+  }
+  const Analysis read = Analyze(sample.language, problem.suggestion);
+  ASSERT_EQ(read.syllables.size(), 1U);
+  EXPECT_EQ(ShowRange(read.syllables[0].range), ShowRange({0, problem.suggestion.size()}));
+  EXPECT_EQ(ShowProblems(read), "");
+}
+
+void ExpectSoundHints(const Sample& sample, const Analysis& analysis) {
   for (const Problem& problem : analysis.problems) {
-    if (problem.suggestion.empty()) continue;
-    SCOPED_TRACE(problem.suggestion);
-    if (sample.language == LANGUAGE_AMERICAN_ENGLISH) {
-      EXPECT_EQ(problem.kind, ProblemKind::kUnknownPhone);
-      EXPECT_EQ(sp::GetPhoneInfoByDescription(sample.language, problem.suggestion)->name,
-                problem.suggestion);
-      continue;
-    }
+    SCOPED_TRACE(ShowHint(problem));
+    const bool suggests = problem.hint == Hint::kSpelling || problem.hint == Hint::kAlias;
+    EXPECT_EQ(suggests, !problem.suggestion.empty());
+    EXPECT_EQ(problem.hint == Hint::kGap, !problem.initial.empty());
+    EXPECT_EQ(problem.hint == Hint::kGap, !problem.final.empty());
+    EXPECT_EQ(problem.hint == Hint::kNone, problem.piece.length == 0);
+    if (suggests) ExpectSuggestionIsKnown(sample, problem);
+    if (problem.hint == Hint::kNone) continue;
+    EXPECT_LE(problem.piece.end(), sample.text.size());
+    EXPECT_LT(std::max(problem.piece.offset, problem.range.offset),
+              std::min(problem.piece.end(), problem.range.end()));
     EXPECT_TRUE(problem.kind == ProblemKind::kUnknownSyllable ||
-                problem.kind == ProblemKind::kLettersLost);
-    const Analysis read = Analyze(sample.language, problem.suggestion);
-    ASSERT_EQ(read.syllables.size(), 1U);
-    EXPECT_EQ(ShowRange(read.syllables[0].range), ShowRange({0, problem.suggestion.size()}));
-    EXPECT_EQ(ShowProblems(read), "");
+                problem.kind == ProblemKind::kLettersLost ||
+                problem.kind == ProblemKind::kUnknownPhone);
   }
 }
 
@@ -767,7 +901,7 @@ bool ExpectSound(const Sample& sample, const Analysis& analysis) {
   ExpectRangesInOrder(sample.text, analysis.problems);
   ExpectRangesInOrder(sample.text, Separators(analysis));
   ExpectOwners(sample, analysis);
-  ExpectSuggestionsAreKnown(sample, analysis);
+  ExpectSoundHints(sample, analysis);
   const Normalized normalized = Normalize(sample);
   if (sample.language == LANGUAGE_AMERICAN_ENGLISH) {
     ExpectPhonesAgree(analysis, normalized);
@@ -842,25 +976,6 @@ INSTANTIATE_TEST_SUITE_P(Languages, AnalyzeAnyText,
                          testing::Values(sp::kMandarin, sp::kCantonese, sp::kAmericanEnglish),
                          sp::LanguageName);
 
-// Whether one edit makes two words equal: a letter more, less or replaced, or two neighbours
-// swapped; tried one by one. A replaced letter must leave others.
-bool IsOneEditAway(const std::string& from, const std::string& to) {
-  for (std::size_t i = 0; i <= from.size(); ++i) {
-    std::string edited = from;
-    if (i < to.size() && edited.insert(i, 1, to[i]) == to) return true;
-    if (i == from.size()) continue;
-    edited = from;
-    if (edited.erase(i, 1) == to && !to.empty()) return true;
-    edited = from;
-    if (i < to.size()) edited[i] = to[i];
-    if (edited == to && to.size() > 1) return true;
-    edited = from;
-    if (i + 1 < edited.size()) std::swap(edited[i], edited[i + 1]);
-    if (edited == to) return true;
-  }
-  return false;
-}
-
 class AnalyzeSyllables : public AnalyzeAnyText {
  protected:
   std::vector<std::string> Spellings() const {
@@ -872,35 +987,64 @@ class AnalyzeSyllables : public AnalyzeAnyText {
   }
 };
 
-// A misspelt syllable has a suggestion exactly when a syllable is one edit away.
-TEST_P(AnalyzeSyllables, SuggestionsAreOneEditAway) {
-  constexpr std::string_view kLetters = "aeioungjy";
-  const std::vector<std::string> spellings = Spellings();
-  RandomTexts random;
-  int near = 0;
-  int far = 0;
-  for (int i = 0; i < 6000; ++i) {
-    std::string letters = spellings[random.Below(spellings.size())];
-    for (std::size_t edits = 1 + random.Below(3); edits > 0; --edits) {
-      const std::size_t at = random.Below(letters.size());
-      if (random.Below(2) == 0) letters.insert(at, 1, kLetters[random.Below(kLetters.size())]);
-      if (at > 0 && random.Below(2) == 0) std::swap(letters[at], letters[at - 1]);
+// All slips of a letter in a spelling: dropped, doubled, transposed, another hit for it or after
+// it.
+std::set<std::string> AllSlips(const std::string& spelling) {
+  std::set<std::string> slips;
+  for (std::size_t i = 0; i < spelling.size(); ++i) {
+    std::string slip = spelling;
+    slips.insert(slip.erase(i, 1));
+    slip = spelling;
+    slips.insert(slip.insert(i, 1, spelling[i]));
+    slip = spelling;
+    if (i > 0) std::swap(slip[i - 1], slip[i]);
+    slips.insert(slip);
+    for (const char hit : std::string_view("aesnoikgu")) {
+      slip = spelling;
+      slip[i] = hit;
+      slips.insert(slip);
+      slip = spelling;
+      slips.insert(slip.insert(i + 1, 1, hit));
     }
-    SCOPED_TRACE(letters);
-    const Analysis analysis = Analyze(language(), letters + '2', WithRules(kNoRules));
-    if (analysis.problems.empty()) continue;
-    ASSERT_EQ(ShowSyllables(analysis), "");
-    ASSERT_EQ(analysis.problems.size(), 1U);
-    const std::string& suggestion = analysis.problems[0].suggestion;
-    const auto is_near = [&](const std::string& known) { return IsOneEditAway(letters, known); };
-    EXPECT_EQ(!suggestion.empty(), std::any_of(spellings.begin(), spellings.end(), is_near));
-    (suggestion.empty() ? far : near) += 1;
-    if (suggestion.empty()) continue;
-    EXPECT_EQ(suggestion.back(), '2');
-    EXPECT_TRUE(is_near(suggestion.substr(0, suggestion.size() - 1))) << suggestion;
   }
-  EXPECT_GT(near, 1000);
-  EXPECT_GT(far, 300);
+  return slips;
+}
+
+void ExpectReferenceHint(int language, const std::string& letters, int& hints) {
+  const Analysis analysis = Analyze(language, letters + '2', WithRules(kNoRules));
+  if (analysis.problems.empty() || analysis.problems[0].hint == Hint::kAlias) return;
+  ASSERT_EQ(ShowSyllables(analysis), "") << letters;
+  ASSERT_EQ(analysis.problems.size(), 1U) << letters;
+  std::string expected = sp::reference::Suggest(language, letters);
+  if (!expected.empty()) ++hints;
+  if (analysis.problems[0].hint == Hint::kSpelling) expected += '2';
+  ASSERT_EQ(ShowHint(analysis.problems[0]), expected) << letters;
+}
+
+// The suggestion is that of the slow form, which tries every slip.
+TEST_P(AnalyzeSyllables, HintsAreTheReferencesForEverySlip) {
+  int hints = 0;
+  for (const std::string& spelling : Spellings()) {
+    for (const std::string& letters : AllSlips(spelling)) {
+      if (!letters.empty()) ExpectReferenceHint(language(), letters, hints);
+    }
+    if (HasFatalFailure()) return;
+  }
+  EXPECT_GT(hints, 15000);
+}
+
+TEST_P(AnalyzeSyllables, HintsAreTheReferencesForRandomLetters) {
+  constexpr std::string_view kLetters = "aaeeiioouunngghjkwyvzsbpfqx";
+  RandomTexts random;
+  int hints = 0;
+  for (int i = 0; i < 5000 && !HasFatalFailure(); ++i) {
+    std::string letters;
+    for (std::size_t left = 1 + random.Below(8); left > 0; --left) {
+      letters += kLetters[random.Below(kLetters.size())];
+    }
+    ExpectReferenceHint(language(), letters, hints);
+  }
+  EXPECT_GT(hints, 400);
 }
 
 // Every syllable with every tone is read from its own bytes.

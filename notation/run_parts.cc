@@ -1,0 +1,116 @@
+// Tries every syllable's worth of neighbouring parts around the one that is wrong.
+
+#include "notation/run_parts.h"
+
+#include <tuple>
+
+#include "notation/apostrophe.h"
+#include "notation/syllable_set.h"
+
+namespace qeo::notation::internal {
+namespace {
+
+std::string_view LettersOf(std::string_view letters, const RunPart& first, const RunPart& last) {
+  return letters.substr(first.begin, last.end - first.begin);
+}
+
+// What a guess leaves wrong and what it costs; the least is best.
+struct Weight {
+  std::ptrdiff_t wrong_letters;  // less those of the guess
+  int cost;                      // less that of the syllables in whose place it stands
+
+  bool operator<(const Weight& other) const {
+    return std::tie(wrong_letters, cost) < std::tie(other.wrong_letters, other.cost);
+  }
+};
+
+class PartsSearch {
+ public:
+  PartsSearch(int language, std::string_view letters, const std::vector<RunPart>& parts)
+      : language_(language),
+        longest_(SyllableTree::Of(language).longest() + 1),
+        letters_(letters),
+        parts_(parts) {}
+
+  PartsGuess Around(std::size_t wrong) {
+    Try(wrong, wrong);
+    if (best_.guess.hint == Hint::kAlias) return best_;
+    for (std::size_t first = wrong + 1; first > 0 && Fits(first - 1, wrong); --first) {
+      for (std::size_t last = wrong; last < parts_.size() && Fits(first - 1, last); ++last) {
+        Try(first - 1, last);
+      }
+    }
+    return best_;
+  }
+
+ private:
+  bool Fits(std::size_t first, std::size_t last) const {
+    return parts_[last].end - parts_[first].begin <= longest_;
+  }
+
+  void Try(std::size_t first, std::size_t last) {
+    Weight weight = {0, 0};
+    std::size_t mark_count = 0;
+    for (std::size_t i = first; i <= last; ++i) {
+      const RunPart& part = parts_[i];
+      mark_count += part.mark_count;
+      if (part.is_wrong) weight.wrong_letters -= static_cast<std::ptrdiff_t>(part.end - part.begin);
+      if (part.row != SyllableTree::kNoRow) weight.cost -= RarityOf(language_, part.row);
+    }
+    const bool is_known = first == last && parts_[first].row != SyllableTree::kNoRow;
+    if (is_known || mark_count > 1) return;
+    const Guess guess = GuessSyllable(language_, LettersOf(letters_, parts_[first], parts_[last]));
+    if (guess.hint == Hint::kNone) return;
+    weight.cost += guess.cost;
+    if (best_.guess.hint != Hint::kNone && !(weight < best_weight_)) return;
+    best_ = {guess, first, last};
+    best_weight_ = weight;
+  }
+
+  int language_;
+  std::size_t longest_;
+  std::string_view letters_;
+  const std::vector<RunPart>& parts_;
+  PartsGuess best_;
+  Weight best_weight_ = {0, 0};
+};
+
+}  // namespace
+
+void SplitRun(std::size_t letter_count, const std::vector<CutSyllable>& cut,
+              std::vector<RunPart>& parts) {
+  parts.clear();
+  std::size_t placed = 0;
+  const auto leave_out = [&](std::size_t end) {
+    if (placed < end) parts.push_back({placed, end, SyllableTree::kNoRow, true});
+  };
+  for (const CutSyllable& syllable : cut) {
+    leave_out(syllable.range.offset);
+    placed = syllable.range.end();
+    parts.push_back({syllable.range.offset, placed, syllable.row, false});
+  }
+  leave_out(letter_count);
+}
+
+void JoinNasals(std::string_view letters, std::vector<RunPart>& parts) {
+  std::size_t kept = 0;
+  for (const RunPart& part : parts) {
+    const std::string_view spelling = LettersOf(letters, part, part);
+    const bool is_nasal =
+        part.is_wrong && spelling.size() <= kMaxPackedLength && IsNasal(Pack(spelling));
+    if (!is_nasal || kept == 0) {
+      parts[kept++] = part;
+      continue;
+    }
+    RunPart& syllable = parts[kept - 1];
+    syllable = {syllable.begin, part.end, SyllableTree::kNoRow, true, true};
+  }
+  parts.resize(kept);
+}
+
+PartsGuess GuessAround(int language, std::string_view letters, const std::vector<RunPart>& parts,
+                       std::size_t wrong) {
+  return PartsSearch(language, letters, parts).Around(wrong);
+}
+
+}  // namespace qeo::notation::internal
