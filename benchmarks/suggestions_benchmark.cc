@@ -1,0 +1,123 @@
+// What a hint costs: the time of Analyze for misspelt syllables less that of the normaliser, which
+// finds the same problems without hints, for each problem.
+//
+//   suggestions_benchmark [OPTION OF GOOGLE BENCHMARK...] [SYLLABLES]
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "notation/notation.h"
+#include "phoneme/phoneme.h"
+#include "tests/slips.h"
+
+namespace qeo::notation {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr std::size_t kSyllables = 100000;
+constexpr std::size_t kSyllablesOfLine = 4;
+constexpr std::uint32_t kSeed = 1;
+
+std::string RandomSyllable(int language, Slips& slips) {
+  const std::size_t row_count = language == sp::LANGUAGE_CANTONESE ? 619 : 417;
+  const auto code = static_cast<unsigned short>(slips.Below(row_count) * 10);
+  const std::string spelling = sp::code2py(language, code, false);
+  return spelling == "E" ? "e" : spelling;
+}
+
+Hint HintOf(int language, const std::string& text) {
+  const Analysis analysis = Analyze(language, text);
+  return analysis.problems.empty() ? Hint::kNone : analysis.problems[0].hint;
+}
+
+// Lines of several syllables, each with a slip that has a suggestion.
+Lines Misspelt(int language, std::size_t syllable_count) {
+  Slips slips(kSeed);
+  Lines lines;
+  for (std::size_t count = 0; count < syllable_count;) {
+    const std::string result = slips.Slip(RandomSyllable(language, slips)) + '3';
+    if (HintOf(language, result) != Hint::kSpelling) continue;
+    if (count++ % kSyllablesOfLine == 0) lines.emplace_back();
+    lines.back() += result;
+  }
+  return lines;
+}
+
+// The same as words with a mark, "zhōgn" after its last vowel's letter.
+Lines MisspeltMarks(std::size_t word_count) {
+  constexpr std::string_view kMacron = "\u0304";
+  Slips slips(kSeed);
+  Lines lines;
+  while (lines.size() < word_count) {
+    std::string word = slips.Slip(RandomSyllable(sp::LANGUAGE_MANDARIN, slips));
+    const std::size_t vowel = word.find_last_of("aeiou");
+    if (vowel == std::string::npos) continue;
+    word.insert(vowel + 1, kMacron);
+    if (HintOf(sp::LANGUAGE_MANDARIN, word) == Hint::kSpelling) lines.push_back(word);
+  }
+  return lines;
+}
+
+std::size_t Normalize(int language, const std::string& line) {
+  const Normalized normalized =
+      language == sp::LANGUAGE_CANTONESE ? NormalizeJyutping(line) : NormalizePinyin(line);
+  return normalized.problems.size();
+}
+
+// In seconds of the processor: other processes do not count.
+double TimeOf(const Lines& lines, std::size_t& problems,
+              const std::function<std::size_t(const std::string&)>& read) {
+  const std::clock_t begin = std::clock();
+  problems = 0;
+  for (const std::string& line : lines) problems += read(line);
+  return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+}
+
+void Run(benchmark::State& state, int language, const Lines& lines) {
+  std::size_t problems = 0;
+  for (auto _ : state) {
+    std::size_t expected = 0;
+    const double without = TimeOf(
+        lines, expected, [language](const std::string& line) { return Normalize(language, line); });
+    const double with = TimeOf(lines, problems, [language](const std::string& line) {
+      return Analyze(language, line).problems.size();
+    });
+    if (problems != expected) return state.SkipWithError("other problems than the normaliser's");
+    state.SetIterationTime(with - without);
+  }
+  const double hints = static_cast<double>(state.iterations()) * static_cast<double>(problems);
+  state.counters["hint"] =
+      benchmark::Counter(hints, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+void Register(const char* name, int language, Lines lines) {
+  const auto run = [language, lines = std::move(lines)](benchmark::State& state) {
+    Run(state, language, lines);
+  };
+  benchmark::RegisterBenchmark(name, run)->UseManualTime()->Unit(benchmark::kMillisecond);
+}
+
+void RegisterAll(std::size_t count) {
+  Register("digits/mandarin", sp::LANGUAGE_MANDARIN, Misspelt(sp::LANGUAGE_MANDARIN, count));
+  Register("digits/cantonese", sp::LANGUAGE_CANTONESE, Misspelt(sp::LANGUAGE_CANTONESE, count));
+  Register("marks/mandarin", sp::LANGUAGE_MANDARIN, MisspeltMarks(count));
+}
+
+}  // namespace
+}  // namespace qeo::notation
+
+int main(int argc, char** argv) {
+  benchmark::Initialize(&argc, argv);
+  qeo::notation::RegisterAll(argc > 1 ? std::strtoul(argv[1], nullptr, 10)
+                                      : qeo::notation::kSyllables);
+  benchmark::RunSpecifiedBenchmarks();
+}
