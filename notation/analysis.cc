@@ -23,8 +23,6 @@
 namespace qeo::notation {
 namespace {
 
-using internal::Character;
-using internal::CharacterKind;
 using internal::ReadCharacter;
 using internal::RunPart;
 using internal::SyllableTree;

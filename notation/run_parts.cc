@@ -103,7 +103,7 @@ void JoinNasals(std::string_view letters, std::vector<RunPart>& parts) {
       continue;
     }
     RunPart& syllable = parts[kept - 1];
-    syllable = {syllable.begin, part.end, SyllableTree::kNoRow, true, true};
+    syllable = {syllable.begin, part.end, SyllableTree::kNoRow, true, true, 0};
   }
   parts.resize(kept);
 }

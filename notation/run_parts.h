@@ -16,11 +16,11 @@ namespace qeo::notation::internal {
 
 /// Letters of a run: a syllable, or what the cut leaves out between two.
 struct RunPart {
-  std::size_t begin;
-  std::size_t end;
-  int row;                 // SyllableTree::kNoRow when it is left out
-  bool is_wrong;           // left out, or a syllable that the marks of the run forbid
-  bool has_nasal = false;  // that is not a syllable by itself, and was left out after this one
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  int row = SyllableTree::kNoRow;  // that when it is left out
+  bool is_wrong = false;           // left out, or a syllable that the marks of the run forbid
+  bool has_nasal = false;          // that is not a syllable by itself, left out after this one
   std::size_t mark_count = 0;
 };
 

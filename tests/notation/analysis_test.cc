@@ -667,6 +667,11 @@ TEST(Names, OfRulesAndProblems) {
   EXPECT_EQ(RuleName(static_cast<Rule>(kRuleCount)), "");
   EXPECT_EQ(ProblemName(ProblemKind::kInvalidUtf8), "invalid UTF-8");
   EXPECT_EQ(ProblemName(static_cast<ProblemKind>(99)), "");
+  EXPECT_EQ(HintName(Hint::kNone), "");
+  EXPECT_EQ(HintName(Hint::kSpelling), "spelling");
+  EXPECT_EQ(HintName(Hint::kAlias), "alias");
+  EXPECT_EQ(HintName(Hint::kGap), "gap");
+  EXPECT_EQ(HintName(static_cast<Hint>(99)), "");
 }
 
 TEST(Analyze, RulesInUseUnlessToldOtherwise) {

@@ -20,7 +20,8 @@ using sp::LANGUAGE_CANTONESE;
 using sp::LANGUAGE_MANDARIN;
 
 bool NamesRight() {
-  return RuleName(Rule::kErhua) == "erhua" && ProblemName(ProblemKind::kBadTone) == "bad tone";
+  return RuleName(Rule::kErhua) == "erhua" && ProblemName(ProblemKind::kBadTone) == "bad tone" &&
+         HintName(Hint::kGap) == "gap";
 }
 
 bool NormalizesRight() {

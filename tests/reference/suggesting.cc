@@ -102,7 +102,7 @@ std::string Gap(const Table& table, const std::string& letters) {
     const std::string initial = letters.substr(0, i);
     const std::string final = letters.substr(i);
     if (table.initials.count(initial) > 0 && table.finals.count(final) > 0) {
-      return "gap " + initial + '+' + final;
+      return std::string("gap ").append(initial).append("+").append(final);
     }
   }
   return "";
@@ -112,7 +112,7 @@ std::string Gap(const Table& table, const std::string& letters) {
 
 std::string Suggest(int language, const std::string& letters) {
   const Table& table = TableOf(language);
-  const std::string gap = Gap(table, letters);
+  std::string gap = Gap(table, letters);
   if (!gap.empty() || letters.size() < kShortest) return gap;
   std::pair<int, std::size_t> best;  // what it costs, and its row
   std::string suggestion;
