@@ -40,7 +40,8 @@ struct CutNumbers {
 /// Those of a Chinese language; of Mandarin for any other. Cantonese has no apostrophes, and m and
 /// ng are among its commonest syllables.
 inline CutNumbers CutNumbersOf(int language) {
-  if (language == sp::LANGUAGE_CANTONESE) return {kCantoneseRarities, {0, 2 * kRarityBit}, false};
+  constexpr int kTwoBits = 2 * kRarityBit;
+  if (language == sp::LANGUAGE_CANTONESE) return {kCantoneseRarities, {0, kTwoBits}, false};
   return {kMandarinRarities, {1, 0}, true};
 }
 

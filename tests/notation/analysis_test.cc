@@ -450,6 +450,7 @@ TEST(Analyze, NasalsAreNotCutOffMandarinWords) {
       {LANGUAGE_MANDARIN, Cutting::kWhole, "ｄｉｎ wo", "wo 10+2", "unknown syllable 0+9"},
       {LANGUAGE_MANDARIN, Cutting::kWhole, "mda", "da 1+2", "letters lost 0+1"},
       {LANGUAGE_MANDARIN, Cutting::kWhole, "dinx", "di 0+2", "letters lost 2+2"},
+      {LANGUAGE_MANDARIN, Cutting::kWhole, "nimmmmmmmmm", "ni 0+2", "letters lost 2+9"},
       {LANGUAGE_MANDARIN, Cutting::kWhole, "n ng m hm hng",
        "n 0+1, ng 2+2, m 5+1, hm 7+2, hng 10+3", ""},
       {LANGUAGE_MANDARIN, Cutting::kWhole, "ng'a n", "ng 0+2, a 3+1, n 5+1", ""},

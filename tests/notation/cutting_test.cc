@@ -478,7 +478,7 @@ class EveryCut {
     const bool is_open = std::string("aeo").find(small[0]) != std::string::npos;
     const bool is_penalised = IsWithinWord(begin) && (is_open || nasals.count(small) != 0);
     const std::size_t more_than_all = 255 * text.size() + 1;
-    const std::size_t two_bits = 2 * 16;
+    const std::size_t two_bits = 32;  // in sixteenths
     const std::size_t penalty = is_mandarin_ ? more_than_all : two_bits;
     return rarities_.at(small) + (is_penalised ? penalty : 0);
   }

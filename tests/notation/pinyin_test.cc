@@ -389,6 +389,8 @@ TEST(NormalizePinyin, Abbreviations) {
       {"wu3 ａ，", "wu3 a5", "full-width 4+3, neutral-tone 4+3, punctuation 7+3", ""},
       {"ａ", "a", "full-width 0+3", ""},
       {"ａ - ｏ", "a o", "full-width 0+3, punctuation 4+1, full-width 6+3", ""},
+      {"wu3 ａ Ｂ", "wu3 a5", "full-width 4+3, neutral-tone 4+3, abbreviation 8+3",
+       "foreign text 8+3"},
       {"wu3 a ji2", "wu3 a5 ji2", "neutral-tone 4+1", ""},
   });
   ExpectCases(

@@ -490,6 +490,16 @@ bool HasRightMarks(const std::vector<Character>& letters) {
   return marks <= 1;
 }
 
+// Adds what it costs that a piece follows a cut without an apostrophe; false when that cannot be.
+bool TakeApostrophe(const Notation& notation, bool is_marked, const std::vector<Character>& front,
+                    Cut& cut) {
+  if (cut.pieces.empty() || !NeedsApostrophe(Text(front))) return true;
+  const bool may_lack = HasTone(front) ? HasTone(cut.pieces.back().letters) : Text(front) == "er";
+  if (notation.is_pinyin) ++cut.lacking;
+  if (!notation.is_pinyin) cut.rarity += 32;  // 2 bits
+  return !is_marked || may_lack;
+}
+
 // Tries every cut of `letters`, which follow `cut`, and keeps the best.
 // NOLINTNEXTLINE(misc-no-recursion): all cuts
 void TryCuts(const Notation& notation, bool is_marked, const std::vector<Character>& letters,
@@ -505,12 +515,7 @@ void TryCuts(const Notation& notation, bool is_marked, const std::vector<Charact
     const bool is_whole = cut.pieces.empty() && middle == letters.end();
     if (notation.is_pinyin && !is_marked && IsNasal(spelling) && !is_whole) continue;
     Cut next = cut;
-    if (!cut.pieces.empty() && NeedsApostrophe(spelling)) {
-      const bool may_lack = HasTone(front) ? HasTone(cut.pieces.back().letters) : spelling == "er";
-      if (is_marked && !may_lack) continue;
-      if (notation.is_pinyin) ++next.lacking;
-      if (!notation.is_pinyin) next.rarity += 2 * 16;  // 2 bits
-    }
+    if (!TakeApostrophe(notation, is_marked, front, next)) continue;
     next.rarity += RarityOf(notation, spelled.syllable);
     next.syllables += spelled.has_er ? 2 : 1;
     next.rewritten += spelled.is_rewritten ? 1 : 0;
