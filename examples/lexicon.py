@@ -60,13 +60,9 @@ def read_aliases(path: Path) -> phoneme.Aliases:
         raise ValueError(f"{path}: {error}") from None
 
 
-def phones_of(syllable: phoneme.Syllable) -> list[phoneme.Phone]:
-    return [phone for phone in syllable.phones if phone is not None]
-
-
 def toned_phones(syllable: phoneme.Syllable) -> list[str]:
     """The names of a syllable's phones, with the tone on the final, or the last without one."""
-    phones = phones_of(syllable)
+    phones = syllable.phones
     finals = (phone for phone in phones if phone.type == phoneme.PhoneType.FINAL)
     bearer = next(finals, phones[-1])
     return [f"{phone.name}{syllable.tone if phone == bearer else ''}" for phone in phones]
@@ -83,7 +79,7 @@ def problems_of(entry: Entry, analysis: phoneme.Analysis) -> Iterator[tuple[str,
     if not analysis.problems and not analysis.syllables:
         yield "not an entry", text, ""
     for read in analysis.syllables:
-        if not phones_of(read.syllable):
+        if not read.syllable.phones:
             yield "no phones", text[slice(*read.range)], ""
 
 
@@ -91,7 +87,7 @@ def add_word(entry: Entry, analysis: phoneme.Analysis, result: Result) -> None:
     names = []
     for read in analysis.syllables:
         names += toned_phones(read.syllable)
-        result.phones.update(phones_of(read.syllable))
+        result.phones.update(read.syllable.phones)
         result.syllables[f"{read.spelling}{read.syllable.tone}"] += 1
     # The fields of a lexicon are set apart by blanks, so a word has none.
     result.lexicon.add(f"{'_'.join(entry.word.split())} {' '.join(names)}\n")

@@ -26,7 +26,6 @@ from multiprocessing import resource_tracker
 from pathlib import Path
 from typing import TYPE_CHECKING, BinaryIO, NoReturn, Optional
 
-import numpy as np
 import phoneme
 
 if TYPE_CHECKING:
@@ -37,6 +36,7 @@ LONGEST_LINE = 1 << 20  # bytes without the line end; the tool takes no longer o
 CONNECT_SECONDS = 10  # in which a scheduler answers
 FAILED = "failed: "  # in totals, in front of what is wrong
 BYTE_ORDER_MARK = b"\xef\xbb\xbf"
+KINDS = {int(phoneme.Status[kind.name]): kind.value for kind in phoneme.ProblemKind}  # by status
 PART = ".part"  # behind the name of a file that is being written
 
 Totals = Counter[str]  # lines by what became of them
@@ -66,26 +66,12 @@ def convert_texts(texts: Sequence[str | bytes], language: str) -> list[tuple[str
     >>> convert_texts(["Nǐ hǎo", "yipinguo", "hoa3"], "mandarin")
     [('2243 1173', ''), ('3705 2545 1125', ''), ('', 'unknown syllable')]
     """
-    normalized = phoneme.normalize_batch(texts, language)
-    batch = phoneme.py2code_batch((normalized.data, normalized.offsets), language)
-    is_digit = (normalized.data >= ord("0")) & (normalized.data <= ord("9"))
-    digits_before = np.concatenate([[0], np.cumsum(is_digit)])
-    has_tones = np.diff(digits_before[normalized.offsets]) > 0
-    is_read = has_tones & (normalized.status == 0) & (batch.status == 0)
-
+    batch = phoneme.analyze_batch(texts, language)
     codes, bounds = batch.codes.tolist(), batch.offsets.tolist()
-    readings = [(" ".join(map(str, codes[i:j])), "") for i, j in zip(bounds, bounds[1:])]
-    # The others may be words without tones, which want cutting, or have problems to be told.
-    for index in np.flatnonzero(~is_read).tolist():
-        readings[index] = analyze_text(texts[index], language)
-    return readings
-
-
-def analyze_text(text: str | bytes, language: str) -> tuple[str, str]:
-    analysis = phoneme.analyze(text, language)
-    if analysis.problems:
-        return "", analysis.problems[0].kind.value
-    return " ".join(str(read.syllable.code) for read in analysis.syllables), ""
+    return [
+        (" ".join(map(str, codes[begin:end])), KINDS.get(status, ""))
+        for begin, end, status in zip(bounds, bounds[1:], batch.status.tolist())
+    ]
 
 
 def split_line(line: bytes) -> tuple[bytes, bytes]:

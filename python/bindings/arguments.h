@@ -30,9 +30,13 @@ bool IsRow(const py::buffer_info& buffer);
 /// The format of a buffer's items, without the sign of the machine's own byte order in front.
 std::string ItemType(const py::buffer_info& buffer);
 
-/// The id of a language that is given by name or as an integer. The library serves an unregistered
-/// id, and one too large for it is as unregistered as any.
-int LanguageArgument(PyObject* language);
+/// The id of a language that is given by name or code, or as an integer. A ValueError for an id
+/// that is not registered, unless `fallback` is true: then the library answers, with the tables of
+/// a registered language.
+int LanguageArgument(PyObject* language, PyObject* fallback);
+
+/// Whether an object is true.
+bool FlagArgument(PyObject* flag);
 
 /// The int of an object that can be one, null for any other. What is raised in the making but a
 /// TypeError comes through.

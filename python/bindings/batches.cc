@@ -3,25 +3,34 @@
 
 #include "bindings/batches.h"
 
+#include <pybind11/stl.h>
+
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bindings/buffer.h"
 #include "bindings/languages.h"
+#include "bindings/notation.h"
+#include "bindings/positions.h"
+#include "bindings/status.h"
 #include "bindings/texts.h"
 #include "notation/notation.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
+#include "phoneme/pinyin_splitter.h"
 
 namespace qeo::python {
 
 namespace {
 
-constexpr std::uint8_t kConverted = 0;
-constexpr std::uint8_t kFailed = 1;
+constexpr unsigned kTonesPerRow = 10;
 
-// Where the values of each text end, and whether it was converted.
+// Where the values of each text end, and what became of it.
 class Texts {
  public:
   Texts() { offsets_.Add(0); }
@@ -31,38 +40,99 @@ class Texts {
     status_.Reserve(count);
   }
 
-  void End(std::size_t value_count, bool is_converted) {
-    offsets_.Add(static_cast<std::int64_t>(value_count));
-    status_.Add(is_converted ? kConverted : kFailed);
+  void End(std::size_t value_count, Status status) {
+    end_ = static_cast<std::int64_t>(value_count);
+    Skip(status);
+  }
+
+  /// Adds a text without values.
+  void Skip(Status status) {
+    offsets_.Add(end_);
+    status_.Add(static_cast<std::uint8_t>(status));
   }
 
   py::array TakeOffsets() { return offsets_.TakeArray(); }
   py::array TakeStatus() { return status_.TakeArray(); }
 
+  template <typename Owner>
+  py::array TakeOffsets(Owner owner) {
+    return offsets_.TakeArray(owner);
+  }
+
  private:
+  std::int64_t end_ = 0;
   Buffer<std::int64_t> offsets_;
   Buffer<std::uint8_t> status_;
 };
 
+// How many bytes of a romanised text are to be found in its syllables again, and how many of these
+// are tone digits.
+struct Content {
+  std::size_t bytes = 0;
+  std::size_t digits = 0;
+};
+
+Content ContentOf(std::string_view text) {
+  Content content;
+  for (const char c : text) {
+    content.bytes += sp::internal::IsSeparator(c) ? 0U : 1U;
+    content.digits += ascii::IsDigit(c) ? 1U : 0U;
+  }
+  return content;
+}
+
+// Converts romanised texts to codes. The library drops letters that no syllable of a longest match
+// reaches; here a text that loses any fails where `strict`.
+class TextReader {
+ public:
+  TextReader(int language, bool strict)
+      : language_(language), strict_(strict), rows_(SyllableLanguage(language).row_phones) {}
+
+  Status Read(const std::string& text) {
+    if (sp::py2code(language_, text, codes_) != 0) return Status::kFailed;
+    if (!strict_ || !LosesLetters(text)) return Status::kConverted;
+    codes_.clear();
+    return Status::kLettersLost;
+  }
+
+  const std::vector<unsigned short>& codes() const { return codes_; }
+  const RowPhones& phones(unsigned code) const { return rows_[code / kTonesPerRow]; }
+
+ private:
+  // Each digit of a text that converts closes a syllable.
+  bool LosesLetters(std::string_view text) const {
+    const Content content = ContentOf(text);
+    std::size_t kept = content.digits;
+    for (const unsigned code : codes_) kept += phones(code).letters;
+    return kept != content.bytes;
+  }
+
+  int language_;
+  bool strict_;
+  const std::vector<RowPhones>& rows_;
+  std::vector<unsigned short> codes_;
+};
+
 class CodeConverter {
  public:
-  explicit CodeConverter(int language) : language_(language) {}
+  CodeConverter(int language, bool strict) : reader_(language, strict) {}
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 
-  void Add(const std::string& text) {
-    const int result = sp::py2code(language_, text, of_text_);
-    codes_.Append(of_text_.data(), of_text_.size());
-    texts_.End(codes_.size(), result == 0);
+  void Add(const std::string& text, Unit /*of positions*/) {
+    const Status status = reader_.Read(text);
+    codes_.Append(reader_.codes().data(), reader_.codes().size());
+    texts_.End(codes_.size(), status);
   }
+
+  void Skip(Status status) { texts_.Skip(status); }
 
   py::tuple Take() {
     return py::make_tuple(codes_.TakeArray(), texts_.TakeOffsets(), texts_.TakeStatus());
   }
 
  private:
-  int language_;
-  std::vector<unsigned short> of_text_;
+  TextReader reader_;
   Buffer<std::uint16_t> codes_;
   Texts texts_;
 };
@@ -71,25 +141,25 @@ class CodeConverter {
 // of phones each, would cost more than all the rest.
 class SyllableConverter {
  public:
-  explicit SyllableConverter(int language)
-      : language_(language), rows_(SyllableLanguage(language).row_phones) {
+  SyllableConverter(int language, bool strict) : reader_(language, strict) {
     phone_offsets_.Add(0);
   }
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 
-  void Add(const std::string& text) {
-    constexpr unsigned kTonesPerRow = 10;
-    const int result = sp::py2code(language_, text, of_text_);
-    for (const unsigned code : of_text_) {
-      const RowPhones& row = rows_[code / kTonesPerRow];
+  void Add(const std::string& text, Unit /*of positions*/) {
+    const Status status = reader_.Read(text);
+    for (const unsigned code : reader_.codes()) {
+      const RowPhones& row = reader_.phones(code);
       phones_.Append(row.ids, row.count);
       phone_offsets_.Add(static_cast<std::int64_t>(phones_.size()));
       tones_.Add(static_cast<std::int8_t>(code % kTonesPerRow));
     }
-    codes_.Append(of_text_.data(), of_text_.size());
-    texts_.End(codes_.size(), result == 0);
+    codes_.Append(reader_.codes().data(), reader_.codes().size());
+    texts_.End(codes_.size(), status);
   }
+
+  void Skip(Status status) { texts_.Skip(status); }
 
   py::tuple Take() {
     return py::make_tuple(phones_.TakeArray(), phone_offsets_.TakeArray(), codes_.TakeArray(),
@@ -97,9 +167,7 @@ class SyllableConverter {
   }
 
  private:
-  int language_;
-  const std::vector<RowPhones>& rows_;
-  std::vector<unsigned short> of_text_;
+  TextReader reader_;
   Buffer<std::uint8_t> phones_;
   Buffer<std::int64_t> phone_offsets_;
   Buffer<std::uint16_t> codes_;
@@ -113,12 +181,14 @@ class IdConverter {
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 
-  void Add(const std::string& pronunciation) {
+  void Add(const std::string& pronunciation, Unit /*of positions*/) {
     of_text_.clear();
     const int result = sp::pr2ph(language_, pronunciation, of_text_);
     if (result == 0) ids_.Append(of_text_.data(), of_text_.size());
-    texts_.End(ids_.size(), result == 0);
+    texts_.End(ids_.size(), result == 0 ? Status::kConverted : Status::kFailed);
   }
+
+  void Skip(Status status) { texts_.Skip(status); }
 
   py::tuple Take() {
     return py::make_tuple(ids_.TakeArray(), texts_.TakeOffsets(), texts_.TakeStatus());
@@ -133,20 +203,24 @@ class IdConverter {
 
 class PieceConverter {
  public:
-  PieceConverter(int language, bool backward) : language_(language), backward_(backward) {
+  PieceConverter(int language, bool backward, bool strict)
+      : language_(language), backward_(backward), strict_(strict) {
     piece_offsets_.Add(0);
   }
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 
-  void Add(const std::string& word) {
-    const int result = sp::pyw2py(language_, word, of_text_, backward_);
+  void Add(const std::string& word, Unit /*of positions*/) {
+    sp::pyw2py(language_, word, of_text_, backward_);  // never fails
+    if (strict_ && LosesLetters(word)) return Skip(Status::kLettersLost);
     for (const std::string& piece : of_text_) {
       data_.Append(piece.data(), piece.size());
       piece_offsets_.Add(static_cast<std::int64_t>(data_.size()));
     }
-    texts_.End(piece_offsets_.size() - 1, result == 0);
+    texts_.End(piece_offsets_.size() - 1, Status::kConverted);
   }
+
+  void Skip(Status status) { texts_.Skip(status); }
 
   py::tuple Take() {
     return py::make_tuple(data_.TakeArray(), piece_offsets_.TakeArray(), texts_.TakeOffsets(),
@@ -154,8 +228,15 @@ class PieceConverter {
   }
 
  private:
+  bool LosesLetters(std::string_view word) const {
+    std::size_t kept = 0;
+    for (const std::string& piece : of_text_) kept += piece.size();
+    return kept != ContentOf(word).bytes;
+  }
+
   int language_;
   bool backward_;
+  bool strict_;
   std::vector<std::string> of_text_;
   Buffer<std::uint8_t> data_;
   Buffer<std::int64_t> piece_offsets_;
@@ -168,6 +249,13 @@ notation::Normalized Normalize(int language, const std::string& text) {
   return notation::NormalizePinyin(text);  // also for an unregistered language
 }
 
+// Keeps the memory of the offsets of normalised texts, and what became of these: a batch that takes
+// the texts as a pair of buffers finds it there.
+struct NormalizedTexts {
+  py::capsule memory;
+  py::array status;
+};
+
 class NormalizedConverter {
  public:
   // The first use of a language makes its tables. It is here, under the lock, under which Python
@@ -176,14 +264,21 @@ class NormalizedConverter {
 
   void Reserve(std::size_t count) { texts_.Reserve(count); }
 
-  void Add(const std::string& text) {
+  void Add(const std::string& text, Unit /*of positions*/) {
     const notation::Normalized normalized = Normalize(language_, text);
+    const auto& problems = normalized.problems;
     data_.Append(normalized.text.data(), normalized.text.size());
-    texts_.End(data_.size(), normalized.problems.empty());
+    texts_.End(data_.size(), problems.empty() ? Status::kConverted : StatusOf(problems[0].kind));
   }
 
+  void Skip(Status status) { texts_.Skip(status); }
+
   py::tuple Take() {
-    return py::make_tuple(data_.TakeArray(), texts_.TakeOffsets(), texts_.TakeStatus());
+    const py::array status = texts_.TakeStatus();
+    const py::array offsets = texts_.TakeOffsets([&](py::capsule memory) {
+      return py::cast(NormalizedTexts{std::move(memory), status});
+    });
+    return py::make_tuple(data_.TakeArray(), offsets, status);
   }
 
  private:
@@ -192,34 +287,140 @@ class NormalizedConverter {
   Texts texts_;
 };
 
-// NumPy is imported by the first batch. pybind11 would do so inside a static initialiser, where a
-// thread that loses Python's lock while it imports blocks all others for ever; after an import by
-// the usual way, that initialiser has nothing to do for which the lock is given away.
+// Reads texts as `analyze` does. A text with a problem has no syllables, but the place of its first
+// problem.
+class AnalysisConverter {
+ public:
+  AnalysisConverter(int language, const notation::AnalysisOptions& options)
+      : language_(language), options_(options) {
+    notation::Analyze(language, {});  // makes the tables under the lock, as above
+    phone_offsets_.Add(0);
+  }
+
+  void Reserve(std::size_t count) {
+    texts_.Reserve(count);
+    problem_starts_.Reserve(count);
+    problem_stops_.Reserve(count);
+  }
+
+  void Add(const std::string& text, Unit unit) {
+    const notation::Analysis analysis = notation::Analyze(language_, text, options_);
+    if (!analysis.problems.empty()) {
+      AddProblem(text, unit, analysis.problems[0]);
+      return;
+    }
+    for (const notation::AnalyzedSyllable& read : analysis.syllables) AddSyllable(read.syllable);
+    AddProblemRange(-1, -1);
+    texts_.End(codes_.size(), Status::kConverted);
+  }
+
+  void Skip(Status status) {
+    AddProblemRange(-1, -1);
+    texts_.Skip(status);
+  }
+
+  py::tuple Take() {
+    return py::make_tuple(phones_.TakeArray(), phone_offsets_.TakeArray(), codes_.TakeArray(),
+                          tones_.TakeArray(), texts_.TakeOffsets(), texts_.TakeStatus(),
+                          problem_starts_.TakeArray(), problem_stops_.TakeArray());
+  }
+
+ private:
+  void AddSyllable(const sp::SyllableInfo& syllable) {
+    for (const sp::PhoneInfo* phone : syllable.phones) {
+      phones_.Add(static_cast<std::uint8_t>(phone->id));
+    }
+    phone_offsets_.Add(static_cast<std::int64_t>(phones_.size()));
+    codes_.Add(static_cast<std::uint16_t>(syllable.code));
+    // A syllable of a table has a tone, and one of phones the digit of its stress.
+    const int tone = syllable.code != 0 ? syllable.tone : syllable.raw_tone;
+    tones_.Add(static_cast<std::int8_t>(tone));
+  }
+
+  void AddProblem(std::string_view text, Unit unit, const notation::Problem& problem) {
+    const notation::Range& range = problem.range;
+    std::size_t start = range.offset;
+    std::size_t stop = range.end();
+    if (unit == Unit::kCharacters) {
+      start = CharacterCount(text.substr(0, start));
+      stop = start + CharacterCount(text.substr(range.offset, range.length));
+    }
+    AddProblemRange(static_cast<std::int64_t>(start), static_cast<std::int64_t>(stop));
+    texts_.Skip(StatusOf(problem.kind));
+  }
+
+  void AddProblemRange(std::int64_t start, std::int64_t stop) {
+    problem_starts_.Add(start);
+    problem_stops_.Add(stop);
+  }
+
+  int language_;
+  notation::AnalysisOptions options_;
+  Buffer<std::uint8_t> phones_;
+  Buffer<std::int64_t> phone_offsets_;
+  Buffer<std::uint16_t> codes_;
+  Buffer<std::int8_t> tones_;
+  Texts texts_;
+  Buffer<std::int64_t> problem_starts_;
+  Buffer<std::int64_t> problem_stops_;
+};
+
+// To be called before the first batch, under a lock that is held while the process forks. pybind11
+// would import NumPy inside a static initialiser, where a thread that loses Python's lock while it
+// imports blocks all others for ever; after an import by the usual way, that initialiser has
+// nothing to do for which the lock is given away.
 void ImportNumpy() {
-  static bool is_imported = false;
-  if (is_imported) return;
   py::module_::import("numpy");
   py::dtype::of<std::uint8_t>();
-  is_imported = true;
 }
 
-// A batch function of a converter that takes what it is made of behind the texts.
-template <typename Converter, typename... Options>
-py::tuple Convert(py::handle texts, py::handle language, Options... options) {
-  ImportNumpy();
-  Converter converter(LanguageArgument(language.ptr()), options...);
-  ConvertAll(texts, converter);
+using StatusArray = std::optional<py::array_t<std::uint8_t>>;
+
+template <typename Converter>
+py::tuple ConvertBy(Converter& converter, py::handle texts, bool takes_missing,
+                    const StatusArray& status) {
+  Taken taken;
+  taken.missing = takes_missing;
+  if (status) {
+    taken.status = status->data();
+    taken.status_count = static_cast<std::size_t>(status->size());
+  }
+  ConvertAll(texts, taken, converter);
   return converter.Take();
+}
+
+// A batch function of a converter that takes what it is made of after all else.
+template <typename Converter, typename... Options>
+py::tuple Convert(py::handle texts, py::handle language, py::handle fallback, bool takes_missing,
+                  const StatusArray& status, Options... options) {
+  Converter converter(LanguageArgument(language.ptr(), fallback.ptr()), options...);
+  return ConvertBy(converter, texts, takes_missing, status);
+}
+
+py::tuple AnalyzeBatch(py::handle texts, py::handle language, py::handle fallback,
+                       bool takes_missing, const StatusArray& status,
+                       std::optional<std::uint32_t> rules, const notation::AliasTable* aliases,
+                       int cutting) {
+  notation::AnalysisOptions options;
+  if (rules) options.rules = Rules(*rules);
+  options.aliases = aliases;
+  options.cutting = static_cast<notation::Cutting>(cutting);
+  AnalysisConverter converter(LanguageArgument(language.ptr(), fallback.ptr()), options);
+  return ConvertBy(converter, texts, takes_missing, status);
 }
 
 }  // namespace
 
 void AddBatches(py::module_& module) {
-  module.def("py2code_batch", &Convert<CodeConverter>);
-  module.def("py2ph_batch", &Convert<SyllableConverter>);
+  py::class_<NormalizedTexts>(module, "NormalizedTexts")
+      .def_readonly("status", &NormalizedTexts::status);
+  module.def("import_numpy", ImportNumpy);
+  module.def("py2code_batch", &Convert<CodeConverter, bool>);
+  module.def("py2ph_batch", &Convert<SyllableConverter, bool>);
   module.def("pr2ph_batch", &Convert<IdConverter>);
-  module.def("pyw2py_batch", &Convert<PieceConverter, bool>);
+  module.def("pyw2py_batch", &Convert<PieceConverter, bool, bool>);
   module.def("normalize_batch", &Convert<NormalizedConverter>);
+  module.def("analyze_batch", AnalyzeBatch);
 }
 
 }  // namespace qeo::python

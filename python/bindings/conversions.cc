@@ -31,12 +31,6 @@ unsigned short CodeArgument(PyObject* code) {
   return static_cast<unsigned short>(IntegerArgument(code, 0, kMaxCode, "a syllable code"));
 }
 
-bool FlagArgument(PyObject* flag) {
-  const int is_true = PyObject_IsTrue(flag);
-  if (is_true < 0) throw py::error_already_set();
-  return is_true != 0;
-}
-
 // A name as the lexicon's functions take it, which end it at a NUL: a name with one inside is that
 // of no phone, and so is "\xff".
 std::string NameArgument(PyObject* name) {
@@ -46,46 +40,61 @@ std::string NameArgument(PyObject* name) {
 
 // Tables
 
-// phones(language)
+// phones(language, fallback)
 py::object Phones(Arguments arguments) {
-  return Borrow(PhoneLanguage(LanguageArgument(arguments[0])).phone_tuple);
+  return Borrow(PhoneLanguage(LanguageArgument(arguments[0], arguments[1])).phone_tuple);
 }
 
-// syllables(language)
+// syllables(language, fallback)
 py::object SyllableRows(Arguments arguments) {
-  return Borrow(SyllableLanguage(LanguageArgument(arguments[0])).syllable_tuple);
+  return Borrow(SyllableLanguage(LanguageArgument(arguments[0], arguments[1])).syllable_tuple);
 }
 
-// phone(language, id_or_name)
+// The row of an id, -1 for a number that is none.
+int RowArgument(PyObject* integer) {
+  int overflow = 0;
+  const long row = PyLong_AsLongAndOverflow(integer, &overflow);
+  const bool is_row = overflow == 0 && row >= 0 && row <= INT_MAX;
+  return is_row ? static_cast<int>(row) : -1;
+}
+
+// The library answers with row 0 for what no phone has.
+bool IsAsked(const sp::PhoneInfo* phone, const std::string& name) {
+  return phone != nullptr && phone->name == name;
+}
+
+// phone(id_or_name, language, fallback): None for what no phone has, unless the library is to
+// answer.
 py::object Phone(Arguments arguments) {
-  const int language = LanguageArgument(arguments[0]);
-  PyObject* key = arguments[1];
+  const int language = LanguageArgument(arguments[1], arguments[2]);
+  const bool fallback = FlagArgument(arguments[2]);
+  PyObject* key = arguments[0];
   std::string name;
   if (AppendText(key, name)) {
-    return Borrow(PhoneObject(sp::GetPhoneInfoByDescription(language, name)));
+    const sp::PhoneInfo* phone = sp::GetPhoneInfoByDescription(language, name);
+    return fallback || IsAsked(phone, name) ? Borrow(PhoneObject(phone)) : py::none();
   }
   const py::object id = IndexOf(key);
   if (!id) throw py::type_error("a phone is asked for by id or name, not " + TypeName(key));
-  int overflow = 0;
-  const long row = PyLong_AsLongAndOverflow(id.ptr(), &overflow);
-  const bool is_row = overflow == 0 && row >= 0 && row <= INT_MAX;
-  return Borrow(PhoneObject(sp::GetPhoneInfoById(language, is_row ? static_cast<int>(row) : -1)));
+  const int row = RowArgument(id.ptr());
+  const sp::PhoneInfo* phone = sp::GetPhoneInfoById(language, row);
+  return fallback || phone->id == row ? Borrow(PhoneObject(phone)) : py::none();
 }
 
 // Romanised text
 
-// py2ph(text, language)
+// py2ph(text, language, fallback)
 py::object Py2Ph(Arguments arguments) {
   Syllables syllables;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   if (sp::py2ph(language, TextArgument(arguments[0]), syllables) != 0) return py::none();
   return MakeSyllables(syllables);
 }
 
-// py2code(text, language)
+// py2code(text, language, fallback)
 py::object Py2Code(Arguments arguments) {
   std::vector<unsigned short> codes;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   if (sp::py2code(language, TextArgument(arguments[0]), codes) != 0) return py::none();
   py::list list(codes.size());
   for (std::size_t i = 0; i < codes.size(); ++i) {
@@ -94,10 +103,10 @@ py::object Py2Code(Arguments arguments) {
   return std::move(list);
 }
 
-// pyw2py(word, language, backward)
+// pyw2py(word, language, backward, fallback)
 py::object Pyw2Py(Arguments arguments) {
   std::vector<std::string> pieces;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[3]);
   sp::pyw2py(language, TextArgument(arguments[0]), pieces, FlagArgument(arguments[2]));
   // What was a str becomes the same characters again; other bytes are kept in Python's own way.
   const char* errors = PyBytes_Check(arguments[0]) ? "surrogateescape" : "surrogatepass";
@@ -111,43 +120,60 @@ py::object Pyw2Py(Arguments arguments) {
   return std::move(list);
 }
 
-// tone_adaptation(tone, language)
+// tone_adaptation(tone, language, fallback)
 py::object ToneAdaptation(Arguments arguments) {
   const long tone = IntegerArgument(arguments[0], SCHAR_MIN, SCHAR_MAX, "a tone");
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   return py::int_(static_cast<int>(sp::ToneAdaptation(language, static_cast<signed char>(tone))));
 }
 
 // Syllable codes
 
-// code2ph(code, language)
+// code2ph(code, language, fallback)
 py::object Code2Ph(Arguments arguments) {
   sp::SyllableInfo syllable;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   if (sp::code2ph(language, CodeArgument(arguments[0]), syllable) != 0) return py::none();
   return MakeSyllable(syllable);
 }
 
-// code2py(code, language, with_tone)
+// code2py(code, language, with_tone, fallback): None for a code without a row, unless the library
+// is to answer.
 py::object Code2Py(Arguments arguments) {
+  constexpr std::size_t kTonesPerRow = 10;
   const unsigned short code = CodeArgument(arguments[0]);
-  return py::str(sp::code2py(LanguageArgument(arguments[1]), code, FlagArgument(arguments[2])));
+  const int language = LanguageArgument(arguments[1], arguments[3]);
+  if (!FlagArgument(arguments[3])) {
+    const auto& rows = FindLanguage(language)->syllables;
+    if (code / kTonesPerRow >= rows.size()) return py::none();
+  }
+  return py::str(sp::code2py(language, code, FlagArgument(arguments[2])));
 }
 
 // Pronunciations
 
-// pr2ph(pronunciation, language)
+// Whether a name of a phone that the table does not have is among the phones.
+bool HasGap(const Syllables& syllables) {
+  return std::any_of(syllables.begin(), syllables.end(), [](const sp::SyllableInfo& syllable) {
+    const auto& phones = syllable.phones;
+    return std::find(phones.begin(), phones.end(), nullptr) != phones.end();
+  });
+}
+
+// pr2ph(pronunciation, language, fallback): with None among the phones only as the library's own
+// answer.
 py::object Pr2Ph(Arguments arguments) {
   Syllables syllables;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   if (sp::pr2ph(language, TextArgument(arguments[0]), syllables) != 0) return py::none();
+  if (!FlagArgument(arguments[2]) && HasGap(syllables)) return py::none();
   return MakeSyllables(syllables);
 }
 
-// pr2ph_ids(pronunciation, language)
+// pr2ph_ids(pronunciation, language, fallback)
 py::object Pr2PhIds(Arguments arguments) {
   Bytes ids;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   if (sp::pr2ph(language, TextArgument(arguments[0]), ids) != 0) return py::none();
   const auto size = static_cast<Py_ssize_t>(ids.size());
   auto bytes = py::reinterpret_steal<py::object>(PyBytes_FromStringAndSize(nullptr, size));
@@ -156,19 +182,20 @@ py::object Pr2PhIds(Arguments arguments) {
   return bytes;
 }
 
-// ph2ph(phone_ids, language)
+// ph2ph(phone_ids, language, fallback)
 py::object Ph2Ph(Arguments arguments) {
   Syllables syllables;
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   const Bytes ids = BytesArgument(arguments[0], "phone ids");
   if (sp::ph2ph(language, ids, syllables) != 0) return py::none();
   return MakeSyllables(syllables);
 }
 
-// ph2tp(phone_id, language)
+// ph2tp(phone_id, language, fallback)
 py::object Ph2Tp(Arguments arguments) {
   const long id = IntegerArgument(arguments[0], 0, UCHAR_MAX, "a phone id byte");
-  return py::int_(sp::ph2tp(LanguageArgument(arguments[1]), static_cast<unsigned char>(id)));
+  return py::int_(
+      sp::ph2tp(LanguageArgument(arguments[1], arguments[2]), static_cast<unsigned char>(id)));
 }
 
 // Lexicon phone classes
@@ -183,29 +210,29 @@ py::object LexiconEnPhoneId(Arguments arguments) {
   return py::int_(sp::LexiconEnPhoneId(NameArgument(arguments[0]).c_str()));
 }
 
-// lexicon_module_phone_type(name, language)
+// lexicon_module_phone_type(name, language, fallback)
 py::object LexiconModulePhoneType(Arguments arguments) {
-  const int language = LanguageArgument(arguments[1]);
+  const int language = LanguageArgument(arguments[1], arguments[2]);
   return py::int_(sp::LexiconModulePhoneTypeStr(NameArgument(arguments[0]).c_str(), language));
 }
 
 PyMethodDef methods[] = {
-    Method<Phones, 1>("phones"),
-    Method<SyllableRows, 1>("syllables"),
-    Method<Phone, 2>("phone"),
-    Method<Py2Ph, 2>("py2ph"),
-    Method<Py2Code, 2>("py2code"),
-    Method<Pyw2Py, 3>("pyw2py"),
-    Method<ToneAdaptation, 2>("tone_adaptation"),
-    Method<Code2Ph, 2>("code2ph"),
-    Method<Code2Py, 3>("code2py"),
-    Method<Pr2Ph, 2>("pr2ph"),
-    Method<Pr2PhIds, 2>("pr2ph_ids"),
-    Method<Ph2Ph, 2>("ph2ph"),
-    Method<Ph2Tp, 2>("ph2tp"),
+    Method<Phones, 2>("phones"),
+    Method<SyllableRows, 2>("syllables"),
+    Method<Phone, 3>("phone"),
+    Method<Py2Ph, 3>("py2ph"),
+    Method<Py2Code, 3>("py2code"),
+    Method<Pyw2Py, 4>("pyw2py"),
+    Method<ToneAdaptation, 3>("tone_adaptation"),
+    Method<Code2Ph, 3>("code2ph"),
+    Method<Code2Py, 4>("code2py"),
+    Method<Pr2Ph, 3>("pr2ph"),
+    Method<Pr2PhIds, 3>("pr2ph_ids"),
+    Method<Ph2Ph, 3>("ph2ph"),
+    Method<Ph2Tp, 3>("ph2tp"),
     Method<LexiconEnPhoneType, 1>("lexicon_en_phone_type"),
     Method<LexiconEnPhoneId, 1>("lexicon_en_phone_id"),
-    Method<LexiconModulePhoneType, 2>("lexicon_module_phone_type"),
+    Method<LexiconModulePhoneType, 3>("lexicon_module_phone_type"),
     {},
 };
 

@@ -2,11 +2,11 @@
 
 #include "bindings/languages.h"
 
-#include <array>
 #include <cstddef>
-#include <iterator>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "bindings/arguments.h"
 #include "bindings/objects.h"
@@ -16,24 +16,18 @@ namespace qeo::python {
 
 namespace {
 
-struct Source {
-  const char* name;
-  int id;
-  void (*initialize)(std::map<int, sp::SpMapping>&);
-};
-
-constexpr Source kSources[] = {
-    {"mandarin", sp::LANGUAGE_MANDARIN, sp::InitializeMandarinSet},
-    {"cantonese", sp::LANGUAGE_CANTONESE, sp::InitializeCantoneseSet},
-    {"english", sp::LANGUAGE_AMERICAN_ENGLISH, sp::InitializeAmericanSet},
-};
-
-using Languages = std::array<Language, std::size(kSources)>;
-
 // Never destroyed: objects must not be released after the interpreter has ended.
-Languages& AllLanguages() {
-  static auto& languages = *new Languages;
+std::vector<Language>& AllLanguages() {
+  static auto& languages = *new std::vector<Language>;
   return languages;
+}
+
+std::map<int, sp::SpMapping> Tables() {
+  std::map<int, sp::SpMapping> tables;
+  sp::InitializeMandarinSet(tables);
+  sp::InitializeCantoneseSet(tables);
+  sp::InitializeAmericanSet(tables);
+  return tables;
 }
 
 PyObject* PhoneOrNone(const sp::PhoneInfo* phone, const Language& language) {
@@ -42,6 +36,7 @@ PyObject* PhoneOrNone(const sp::PhoneInfo* phone, const Language& language) {
 
 RowPhones PhonesOf(const sp::PinyinInfo& row) {
   RowPhones phones = {};
+  phones.letters = static_cast<std::uint8_t>(std::string_view(row.pinyin).size());
   for (const sp::PhoneInfo* phone : {row.initial_phone, row.final_phone}) {
     if (phone != nullptr) phones.ids[phones.count++] = static_cast<std::uint8_t>(phone->id);
   }
@@ -71,23 +66,22 @@ void AddRows(const sp::SpMapping& mapping, const py::module_& enums, Language& l
 
 void InitializeLanguages(const py::module_& enums) {
   const py::object language_enum = enums.attr("Language");
-  Languages languages;
-  for (std::size_t i = 0; i < languages.size(); ++i) {
-    Language& language = languages[i];
-    language.name = kSources[i].name;
-    language.id = kSources[i].id;
-    language.py_name = PyUnicode_InternFromString(language.name);
+  const std::map<int, sp::SpMapping> tables = Tables();
+  std::vector<Language> languages;
+  for (const sp::LanguageNames& names : sp::Languages()) {
+    Language& language = languages.emplace_back();
+    language.name = names.name;
+    language.id = names.id;
+    language.py_name = PyUnicode_InternFromString(language.name.c_str());
     language.member = language_enum(py::int_(language.id)).release().ptr();
-    std::map<int, sp::SpMapping> table;
-    kSources[i].initialize(table);
-    AddRows(table.at(language.id), enums, language);
+    AddRows(tables.at(language.id), enums, language);
   }
   AllLanguages() = languages;
 }
 
 py::dict LanguageIds() {
   py::dict ids;
-  for (const Language& language : AllLanguages()) ids[language.name] = language.id;
+  for (const Language& language : AllLanguages()) ids[py::str(language.name)] = language.id;
   return ids;
 }
 
@@ -113,12 +107,23 @@ int LanguageOfName(PyObject* name) {
   for (const Language& language : AllLanguages()) {
     if (language.py_name == name) return language.id;
   }
-  std::string names;
-  for (const Language& language : AllLanguages()) {
-    if (PyUnicode_Compare(name, language.py_name) == 0) return language.id;
-    names += (names.empty() ? "" : ", ") + std::string(language.name);
+  if (const auto id = sp::LanguageOfName(TextArgument(name))) return *id;
+  throw py::value_error("unknown language " + Shown(name) + "; the languages are " +
+                        KnownLanguages());
+}
+
+std::string KnownLanguages() {
+  std::string known;
+  for (const sp::LanguageNames& language : sp::Languages()) {
+    known.append(known.empty() ? "" : ", ").append(language.name);
+    const char* separator = " (";
+    for (const std::string_view code : language.codes) {
+      known.append(separator).append(code);
+      separator = ", ";
+    }
+    known += ')';
   }
-  throw py::value_error("no language is called " + Shown(name) + "; there are: " + names);
+  return known;
 }
 
 PyObject* PhoneObject(const sp::PhoneInfo* phone) {

@@ -7,6 +7,7 @@
 #include <pybind11/pybind11.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "phoneme/phoneme.h"
@@ -15,15 +16,16 @@ namespace qeo::python {
 
 namespace py = pybind11;
 
-/// The ids of the phones of a syllable, those that it has.
+/// The ids of the phones of a syllable, those that it has, and the length of its spelling.
 struct RowPhones {
   std::uint8_t ids[2];
   std::uint8_t count;
+  std::uint8_t letters;  // of its spelling
 };
 
 /// One language. References are never given back: the objects outlive every user.
 struct Language {
-  const char* name = nullptr;
+  std::string name;
   int id = 0;
   PyObject* py_name = nullptr;    // interned, so that most names compare as pointers
   PyObject* member = nullptr;     // of the enum Language
@@ -48,8 +50,12 @@ const Language* FindLanguage(int id);
 const Language& PhoneLanguage(int id);
 const Language& SyllableLanguage(int id);
 
-/// The id of a language's name, a str; a ValueError that lists the names for any other.
+/// The id of a language's name or code, a str, in any case; a ValueError that lists them for any
+/// other.
 int LanguageOfName(PyObject* name);
+
+/// The names and codes of all languages, as messages list them.
+std::string KnownLanguages();
 
 /// The object of a phone, None for null; a borrowed reference.
 PyObject* PhoneObject(const sp::PhoneInfo* phone);

@@ -17,6 +17,7 @@
 
 #include "bindings/arguments.h"
 #include "bindings/objects.h"
+#include "bindings/positions.h"
 #include "bindings/records.h"
 #include "notation/notation.h"
 #include "phoneme/phoneme.h"
@@ -24,8 +25,6 @@
 namespace qeo::python {
 
 namespace {
-
-constexpr bool BeginsCharacter(char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; }
 
 // A text as the library reads it, and the way from its bytes to positions in the caller's object:
 // characters of a str, bytes of bytes.
@@ -84,15 +83,6 @@ py::tuple NormalizedTuple(const Source& source, const notation::Normalized& norm
       normalized.origins, [&](std::size_t origin) { return py::int_(source.Position(origin)); });
   return py::make_tuple(normalized.text, origins, Applications(source, normalized.applied),
                         Problems(source, normalized.problems));
-}
-
-// The rules as bits, in the order of the enum.
-notation::RuleSet Rules(std::uint32_t bits) {
-  notation::RuleSet rules;
-  for (int i = 0; i < notation::kRuleCount; ++i) {
-    if ((bits >> i & 1U) != 0) rules = rules.With(static_cast<notation::Rule>(i));
-  }
-  return rules;
 }
 
 using RuleBits = std::optional<std::uint32_t>;
@@ -158,13 +148,13 @@ py::tuple ParseAliases(py::handle object) {
 }
 
 py::tuple Analyze(py::handle text, py::handle language, RuleBits rules,
-                  const notation::AliasTable* aliases, int cutting) {
+                  const notation::AliasTable* aliases, int cutting, py::handle fallback) {
   const Source source(text);
   notation::AnalysisOptions options;
   if (rules) options.rules = Rules(*rules);
   options.aliases = aliases;
   options.cutting = static_cast<notation::Cutting>(cutting);
-  const int id = LanguageArgument(language.ptr());
+  const int id = LanguageArgument(language.ptr(), fallback.ptr());
   const notation::Analysis analysis = notation::Analyze(id, source.text(), options);
   const py::tuple syllables =
       TupleOf(analysis.syllables, [&](const notation::AnalyzedSyllable& syllable) {
@@ -185,9 +175,10 @@ py::tuple CutTuple(const Source& source, const std::vector<notation::CutSyllable
   });
 }
 
-py::tuple CutWhole(py::handle letters, py::handle language, py::handle max_cuts) {
+py::tuple CutWhole(py::handle letters, py::handle language, py::handle max_cuts,
+                   py::handle fallback) {
   const Source source(letters);
-  const int id = LanguageArgument(language.ptr());
+  const int id = LanguageArgument(language.ptr(), fallback.ptr());
   const long most = IntegerArgument(max_cuts.ptr(), 0, LONG_MAX, "max_cuts");
   const notation::Cut cut = notation::CutWhole(id, source.text(), static_cast<std::size_t>(most));
   const bool is_counted = cut.count != notation::kUncountedCuts;
@@ -246,12 +237,30 @@ py::tuple RuleNames() {
   return names;
 }
 
+std::uint32_t DefaultRules() {
+  std::uint32_t bits = 0;
+  for (int i = 0; i < notation::kRuleCount; ++i) {
+    const bool has_rule = notation::AnalysisOptions().rules.Has(static_cast<notation::Rule>(i));
+    bits |= std::uint32_t{has_rule} << i;
+  }
+  return bits;
+}
+
 }  // namespace
+
+notation::RuleSet Rules(std::uint32_t bits) {
+  notation::RuleSet rules;
+  for (int i = 0; i < notation::kRuleCount; ++i) {
+    if ((bits >> i & 1U) != 0) rules = rules.With(static_cast<notation::Rule>(i));
+  }
+  return rules;
+}
 
 void AddNotation(py::module_& module) {
   py::class_<notation::AliasTable>(module, "AliasTable")
       .def("__len__", &notation::AliasTable::size);
   module.attr("RULE_NAMES") = RuleNames();
+  module.attr("DEFAULT_RULES") = DefaultRules();
   module.def("normalize_pinyin", NormalizePinyin);
   module.def("normalize_jyutping", NormalizeJyutping);
   module.def("arpabet_to_pronunciation", ArpabetToPronunciation);

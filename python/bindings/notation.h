@@ -5,7 +5,14 @@
 
 #include <pybind11/pybind11.h>
 
+#include <cstdint>
+
+#include "notation/records.h"
+
 namespace qeo::python {
+
+/// The rules of a set given as bits, in the order of the enum.
+notation::RuleSet Rules(std::uint32_t bits);
 
 void AddNotation(pybind11::module_& module);
 

@@ -39,46 +39,48 @@ struct SyllableObject {
 
 // The documentation of the types, as Python shows it.
 
-constexpr char kPhoneDoc[] = R"(Phone(language, id)
+constexpr char kPhoneDoc[] = R"(Phone(id, language)
 --
 
 A phone: one row of the phone table of its language.
 
->>> phone("mandarin", "n")
-Phone(mandarin, 14, 'n')
->>> Phone("english", 1).feature
+>>> phone("n")
+Phone(14, mandarin, 'n')
+>>> Phone(1, "english").feature
 '+l33-000'
 
 Each row is one object for the whole process, so phones can be compared with `is`.
 Phones are ordered by language and id. A row that does not exist is a ValueError.)";
 
-constexpr char kSyllableRowDoc[] = R"(SyllableRow(language, id)
+constexpr char kSyllableRowDoc[] = R"(SyllableRow(id, language)
 --
 
 A toneless syllable: one row of the syllable table of its language.
 
 >>> row = syllables("mandarin")[224]
 >>> row
-SyllableRow(mandarin, 224, 'ni')
+SyllableRow(224, mandarin, 'ni')
 >>> row.initial, row.final
-(Phone(mandarin, 14, 'n'), Phone(mandarin, 25, 'i'))
+(Phone(14, mandarin, 'n'), Phone(25, mandarin, 'i'))
 
 Each row is one object for the whole process. A syllable code is id * 10 + tone.)";
 
-constexpr char kSyllableDoc[] = R"(Syllable(language, phones, code=0, tone=0, raw_tone=0)
+constexpr char kSyllableDoc[] = R"(Syllable(phones, language, code=0, tone=0, raw_tone=0)
 --
 
-A syllable of the output: its phones, each a Phone or None, and its tone.
+A syllable of the output: its phones and its tone.
 
 >>> syllable, = py2ph("ni3")
 >>> syllable
-Syllable(mandarin, 'n i', code=2243, tone=3)
->>> syllable.language, syllable.tone
-(<Language.MANDARIN: 10000>, 3)
+Syllable('n i', mandarin, code=2243, tone=3)
+>>> syllable.spelling, syllable.language, syllable.tone
+('ni', <Language.MANDARIN: 10000>, 3)
 
 `code` is the syllable code, or 0 where none is made; `tone` is folded into the language's
-range, `raw_tone` is the digit of a pronunciation string or phone-id sequence. Syllables are
-ordered by language, phones, code and tones.)";
+range, `raw_tone` is the digit of a pronunciation string or phone-id sequence. `spelling` is
+the letters of the code's row, without tone; where there is none, the names of the phones with
+spaces between them. No phone is None, but where `pr2ph` was asked for the library's own answer
+by fallback=True. Syllables are ordered by language, phones, code and tones.)";
 
 PyTypeObject* phone_type = nullptr;
 PyTypeObject* syllable_row_type = nullptr;
@@ -103,14 +105,12 @@ PyObject* GetLanguage(PyObject* self, void* /*closure*/) {
   return member;
 }
 
-const char* LanguageName(int id) { return FindLanguage(id)->name; }
+const std::string& LanguageName(int id) { return FindLanguage(id)->name; }
 
 // Rows
 
-PyObject* FindRow(PyTypeObject* type, int language_id, long id) {
-  const Language* language = FindLanguage(language_id);
-  if (language == nullptr) return nullptr;
-  const auto& rows = type == phone_type ? language->phones : language->syllables;
+PyObject* FindRow(PyTypeObject* type, const Language& language, long id) {
+  const auto& rows = type == phone_type ? language.phones : language.syllables;
   const bool in_table = id >= 0 && static_cast<std::size_t>(id) < rows.size();
   return in_table ? rows[static_cast<std::size_t>(id)] : nullptr;
 }
@@ -118,17 +118,18 @@ PyObject* FindRow(PyTypeObject* type, int language_id, long id) {
 // The constructor gives the one object of a row, for pickle and whoever holds an id.
 PyObject* NewRow(PyTypeObject* type, PyObject* args, PyObject* keywords) {
   return Guard([&] {
-    static const char* names[] = {"language", "id", nullptr};
-    PyObject* language = nullptr;
+    static const char* names[] = {"id", "language", nullptr};
     PyObject* id = nullptr;
-    if (!PyArg_ParseTupleAndKeywords(args, keywords, "OO", const_cast<char**>(names), &language,
-                                     &id)) {
+    PyObject* language = nullptr;
+    if (!PyArg_ParseTupleAndKeywords(args, keywords, "OO", const_cast<char**>(names), &id,
+                                     &language)) {
       throw py::error_already_set();
     }
     const long row_id = IntegerArgument(id, INT32_MIN, INT32_MAX, "a row");
-    PyObject* row = FindRow(type, LanguageArgument(language), row_id);
+    const Language& known = *FindLanguage(LanguageArgument(language, Py_False));
+    PyObject* row = FindRow(type, known, row_id);
     if (row == nullptr) {
-      throw py::value_error("no row " + std::to_string(row_id) + " in language " + Shown(language));
+      throw py::value_error("no row " + std::to_string(row_id) + " in " + known.name);
     }
     return Borrow(row);
   });
@@ -150,7 +151,7 @@ PyObject* ReprRow(PyObject* self) {
     const RowObject& row = *AsRow(self);
     const bool is_phone = Py_TYPE(self) == phone_type;
     return py::str("{}({}, {}, {!r})")
-        .format(is_phone ? "Phone" : "SyllableRow", LanguageName(row.language), row.id,
+        .format(is_phone ? "Phone" : "SyllableRow", row.id, LanguageName(row.language),
                 Borrow(row.fields[is_phone ? 1 : 0]));
   });
 }
@@ -159,7 +160,7 @@ PyObject* ReduceRow(PyObject* self, PyObject* /*no argument*/) {
   return Guard([&] {
     const RowObject& row = *AsRow(self);
     return py::make_tuple(Borrow(reinterpret_cast<PyObject*>(Py_TYPE(self))),
-                          py::make_tuple(row.language, row.id));
+                          py::make_tuple(row.id, row.language));
   });
 }
 
@@ -223,17 +224,32 @@ Py_hash_t HashSyllable(PyObject* self) {
   return result == -1 ? -2 : result;  // -1 stands for an error
 }
 
+std::string PhoneNames(const SyllableObject& syllable) {
+  std::string names;
+  for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(syllable.phones); ++i) {
+    PyObject* phone = PyTuple_GET_ITEM(syllable.phones, i);
+    if (i > 0) names += ' ';
+    names += phone == Py_None ? "None" : std::string(py::str(Borrow(AsRow(phone)->fields[1])));
+  }
+  return names;
+}
+
+PyObject* GetSpelling(PyObject* self, void* /*closure*/) {
+  return Guard([&]() -> py::object {
+    constexpr std::size_t kTonesPerRow = 10;
+    const SyllableObject& syllable = *AsSyllable(self);
+    const auto& rows = FindLanguage(syllable.language)->syllables;
+    const std::size_t row = syllable.code / kTonesPerRow;
+    const bool has_row = syllable.code != 0 && row < rows.size();
+    return has_row ? Borrow(AsRow(rows[row])->fields[0]) : py::str(PhoneNames(syllable));
+  });
+}
+
 PyObject* ReprSyllable(PyObject* self) {
   return Guard([&] {
     const SyllableObject& syllable = *AsSyllable(self);
-    std::string names;
-    for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(syllable.phones); ++i) {
-      PyObject* phone = PyTuple_GET_ITEM(syllable.phones, i);
-      if (i > 0) names += ' ';
-      names += phone == Py_None ? "None" : std::string(py::str(Borrow(AsRow(phone)->fields[1])));
-    }
-    std::string text = "Syllable(" + std::string(LanguageName(syllable.language)) + ", '" + names;
-    text += '\'';
+    std::string text = "Syllable('" + PhoneNames(syllable) + "', ";
+    text += LanguageName(syllable.language);
     if (syllable.code != 0) text += ", code=" + std::to_string(syllable.code);
     if (syllable.tone != 0) text += ", tone=" + std::to_string(syllable.tone);
     if (syllable.raw_tone != 0) text += ", raw_tone=" + std::to_string(syllable.raw_tone);
@@ -246,7 +262,7 @@ PyObject* ReduceSyllable(PyObject* self, PyObject* /*no argument*/) {
     const SyllableObject& syllable = *AsSyllable(self);
     return py::make_tuple(
         Borrow(reinterpret_cast<PyObject*>(syllable_type)),
-        py::make_tuple(syllable.language, Borrow(syllable.phones), syllable.code,
+        py::make_tuple(Borrow(syllable.phones), syllable.language, syllable.code,
                        static_cast<int>(syllable.tone), static_cast<int>(syllable.raw_tone)));
   });
 }
@@ -278,21 +294,19 @@ py::object PhoneTuple(PyObject* phones) {
 
 PyObject* NewSyllable(PyTypeObject* /*type*/, PyObject* args, PyObject* keywords) {
   return Guard([&] {
-    static const char* names[] = {"language", "phones", "code", "tone", "raw_tone", nullptr};
+    static const char* names[] = {"phones", "language", "code", "tone", "raw_tone", nullptr};
     const py::int_ zero(0);
-    PyObject* language = nullptr;
     PyObject* phones = nullptr;
+    PyObject* language = nullptr;
     PyObject* code = zero.ptr();
     PyObject* tone = zero.ptr();
     PyObject* raw_tone = zero.ptr();
-    if (!PyArg_ParseTupleAndKeywords(args, keywords, "OO|OOO", const_cast<char**>(names), &language,
-                                     &phones, &code, &tone, &raw_tone)) {
+    if (!PyArg_ParseTupleAndKeywords(args, keywords, "OO|OOO", const_cast<char**>(names), &phones,
+                                     &language, &code, &tone, &raw_tone)) {
       throw py::error_already_set();
     }
-    const Language* known = FindLanguage(LanguageArgument(language));
-    if (known == nullptr) throw py::value_error("no language " + Shown(language));
     return FilledSyllable(
-        known->id, PhoneTuple(phones),
+        LanguageArgument(language, Py_False), PhoneTuple(phones),
         static_cast<std::uint32_t>(IntegerArgument(code, 0, UINT16_MAX, "a syllable code")),
         static_cast<std::int8_t>(IntegerArgument(tone, INT8_MIN, INT8_MAX, "a tone")),
         static_cast<std::uint8_t>(IntegerArgument(raw_tone, 0, UINT8_MAX, "a raw tone")));
@@ -349,9 +363,14 @@ PyMemberDef syllable_members[] = {
 };
 // clang-format on
 
-template <typename Object>
-PyGetSetDef language_getter[] = {
-    {"language", GetLanguage<Object>, nullptr, "its Language", nullptr},
+PyGetSetDef row_getters[] = {
+    {"language", GetLanguage<RowObject>, nullptr, "its Language", nullptr},
+    {},
+};
+
+PyGetSetDef syllable_getters[] = {
+    {"language", GetLanguage<SyllableObject>, nullptr, "its Language", nullptr},
+    {"spelling", GetSpelling, nullptr, "letters without tone, or names of phones", nullptr},
     {},
 };
 
@@ -386,7 +405,7 @@ PyTypeObject* MakeRowType(const char* name, PyMemberDef* members, const char* do
       {Py_tp_repr, Slot(ReprRow)},
       {Py_tp_methods, row_methods},
       {Py_tp_members, members},
-      {Py_tp_getset, language_getter<RowObject>},
+      {Py_tp_getset, row_getters},
       {Py_tp_doc, Mutable(doc)},
       {0, nullptr},
   };
@@ -402,7 +421,7 @@ PyTypeObject* MakeSyllableType() {
       {Py_tp_repr, Slot(ReprSyllable)},
       {Py_tp_methods, syllable_methods},
       {Py_tp_members, syllable_members},
-      {Py_tp_getset, language_getter<SyllableObject>},
+      {Py_tp_getset, syllable_getters},
       {Py_tp_doc, Mutable(kSyllableDoc)},
       {0, nullptr},
   };

@@ -3,6 +3,8 @@
 #include "bindings/texts.h"
 
 #include <algorithm>
+#include <cmath>
+#include <string_view>
 
 namespace qeo::python {
 
@@ -10,6 +12,15 @@ namespace {
 
 bool IsText(py::handle object) {
   return PyUnicode_Check(object.ptr()) != 0 || PyBytes_Check(object.ptr()) != 0;
+}
+
+// What a column of a table holds where it has no text: None, NaN, and what pandas has for them.
+bool IsMissing(PyObject* object) {
+  if (object == Py_None) return true;
+  if (PyFloat_Check(object)) return std::isnan(PyFloat_AS_DOUBLE(object));
+  const std::string_view type = Py_TYPE(object)->tp_name;
+  const std::string_view name = type.substr(type.rfind('.') + 1);
+  return name == "NAType" || name == "NaTType";
 }
 
 // The size of a buffer's offsets: 4 or 8 bytes, or 0 when they are something else.
@@ -22,7 +33,7 @@ std::size_t OffsetSize(const py::buffer_info& info) {
 
 }  // namespace
 
-ObjectReader::ObjectReader(py::handle texts) {
+ObjectReader::ObjectReader(py::handle texts, bool takes_missing) : takes_missing_(takes_missing) {
   if (IsText(texts)) {
     throw py::type_error("a batch takes many texts, not one " + TypeName(texts.ptr()));
   }
@@ -37,6 +48,8 @@ ObjectReader::ObjectReader(py::handle texts) {
 bool ObjectReader::Read(Chunk& chunk) {
   chunk.bytes.clear();
   chunk.ends.clear();
+  chunk.units.clear();
+  chunk.missing.clear();
   if (PyErr_CheckSignals() != 0) throw py::error_already_set();
   while (chunk.ends.size() < kChunkTexts && chunk.bytes.size() < kChunkBytes) {
     const auto text = py::reinterpret_steal<py::object>(PyIter_Next(iterator_.ptr()));
@@ -44,14 +57,24 @@ bool ObjectReader::Read(Chunk& chunk) {
       if (PyErr_Occurred() != nullptr) throw py::error_already_set();
       break;
     }
-    if (!AppendText(text.ptr(), chunk.bytes)) {
-      throw py::type_error("texts[" + std::to_string(count_) + "] must be str or bytes, not " +
-                           TypeName(text.ptr()));
-    }
+    Append(text, chunk);
     ++count_;
-    chunk.ends.push_back(chunk.bytes.size());
   }
   return !chunk.ends.empty();
+}
+
+void ObjectReader::Append(py::handle text, Chunk& chunk) const {
+  if (!AppendText(text.ptr(), chunk.bytes)) {
+    const bool is_missing = IsMissing(text.ptr());
+    if (!is_missing || !takes_missing_) {
+      throw py::type_error("texts[" + std::to_string(count_) + "] must be str or bytes, not " +
+                           TypeName(text.ptr()) +
+                           (is_missing ? "; errors=\"none\" takes it as a text that failed" : ""));
+    }
+    chunk.missing.push_back(chunk.ends.size());
+  }
+  chunk.ends.push_back(chunk.bytes.size());
+  chunk.units.push_back(PyUnicode_Check(text.ptr()) ? Unit::kCharacters : Unit::kBytes);
 }
 
 std::optional<BufferPair> BufferPair::From(py::handle texts) {

@@ -18,6 +18,7 @@
 
 #include "bindings/arguments.h"
 #include "bindings/lock.h"
+#include "bindings/status.h"
 
 namespace qeo::python {
 
@@ -28,10 +29,24 @@ namespace py = pybind11;
 inline constexpr std::size_t kChunkTexts = std::size_t{1} << 16;
 inline constexpr std::size_t kChunkBytes = std::size_t{1} << 20;
 
+/// In what a text's positions are counted.
+enum class Unit : std::uint8_t { kBytes, kCharacters };
+
 /// Texts one after the other, and where each ends.
 struct Chunk {
   std::string bytes;
   std::vector<std::size_t> ends;
+  std::vector<Unit> units;
+  std::vector<std::size_t> missing;  ///< indexes of None and its like, which are empty texts here
+};
+
+/// What a batch takes beside plain texts.
+struct Taken {
+  bool missing = false;  ///< None and NaN, as texts that failed
+  /// The status of each text of a pair of buffers, from where they come from; null for none. Texts
+  /// that failed there are not converted.
+  const unsigned char* status = nullptr;
+  std::size_t status_count = 0;
 };
 
 /// Reads an iterable of str and bytes chunk by chunk. Bytes are copied, so that nobody can change
@@ -39,7 +54,7 @@ struct Chunk {
 class ObjectReader {
  public:
   /// A TypeError when `texts` is a single text or cannot be iterated.
-  explicit ObjectReader(py::handle texts);
+  ObjectReader(py::handle texts, bool takes_missing);
 
   /// Reads the next chunk; false when there are no more texts. A TypeError that names the index of
   /// an object that is no text.
@@ -49,7 +64,10 @@ class ObjectReader {
   std::size_t size_hint() const { return size_hint_; }
 
  private:
+  void Append(py::handle text, Chunk& chunk) const;
+
   py::object iterator_;
+  bool takes_missing_;
   std::size_t size_hint_ = 0;
   std::size_t count_ = 0;
 };
@@ -79,10 +97,10 @@ class BufferPair {
   bool is_wide_ = false;  // 64-bit offsets
 };
 
-/// Calls `converter.Add(text)` for each of the texts in order, `text` a std::string, after
-/// `converter.Reserve(count)`.
+/// Calls `converter.Add(text, unit)` for each of the texts in order, `text` a std::string, or
+/// `converter.Skip(status)` for one that has failed already, after `converter.Reserve(count)`.
 template <typename Converter>
-void ConvertPair(const BufferPair& pair, Converter& converter) {
+void ConvertPair(const BufferPair& pair, const unsigned char* status, Converter& converter) {
   std::string text;
   std::size_t i = 0;
   while (i < pair.count()) {
@@ -91,9 +109,13 @@ void ConvertPair(const BufferPair& pair, Converter& converter) {
       const std::size_t end = std::min(i + kChunkTexts, pair.count());
       for (std::size_t bytes = 0; i < end && bytes < kChunkBytes; ++i) {
         const auto [data, size] = pair.At(i);
-        text.assign(data, size);
-        converter.Add(text);
         bytes += size;
+        if (status != nullptr && status[i] != 0) {
+          converter.Skip(static_cast<Status>(status[i]));
+          continue;
+        }
+        text.assign(data, size);
+        converter.Add(text, Unit::kBytes);
       }
     });
   }
@@ -102,21 +124,32 @@ void ConvertPair(const BufferPair& pair, Converter& converter) {
 template <typename Converter>
 void ConvertChunk(const Chunk& chunk, std::string& text, Converter& converter) {
   std::size_t begin = 0;
-  for (const std::size_t end : chunk.ends) {
+  auto missing = chunk.missing.begin();
+  for (std::size_t i = 0; i < chunk.ends.size(); ++i) {
+    const std::size_t end = chunk.ends[i];
+    if (missing != chunk.missing.end() && *missing == i) {
+      converter.Skip(Status::kMissing);
+      ++missing;
+      continue;
+    }
     text.assign(chunk.bytes, begin, end - begin);
-    converter.Add(text);
+    converter.Add(text, chunk.units[i]);
     begin = end;
   }
 }
 
 template <typename Converter>
-void ConvertAll(py::handle texts, Converter& converter) {
+void ConvertAll(py::handle texts, const Taken& taken, Converter& converter) {
   if (const std::optional<BufferPair> pair = BufferPair::From(texts)) {
+    if (taken.status != nullptr && taken.status_count != pair->count()) {
+      throw py::value_error(std::to_string(pair->count()) + " texts have the status of " +
+                            std::to_string(taken.status_count));
+    }
     converter.Reserve(pair->count());
-    ConvertPair(*pair, converter);
+    ConvertPair(*pair, taken.status, converter);
     return;
   }
-  ObjectReader reader(texts);
+  ObjectReader reader(texts, taken.missing);
   converter.Reserve(reader.size_hint());
   Chunk chunk;
   std::string text;

@@ -8,9 +8,11 @@
 >>> phoneme.normalize_pinyin("Nǐ hǎo").text
 'ni3 hao3'
 
-A text is str, which is read as UTF-8, or bytes. A language is "mandarin", "cantonese" or "english",
-a `Language`, or any id. What cannot be converted is a `ConversionError`, or None with
-errors="none". Functions whose names end in "_batch" take many texts and give NumPy arrays.
+A text is str, which is read as UTF-8, or bytes. The language is the second argument: "mandarin",
+"cantonese" or "english", a code as "zh-HK", a `Language` or its id. What cannot be converted is a
+`ConversionError`, or None with errors="none". The C++ library has an answer for each id, name and
+code, known or not; `fallback=True` gives it. Functions whose names end in "_batch" take many texts
+and give NumPy arrays.
 
 Everything can be used after a fork and from any number of threads, but for `chart` and `report`,
 which as all that draws with matplotlib belong to one thread. Subinterpreters are refused.
@@ -25,11 +27,14 @@ from phoneme import _core
 _core.require_main_interpreter()
 
 from phoneme._batches import (  # noqa: E402
+    AnalysisBatch,
+    Batch,
     CodeBatch,
     IdBatch,
     PieceBatch,
     SyllableBatch,
     TextBatch,
+    analyze_batch,
     normalize_batch,
     pr2ph_batch,
     py2code_batch,
@@ -56,7 +61,7 @@ from phoneme._conversions import (  # noqa: E402
     tone_adaptation,
 )
 from phoneme._core import Phone, Syllable, SyllableRow, __version__  # noqa: E402
-from phoneme._enums import Language, PhoneType  # noqa: E402
+from phoneme._enums import Language, PhoneType, Status  # noqa: E402
 from phoneme._errors import ConversionError  # noqa: E402
 from phoneme._notation import (  # noqa: E402
     Aliases,
@@ -81,14 +86,17 @@ from phoneme._notation import (  # noqa: E402
     parse_aliases,
     pronunciation_string,
     pronunciation_to_arpabet,
+    shipped_aliases,
 )
 from phoneme.charts import chart, report  # noqa: E402
 
 __all__ = [
     "Aliases",
     "Analysis",
+    "AnalysisBatch",
     "AnalyzedSyllable",
     "Application",
+    "Batch",
     "CodeBatch",
     "ConversionError",
     "Cut",
@@ -104,11 +112,13 @@ __all__ = [
     "ProblemKind",
     "Range",
     "Rule",
+    "Status",
     "Syllable",
     "SyllableBatch",
     "SyllableRow",
     "TextBatch",
     "analyze",
+    "analyze_batch",
     "arpabet_to_pronunciation",
     "chart",
     "code2ph",
@@ -139,6 +149,7 @@ __all__ = [
     "pyw2py",
     "pyw2py_batch",
     "report",
+    "shipped_aliases",
     "syllables",
     "to_arrow",
     "tone_adaptation",

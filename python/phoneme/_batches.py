@@ -6,11 +6,25 @@ converted, so that threads scale over the processor's cores.
 
 from __future__ import annotations
 
-from collections.abc import Mapping  # that of typing is slower to ask
-from typing import TYPE_CHECKING, Any, Iterable, NamedTuple, Union
+from collections.abc import Mapping, Sequence  # those of typing are slower to ask
+from dataclasses import dataclass
+from typing import (
+    TYPE_CHECKING,
+    Any,
+    Iterable,
+    Iterator,
+    Optional,
+    SupportsIndex,
+    TypeVar,
+    Union,
+    overload,
+)
 
 from phoneme import _core
-from phoneme._errors import LanguageName, Text
+from phoneme._core import Syllable
+from phoneme._errors import Errors, LanguageName, Text, check_errors
+from phoneme._notation import AliasesLike, Cutting, Rules, core_aliases, cutting_number, rule_bits
+from phoneme._numpy import import_numpy
 
 if TYPE_CHECKING:
     import numpy as np
@@ -23,27 +37,85 @@ if TYPE_CHECKING:
 else:
     Bytes = Codes = Tones = Offsets = Any  # NumPy is imported by the first batch
 
-#: An iterable of str and bytes, or the pair (data, offsets) of an Arrow array of strings.
-Texts = Union[Iterable[Text], tuple[Any, Any]]
+#: An iterable of str and bytes, the pair (data, offsets) of an Arrow array of strings, or what
+#: `normalize_batch` returns.
+Texts = Union[Iterable[Union[str, bytes, None]], tuple[Any, Any], "TextBatch"]
+
+Result = TypeVar("Result", covariant=True)
 
 
-class CodeBatch(NamedTuple):
+@dataclass(frozen=True, eq=False)
+class Batch(Sequence[Optional[Result]]):
+    """What many texts gave: a sequence with one item a text, over arrays that hold them all.
+
+    >>> batch = py2code_batch(["ni3hao3", "xyz3", "ma"])
+    >>> len(batch), batch[0], batch[1], batch.tolist()
+    (3, [2243, 1173], None, [[2243, 1173], None, [1945]])
+
+    An item is what the conversion of the one text gives with errors="none": None for a text that
+    failed. `offsets` has one entry more than there are texts, and `status` the number of a Status
+    for each text; see there. A text that failed has nothing in the other arrays, but in those of
+    `normalize_batch`.
+    """
+
+    offsets: Offsets
+    status: Bytes
+
+    def __len__(self) -> int:
+        return len(self.status)
+
+    @overload
+    def __getitem__(self, index: SupportsIndex) -> Optional[Result]: ...
+
+    @overload
+    def __getitem__(self, index: slice) -> list[Optional[Result]]: ...
+
+    def __getitem__(
+        self, index: Union[SupportsIndex, slice]
+    ) -> Union[Optional[Result], list[Optional[Result]]]:
+        places = range(len(self))[index]  # an IndexError beyond them
+        if isinstance(places, range):
+            return [self._item(i) for i in places]
+        return self._item(places)
+
+    def __iter__(self) -> Iterator[Optional[Result]]:
+        return (self._item(i) for i in range(len(self)))
+
+    def tolist(self) -> list[Optional[Result]]:
+        """The items as a list."""
+        return list(self)
+
+    def _item(self, i: int) -> Optional[Result]:
+        if self.status[i] != 0:
+            return None
+        return self._values(int(self.offsets[i]), int(self.offsets[i + 1]))
+
+    def _values(self, start: int, stop: int) -> Result:
+        raise NotImplementedError
+
+
+@dataclass(frozen=True, eq=False)
+class CodeBatch(Batch[list[int]]):
     """Syllable codes of many texts.
 
     >>> batch = py2code_batch(["ni3hao3", "xyz3", "ma"])
     >>> batch.codes, batch.offsets, batch.status
     (array([2243, 1173, 1945], dtype=uint16), array([0, 2, 2, 3]), array([0, 1, 0], dtype=uint8))
+    >>> batch[0]
+    [2243, 1173]
 
-    The codes of text i are ``codes[offsets[i]:offsets[i + 1]]``; `status` is 0 for a text that was
-    converted, and 1 for one that failed, which has no codes.
+    The codes of text i are ``codes[offsets[i]:offsets[i + 1]]``.
     """
 
     codes: Codes
-    offsets: Offsets
-    status: Bytes
+
+    def _values(self, start: int, stop: int) -> list[int]:
+        codes: list[int] = self.codes[start:stop].tolist()
+        return codes
 
 
-class SyllableBatch(NamedTuple):
+@dataclass(frozen=True, eq=False)
+class SyllableBatch(Batch[list[Syllable]]):
     """Syllables of many texts.
 
     >>> batch = py2ph_batch(["ni3hao3", "er2"])
@@ -51,35 +123,73 @@ class SyllableBatch(NamedTuple):
     (array([14, 25, 18, 33, 39], dtype=uint8), array([0, 2, 4, 5]))
     >>> batch.codes, batch.tones, batch.offsets
     (array([2243, 1173,  842], dtype=uint16), array([3, 3, 2], dtype=int8), array([0, 2, 3]))
+    >>> batch[1]
+    [Syllable('er', mandarin, code=842, tone=2)]
 
     The syllables of text i are those from ``offsets[i]`` to ``offsets[i + 1]``, and the phone ids
-    of syllable j ``phones[phone_offsets[j]:phone_offsets[j + 1]]``. `status` is as in CodeBatch.
+    of syllable j ``phones[phone_offsets[j]:phone_offsets[j + 1]]``. `language` is what was passed.
     """
 
     phones: Bytes
     phone_offsets: Offsets
     codes: Codes
     tones: Tones
-    offsets: Offsets
-    status: Bytes
+    language: LanguageName
+
+    def _values(self, start: int, stop: int) -> list[Syllable]:
+        return [self._syllable(j) for j in range(start, stop)]
+
+    def _syllable(self, j: int) -> Syllable:
+        code, tone = int(self.codes[j]), int(self.tones[j])
+        if code != 0:
+            from_code = _core.code2ph(code, self.language, True)
+            assert from_code is not None  # the row is that of a text
+            return from_code
+        table = _core.phones(self.language, True)
+        ids = self.phones[self.phone_offsets[j] : self.phone_offsets[j + 1]]
+        return Syllable([table[number] for number in ids], table[0].language, raw_tone=tone)
 
 
-class IdBatch(NamedTuple):
+@dataclass(frozen=True, eq=False)
+class AnalysisBatch(SyllableBatch):
+    """Syllables of many texts, and the first problem of those that have one.
+
+    >>> batch = analyze_batch(["Nǐ hǎo", "nǐ hoa3"])
+    >>> batch.status, batch.problem_starts, batch.problem_stops
+    (array([0, 2], dtype=uint8), array([-1,  3]), array([-1,  7]))
+    >>> batch.codes, batch.offsets
+    (array([2243, 1173], dtype=uint16), array([0, 2, 2]))
+
+    The first problem of text i is ``text[problem_starts[i]:problem_stops[i]]``, in characters of a
+    str and in bytes of bytes and of a pair of buffers; both are -1 where the status is 0 or
+    MISSING. A text with a problem has no syllables; `analyze` gives those that it can read, and all
+    problems. The arrays of syllables are as with SyllableBatch; for English `codes` are 0 and
+    `tones` the digits of the stress.
+    """
+
+    problem_starts: Offsets
+    problem_stops: Offsets
+
+
+@dataclass(frozen=True, eq=False)
+class IdBatch(Batch[bytes]):
     """Phone-id sequences of many pronunciation strings.
 
     >>> batch = pr2ph_batch(["n i 3", "h ao"])
     >>> batch.ids, batch.offsets, batch.status
     (array([24, 35,  3], dtype=uint8), array([0, 3, 3]), array([0, 1], dtype=uint8))
 
-    The sequence of text i is ``ids[offsets[i]:offsets[i + 1]]``. `status` is as in CodeBatch.
+    The sequence of text i is ``ids[offsets[i]:offsets[i + 1]]``.
     """
 
     ids: Bytes
-    offsets: Offsets
-    status: Bytes
+
+    def _values(self, start: int, stop: int) -> bytes:
+        return self.ids[start:stop].tobytes()
 
 
-class PieceBatch(NamedTuple):
+@dataclass(frozen=True, eq=False)
+class PieceBatch(Batch[list[str]]):
     """Pieces of many words.
 
     >>> batch = pyw2py_batch(["fangan", "ma"])
@@ -87,52 +197,107 @@ class PieceBatch(NamedTuple):
     (b'fanganma', array([0, 4, 6, 8]), array([0, 2, 3]))
 
     The pieces of word i are those from ``offsets[i]`` to ``offsets[i + 1]``, and the bytes of piece
-    j ``data[piece_offsets[j]:piece_offsets[j + 1]]``. `status` is always 0.
+    j ``data[piece_offsets[j]:piece_offsets[j + 1]]``. As items they are str, in which bytes that
+    are no UTF-8 become surrogate escapes.
     """
 
     data: Bytes
     piece_offsets: Offsets
-    offsets: Offsets
-    status: Bytes
+
+    def _values(self, start: int, stop: int) -> list[str]:
+        ends = self.piece_offsets[start : stop + 1].tolist()
+        return [_decoded(self.data[i:j].tobytes()) for i, j in zip(ends, ends[1:])]
 
 
-class TextBatch(NamedTuple):
+@dataclass(frozen=True, eq=False)
+class TextBatch(Batch[str]):
     """Texts.
 
     >>> batch = normalize_batch(["Nǐ hǎo", "san1 P"])
     >>> bytes(batch.data), batch.offsets, batch.status
-    (b'ni3 hao3san1', array([ 0,  8, 12]), array([0, 1], dtype=uint8))
+    (b'ni3 hao3san1', array([ 0,  8, 12]), array([0, 5], dtype=uint8))
+    >>> batch.tolist()
+    ['ni3 hao3', None]
 
-    The bytes of text i are ``data[offsets[i]:offsets[i + 1]]``. `status` is 1 for a text with
-    problems, which were left out of it.
+    The bytes of text i are ``data[offsets[i]:offsets[i + 1]]``. A text with problems, which `status`
+    names, has there what could be placed, and is None as an item.
+
+    A batch is texts for another one, where texts with problems are not converted and keep their
+    status. The pair (data, offsets) of these very arrays is as good; copies of them are bare texts.
     """
 
     data: Bytes
-    offsets: Offsets
-    status: Bytes
+
+    def _values(self, start: int, stop: int) -> str:
+        return self.data[start:stop].tobytes().decode()
 
 
-Batch = Union[CodeBatch, SyllableBatch, IdBatch, PieceBatch, TextBatch]
+def _decoded(piece: bytes) -> str:
+    try:
+        return piece.decode("utf-8", "surrogatepass")  # what was a str
+    except UnicodeDecodeError:
+        return piece.decode("utf-8", "surrogateescape")
 
 
-def _row(texts: Texts) -> Texts:
-    """The texts, unless an iteration would give the keys or the names of columns in their place."""
+def _source(texts: Texts) -> tuple[Texts, Optional[Bytes]]:
+    """The texts as the extension takes them, with the status of each where they were normalised."""
+    if isinstance(texts, TextBatch):
+        return (texts.data, texts.offsets), texts.status
+    if isinstance(texts, tuple) and len(texts) == 2:
+        origin = getattr(texts[1], "base", None)
+        return texts, origin.status if isinstance(origin, _core.NormalizedTexts) else None
+    # An iteration would give the keys or the names of columns in the place of texts.
     if isinstance(texts, Mapping):
         raise TypeError(f"a batch takes many texts, not a mapping: {type(texts).__name__}")
     if getattr(texts, "ndim", 1) > 1:
         raise TypeError(f"a batch takes texts in one dimension, not a {type(texts).__name__}")
-    return texts
+    return texts, None
 
 
-def py2code_batch(texts: Texts, language: LanguageName = "mandarin") -> CodeBatch:
+class _Call:
+    """What every batch function passes on before its own options."""
+
+    def __init__(
+        self, texts: Texts, language: LanguageName, errors: Errors, fallback: bool
+    ) -> None:
+        import_numpy()
+        check_errors(errors)
+        source, status = _source(texts)
+        self.is_normalized = status is not None
+        self.arguments = source, language, fallback, errors == "none", status
+
+    def is_strict(self, strict: Optional[bool]) -> bool:
+        return self.is_normalized if strict is None else bool(strict)
+
+
+def py2code_batch(
+    texts: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    strict: Optional[bool] = None,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> CodeBatch:
     """Converts many romanised texts to syllable codes, each as `py2code` does.
 
     >>> py2code_batch(iter(["ni3", b"hao3"])).codes
     array([2243, 1173], dtype=uint16)
 
     `texts` is any iterable of str and bytes, as a list, a generator, a pandas Series or a NumPy
-    array; or the pair of buffers (data, offsets) of an Arrow array of strings, in this order, with
-    offsets of 32 or 64 bits, one more than there are texts.
+    array; what `normalize_batch` returns; or the pair of buffers (data, offsets) of an Arrow array
+    of strings, in this order, with offsets of 32 or 64 bits, one more than there are texts.
+
+    Letters that no longest match reaches are dropped, as `py2code` does. With ``strict=True`` a
+    text that would lose any has the status LETTERS_LOST and no codes. It is the default for what
+    `normalize_batch` returns: there also a text with problems keeps its status.
+
+    >>> words = ["xx", "hello", "beijing"]
+    >>> py2code_batch(words).tolist()
+    [[], [1185], [105, 1415]]
+    >>> py2code_batch(words, strict=True).tolist()
+    [None, None, [105, 1415]]
+    >>> [Status(number).name for number in py2code_batch(normalize_batch(words)).status]
+    ['LETTERS_LOST', 'LETTERS_LOST', 'CONVERTED']
 
     The buffers of a pyarrow array are untyped bytes, in the order validity, offsets and data. NumPy
     makes offsets of them, int32 or for a large_string int64:
@@ -146,68 +311,137 @@ def py2code_batch(texts: Texts, language: LanguageName = "mandarin") -> CodeBatc
     ``numpy.frombuffer(offsets, numpy.int32)[array.offset:][:len(array) + 1]``. The validity bitmap
     is not looked at: what is null is read as the text that its offsets span, as a rule "".
 
-    Anything else in a text's place, also None or NaN, is a TypeError that names its index, as is a
-    mapping or what has two dimensions, and offsets that fall or leave the data are a ValueError.
+    Anything else in a text's place is a TypeError that names its index. With ``errors="none"``
+    None and NaN, which a Series has where a value is missing, are texts that failed with the status
+    MISSING. A mapping or what has two dimensions is a TypeError too, and offsets that fall or leave
+    the data are a ValueError.
     """
-    return CodeBatch(*_core.py2code_batch(_row(texts), language))
+    call = _Call(texts, language, errors, fallback)
+    codes, offsets, status = _core.py2code_batch(*call.arguments, call.is_strict(strict))
+    return CodeBatch(offsets, status, codes)
 
 
-def py2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> SyllableBatch:
+def py2ph_batch(
+    texts: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    strict: Optional[bool] = None,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> SyllableBatch:
     """Converts many romanised texts to syllables with phones, each as `py2ph` does.
 
     >>> py2ph_batch(["ni3hao3"]).phones
     array([14, 25, 18, 33], dtype=uint8)
 
-    `texts` is as with `py2code_batch`.
+    `texts`, `strict` and `errors` are as with `py2code_batch`.
     """
-    return SyllableBatch(*_core.py2ph_batch(_row(texts), language))
+    call = _Call(texts, language, errors, fallback)
+    result = _core.py2ph_batch(*call.arguments, call.is_strict(strict))
+    phones, phone_offsets, codes, tones, offsets, status = result
+    return SyllableBatch(offsets, status, phones, phone_offsets, codes, tones, language)
 
 
-def pr2ph_batch(texts: Texts, language: LanguageName = "mandarin") -> IdBatch:
+def pr2ph_batch(
+    texts: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> IdBatch:
     """Parses many pronunciation strings into phone-id sequences, each as `pr2ph` does.
 
     >>> pr2ph_batch(["hh ax 0, l ow 1"], "english").ids
     array([33, 16,  0, 36, 23,  1], dtype=uint8)
 
-    `texts` is as with `py2code_batch`.
+    `texts` and `errors` are as with `py2code_batch`. Nothing of a text that converts is lost.
     """
-    return IdBatch(*_core.pr2ph_batch(_row(texts), language))
+    call = _Call(texts, language, errors, fallback)
+    ids, offsets, status = _core.pr2ph_batch(*call.arguments)
+    return IdBatch(offsets, status, ids)
 
 
 def pyw2py_batch(
-    words: Texts, language: LanguageName = "mandarin", *, backward: bool = False
+    words: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    backward: bool = False,
+    strict: Optional[bool] = None,
+    errors: Errors = "raise",
+    fallback: bool = False,
 ) -> PieceBatch:
     """Cuts many romanised words into their syllables, each as `pyw2py` does.
 
     >>> pyw2py_batch(["fangan", "xian"], backward=True).piece_offsets
     array([ 0,  3,  6, 10])
 
-    `words` is as the texts of `py2code_batch`.
+    `words`, `strict` and `errors` are as the `texts` and so on of `py2code_batch`.
     """
-    return PieceBatch(*_core.pyw2py_batch(_row(words), language, bool(backward)))
+    call = _Call(words, language, errors, fallback)
+    result = _core.pyw2py_batch(*call.arguments, bool(backward), call.is_strict(strict))
+    data, piece_offsets, offsets, status = result
+    return PieceBatch(offsets, status, data, piece_offsets)
 
 
-def normalize_batch(texts: Texts, language: LanguageName = "mandarin") -> TextBatch:
+def normalize_batch(
+    texts: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> TextBatch:
     """Normalises many texts with all rules that are in use by default.
 
     >>> bytes(normalize_batch(["HH AH0 L OW1"], "english").data)
     b'hh ax 0, l ow 1'
 
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
-    English as by `arpabet_to_pronunciation`; an unregistered language is read as Mandarin. `texts`
-    is as with `py2code_batch`.
+    English as by `arpabet_to_pronunciation`. A word without tones stays whole, syllables or not:
+    `analyze_batch` reads it. `texts` and `errors` are as with `py2code_batch`.
     """
-    return TextBatch(*_core.normalize_batch(_row(texts), language))
+    call = _Call(texts, language, errors, fallback)
+    data, offsets, status = _core.normalize_batch(*call.arguments)
+    return TextBatch(offsets, status, data)
 
 
-def to_arrow(batch: Batch) -> Any:
+def analyze_batch(
+    texts: Texts,
+    language: LanguageName = "mandarin",
+    *,
+    rules: Rules = None,
+    aliases: AliasesLike = None,
+    cutting: Cutting = "whole",
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> AnalysisBatch:
+    """Reads many texts as people write them, each as `analyze` does, and loses nothing of any.
+
+    >>> batch = analyze_batch(["Nǐ hǎo", "yipinguo", "ni3 xyz"])
+    >>> batch.codes, batch.offsets
+    (array([2243, 1173, 3705, 2545, 1125], dtype=uint16), array([0, 2, 5, 5]))
+    >>> Status(batch.status[2]), batch.problem_starts[2]
+    (<Status.UNKNOWN_SYLLABLE: 2>, 4)
+
+    Each text is converted whole or not at all: its status is 0, or the kind of its first problem.
+    `rules`, `aliases` and `cutting` are as with `analyze`, `texts` and `errors` as with
+    `py2code_batch`.
+    """
+    call = _Call(texts, language, errors, fallback)
+    phones, phone_offsets, codes, tones, offsets, status, starts, stops = _core.analyze_batch(
+        *call.arguments, rule_bits(rules), core_aliases(aliases), cutting_number(cutting)
+    )
+    syllables = offsets, status, phones, phone_offsets, codes, tones, language
+    return AnalysisBatch(*syllables, starts, stops)
+
+
+def to_arrow(batch: Batch[Any]) -> Any:
     """A batch as a pyarrow array of one list (or, from `normalize_batch`, one string) a text.
 
     >>> to_arrow(py2code_batch(["ni3hao3", "xyz3"])).to_pylist()  # doctest: +SKIP
     [[2243, 1173], None]
 
     Elements are codes, phone ids, pieces, or structs of a syllable's code, tone and phones. A text
-    that failed is null; a text with problems keeps what was placed. Needs pyarrow.
+    whose status is not 0 is null. Needs pyarrow.
     """
     try:
         import numpy as np
@@ -215,24 +449,27 @@ def to_arrow(batch: Batch) -> Any:
     except ImportError as error:
         raise ImportError("to_arrow needs pyarrow, which is not installed") from error
     if isinstance(batch, TextBatch):
-        return _strings(pa, batch.data, batch.offsets)
+        return _strings(pa, batch.data, batch.offsets, np.packbits(batch.status == 0, None, "little"))
     if isinstance(batch, CodeBatch):
         values = pa.array(batch.codes)
     elif isinstance(batch, IdBatch):
         values = pa.array(batch.ids)
     elif isinstance(batch, PieceBatch):
         values = _strings(pa, batch.data, batch.piece_offsets)
-    else:
+    elif isinstance(batch, SyllableBatch):
         phones = pa.LargeListArray.from_arrays(
             pa.array(batch.phone_offsets), pa.array(batch.phones)
         )
         columns = [pa.array(batch.codes), pa.array(batch.tones), phones]
         values = pa.StructArray.from_arrays(columns, names=["code", "tone", "phones"])
+    else:
+        raise TypeError(f"to_arrow takes what a batch function returns, not {type(batch).__name__}")
     # A list whose offset is null is null itself; the last offset belongs to no list.
     is_null = np.append(batch.status != 0, False)
     return pa.LargeListArray.from_arrays(pa.array(batch.offsets, mask=is_null), values)
 
 
-def _strings(pa: Any, data: Bytes, offsets: Offsets) -> Any:
+def _strings(pa: Any, data: Bytes, offsets: Offsets, validity: Optional[Bytes] = None) -> Any:
     buffers = [pa.py_buffer(offsets), pa.py_buffer(data)]
-    return pa.LargeStringArray.from_buffers(len(offsets) - 1, *buffers)
+    bits = None if validity is None else pa.py_buffer(validity)
+    return pa.LargeStringArray.from_buffers(len(offsets) - 1, *buffers, bits)

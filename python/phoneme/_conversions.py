@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+from collections.abc import Sequence
 from typing import TYPE_CHECKING, Any, Literal, Optional, Union, overload
 
 from phoneme import _core
@@ -11,6 +12,7 @@ from phoneme._errors import (
     LanguageName,
     Text,
     raise_for_code,
+    raise_for_phone,
     raise_for_phone_ids,
     raise_for_pinyin,
     raise_for_pronunciation,
@@ -22,6 +24,8 @@ if TYPE_CHECKING:
     import numpy as np
     from numpy.typing import NDArray
 
+    from phoneme._core import SyllableWithGaps
+
     PhoneIds = Union[bytes, bytearray, memoryview, NDArray[np.uint8]]
 else:
     PhoneIds = Any  # NumPy is imported by the first batch
@@ -30,35 +34,75 @@ else:
 # Tables
 
 
-def phones(language: LanguageName) -> tuple[Phone, ...]:
+def phones(language: LanguageName, *, fallback: bool = False) -> tuple[Phone, ...]:
     """The phone table of a language, in the order of the ids.
 
     >>> [phone.name for phone in phones("english")[:4]]
     ['sil', 'aa', 'ae', 'ah']
 
-    An unregistered language is served by American English when its id is 20000 to 29999, else by
-    Mandarin.
+    With `fallback` an unregistered language is served by American English when its id is 20000 to
+    29999, else by Mandarin.
     """
-    return _core.phones(language)
+    return _core.phones(language, fallback)
 
 
-def phone(language: LanguageName, id_or_name: Union[int, Text]) -> Optional[Phone]:
+@overload
+def phone(
+    id_or_name: Union[int, Text],
+    language: LanguageName = ...,
+    *,
+    errors: Literal["raise"] = ...,
+    fallback: Literal[False] = ...,
+) -> Phone: ...
+
+
+@overload
+def phone(
+    id_or_name: Union[int, Text],
+    language: LanguageName = ...,
+    *,
+    errors: Literal["none"],
+    fallback: bool = ...,
+) -> Optional[Phone]: ...
+
+
+@overload
+def phone(
+    id_or_name: Union[int, Text],
+    language: LanguageName = ...,
+    *,
+    errors: Errors = ...,
+    fallback: bool,
+) -> Optional[Phone]: ...
+
+
+def phone(
+    id_or_name: Union[int, Text],
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> Optional[Phone]:
     """The phone of an id or a name.
 
-    >>> phone("mandarin", 14), phone("mandarin", "n")
-    (Phone(mandarin, 14, 'n'), Phone(mandarin, 14, 'n'))
+    >>> phone(14), phone("n"), phone("zh", "english")
+    (Phone(14, mandarin, 'n'), Phone(14, mandarin, 'n'), Phone(40, english, 'zh'))
 
-    What is unknown gives row 0, silence; the Mandarin names "E" and "ng", which syllables use and
-    no phone carries, give None. Of two phones of one name it is the first. An unregistered
-    language is served as by `phones`.
+    Of two phones of one name it is the first. An id or a name that no phone has is a
+    ConversionError, or None with errors="none". With `fallback` the library answers: what is
+    unknown gives row 0, silence, and the Mandarin names "E" and "ng", which syllables use and no
+    phone carries, give None; an unregistered language is served as by `phones`.
     """
-    return _core.phone(language, id_or_name)
+    result = _core.phone(id_or_name, language, fallback)
+    if result is None or errors != "raise":
+        settle(result is None and not fallback, errors, raise_for_phone, id_or_name, language)
+    return result
 
 
 def phone_feature(phone: Phone, index: int) -> str:
     """Character `index` of a phone's articulatory features; "" where it has none.
 
-    >>> phone_feature(phone("english", "aa"), 0), phone_feature(phone("mandarin", "a"), 0)
+    >>> phone_feature(phone("aa", "english"), 0), phone_feature(phone("a"), 0)
     ('+', '')
 
     By position: 0 vowel or not, 1 vowel kind (long, short, diphthong, a reduced), 2 height (1
@@ -67,15 +111,15 @@ def phone_feature(phone: Phone, index: int) -> str:
     return phone.feature[index : index + 1] if index >= 0 else ""
 
 
-def syllables(language: LanguageName) -> tuple[SyllableRow, ...]:
+def syllables(language: LanguageName, *, fallback: bool = False) -> tuple[SyllableRow, ...]:
     """The syllable table of a language, in the order of the ids; empty for American English.
 
     >>> len(syllables("mandarin")), syllables("cantonese")[0]
-    (417, SyllableRow(cantonese, 0, 'aa'))
+    (417, SyllableRow(0, cantonese, 'aa'))
 
-    An unregistered language is served by Mandarin.
+    With `fallback` an unregistered language is served by Mandarin.
     """
-    return _core.syllables(language)
+    return _core.syllables(language, fallback)
 
 
 # Romanised text
@@ -83,35 +127,39 @@ def syllables(language: LanguageName) -> tuple[SyllableRow, ...]:
 
 @overload
 def py2ph(
-    text: Text, language: LanguageName = ..., *, errors: Literal["raise"] = ...
+    text: Text, language: LanguageName = ..., *, errors: Literal["raise"] = ..., fallback: bool = ...
 ) -> list[Syllable]: ...
 
 
 @overload
 def py2ph(
-    text: Text, language: LanguageName = ..., *, errors: Literal["none"]
+    text: Text, language: LanguageName = ..., *, errors: Literal["none"], fallback: bool = ...
 ) -> Optional[list[Syllable]]: ...
 
 
 def py2ph(
-    text: Text, language: LanguageName = "mandarin", *, errors: Errors = "raise"
+    text: Text,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
 ) -> Optional[list[Syllable]]:
     """Converts romanised text to syllables with phones.
 
     >>> py2ph("ni3hao3")
-    [Syllable(mandarin, 'n i', code=2243, tone=3), Syllable(mandarin, 'h ao', code=1173, tone=3)]
+    [Syllable('n i', mandarin, code=2243, tone=3), Syllable('h ao', mandarin, code=1173, tone=3)]
     >>> py2ph("ni3 xyz3", errors="none") is None
     True
 
-    A digit closes the syllable in front of it, a capital opens one, and white space, "'" and "`"
-    stand between syllables. A run of letters that is no syllable is cut by longest match, and what
-    no match reaches is dropped ("hello" is "he"); a run that a digit closes is never cut. A
-    syllable without a tone digit has the top tone (5, in Cantonese 7).
+    A digit closes the syllable before it, a capital opens one, and white space, "'" and "`"
+    separate syllables. A run of letters that is not a syllable is cut by longest match, and what no
+    match reaches is dropped ("hello" is "he"; `analyze` reports it); a run that a digit closes is
+    never cut. A syllable without a tone digit has the top tone (5, in Cantonese 7).
 
-    A piece that is no syllable is a ConversionError, or None with errors="none". An unregistered
-    language is served by Mandarin.
+    A piece that is not a syllable is a ConversionError, or None with errors="none". With `fallback`
+    an unregistered language is served by Mandarin.
     """
-    result = _core.py2ph(text, language)
+    result = _core.py2ph(text, language, fallback)
     if result is None or errors != "raise":
         settle(result is None, errors, raise_for_pinyin, text, language)
     return result
@@ -119,18 +167,22 @@ def py2ph(
 
 @overload
 def py2code(
-    text: Text, language: LanguageName = ..., *, errors: Literal["raise"] = ...
+    text: Text, language: LanguageName = ..., *, errors: Literal["raise"] = ..., fallback: bool = ...
 ) -> list[int]: ...
 
 
 @overload
 def py2code(
-    text: Text, language: LanguageName = ..., *, errors: Literal["none"]
+    text: Text, language: LanguageName = ..., *, errors: Literal["none"], fallback: bool = ...
 ) -> Optional[list[int]]: ...
 
 
 def py2code(
-    text: Text, language: LanguageName = "mandarin", *, errors: Errors = "raise"
+    text: Text,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
 ) -> Optional[list[int]]:
     """Converts romanised text to syllable codes: row of the syllable table * 10 + tone.
 
@@ -139,14 +191,18 @@ def py2code(
 
     Text, failures and languages are as with `py2ph`.
     """
-    codes = _core.py2code(text, language)
+    codes = _core.py2code(text, language, fallback)
     if codes is None or errors != "raise":
         settle(codes is None, errors, raise_for_pinyin, text, language)
     return codes
 
 
 def pyw2py(
-    word: Text, language: LanguageName = "mandarin", *, backward: bool = False
+    word: Text,
+    language: LanguageName = "mandarin",
+    *,
+    backward: bool = False,
+    fallback: bool = False,
 ) -> list[str]:
     """Cuts a romanised word into its syllables.
 
@@ -158,13 +214,15 @@ def pyw2py(
     The pieces are in lower case, tone digits still attached. With `backward` a run of letters is
     cut by longest suffix and its syllables come last one first; runs between separators keep their
     order. Pieces are not checked: "xyz3" is passed on as it stands, and a word that cannot be cut
-    gives fewer or none. Bytes that are no UTF-8 become surrogate escapes. An unregistered language
-    is served by Mandarin.
+    gives fewer or none. Bytes that are no UTF-8 become surrogate escapes. With `fallback` an
+    unregistered language is served by Mandarin.
     """
-    return _core.pyw2py(word, language, backward)
+    return _core.pyw2py(word, language, backward, fallback)
 
 
-def tone_adaptation(tone: int, language: LanguageName = "mandarin") -> int:
+def tone_adaptation(
+    tone: int, language: LanguageName = "mandarin", *, fallback: bool = False
+) -> int:
     """Folds a tone, -128 to 127, into the range of a language: 1 to 7 for Cantonese, else 1 to 5.
 
     >>> tone_adaptation(6), tone_adaptation(0), tone_adaptation(0, "cantonese")
@@ -173,7 +231,7 @@ def tone_adaptation(tone: int, language: LanguageName = "mandarin") -> int:
     A tone out of range is its remainder by the top of the range, where 0 becomes the top; the
     remainder keeps the sign.
     """
-    return _core.tone_adaptation(tone, language)
+    return _core.tone_adaptation(tone, language, fallback)
 
 
 # Syllable codes
@@ -181,44 +239,81 @@ def tone_adaptation(tone: int, language: LanguageName = "mandarin") -> int:
 
 @overload
 def code2ph(
-    code: int, language: LanguageName = ..., *, errors: Literal["raise"] = ...
+    code: int, language: LanguageName = ..., *, errors: Literal["raise"] = ..., fallback: bool = ...
 ) -> Syllable: ...
 
 
 @overload
 def code2ph(
-    code: int, language: LanguageName = ..., *, errors: Literal["none"]
+    code: int, language: LanguageName = ..., *, errors: Literal["none"], fallback: bool = ...
 ) -> Optional[Syllable]: ...
 
 
 def code2ph(
-    code: int, language: LanguageName = "mandarin", *, errors: Errors = "raise"
+    code: int,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
 ) -> Optional[Syllable]:
     """Expands a syllable code, 0 to 65535, into a syllable with phones.
 
     >>> code2ph(2243)
-    Syllable(mandarin, 'n i', code=2243, tone=3)
+    Syllable('n i', mandarin, code=2243, tone=3)
 
     The tone is the last decimal digit, not folded. A code without a row is a ConversionError, or
-    None with errors="none". An unregistered language is served by Mandarin.
+    None with errors="none". With `fallback` an unregistered language is served by Mandarin.
     """
-    syllable = _core.code2ph(code, language)
+    syllable = _core.code2ph(code, language, fallback)
     if syllable is None or errors != "raise":
         settle(syllable is None, errors, raise_for_code, code, language)
     return syllable
 
 
-def code2py(code: int, language: LanguageName = "mandarin", *, with_tone: bool = True) -> str:
+@overload
+def code2py(
+    code: int,
+    language: LanguageName = ...,
+    *,
+    with_tone: bool = ...,
+    errors: Literal["raise"] = ...,
+    fallback: bool = ...,
+) -> str: ...
+
+
+@overload
+def code2py(
+    code: int,
+    language: LanguageName = ...,
+    *,
+    with_tone: bool = ...,
+    errors: Literal["none"],
+    fallback: bool = ...,
+) -> Optional[str]: ...
+
+
+def code2py(
+    code: int,
+    language: LanguageName = "mandarin",
+    *,
+    with_tone: bool = True,
+    errors: Errors = "raise",
+    fallback: bool = False,
+) -> Optional[str]:
     """Spells a syllable code, 0 to 65535.
 
     >>> code2py(2243), code2py(2243, with_tone=False)
     ('ni3', 'ni')
 
-    The tone is the last decimal digit as it stands, 0 included. A code beyond the table is spelt
-    as row 0 ("a", in Cantonese "aa"), and in American English, which has no syllables, as "". An
-    unregistered language is served by Mandarin, then always with the tone.
+    The tone is the last decimal digit as it is, 0 included. A code without a row is a
+    ConversionError, or None with errors="none". With `fallback` the library answers: such a code is
+    spelt as row 0 ("a", in Cantonese "aa"), and in American English, which has no syllables, as "";
+    an unregistered language is served by Mandarin, then always with the tone.
     """
-    return _core.code2py(code, language, with_tone)
+    result = _core.code2py(code, language, with_tone, fallback)
+    if result is None or errors != "raise":
+        settle(result is None, errors, raise_for_code, code, language)
+    return result
 
 
 # Pronunciation strings and phone-id sequences
@@ -231,6 +326,7 @@ def pr2ph(
     *,
     as_ids: Literal[False] = ...,
     errors: Literal["raise"] = ...,
+    fallback: Literal[False] = ...,
 ) -> list[Syllable]: ...
 
 
@@ -240,8 +336,31 @@ def pr2ph(
     language: LanguageName = ...,
     *,
     as_ids: Literal[False] = ...,
+    errors: Literal["raise"] = ...,
+    fallback: bool,
+) -> Sequence[SyllableWithGaps]: ...
+
+
+@overload
+def pr2ph(
+    pronunciation: Text,
+    language: LanguageName = ...,
+    *,
+    as_ids: Literal[False] = ...,
     errors: Literal["none"],
+    fallback: Literal[False] = ...,
 ) -> Optional[list[Syllable]]: ...
+
+
+@overload
+def pr2ph(
+    pronunciation: Text,
+    language: LanguageName = ...,
+    *,
+    as_ids: Literal[False] = ...,
+    errors: Literal["none"],
+    fallback: bool,
+) -> Optional[Sequence[SyllableWithGaps]]: ...
 
 
 @overload
@@ -251,6 +370,7 @@ def pr2ph(
     *,
     as_ids: Literal[True],
     errors: Literal["raise"] = ...,
+    fallback: bool = ...,
 ) -> bytes: ...
 
 
@@ -261,6 +381,7 @@ def pr2ph(
     *,
     as_ids: Literal[True],
     errors: Literal["none"],
+    fallback: bool = ...,
 ) -> Optional[bytes]: ...
 
 
@@ -271,7 +392,8 @@ def pr2ph(
     *,
     as_ids: bool,
     errors: Literal["raise"] = ...,
-) -> Union[list[Syllable], bytes]: ...
+    fallback: bool = ...,
+) -> Union[Sequence[SyllableWithGaps], bytes]: ...
 
 
 @overload
@@ -281,7 +403,8 @@ def pr2ph(
     *,
     as_ids: bool,
     errors: Literal["none"],
-) -> Union[list[Syllable], bytes, None]: ...
+    fallback: bool = ...,
+) -> Union[Sequence[SyllableWithGaps], bytes, None]: ...
 
 
 def pr2ph(
@@ -290,67 +413,74 @@ def pr2ph(
     *,
     as_ids: bool = False,
     errors: Errors = "raise",
-) -> Union[list[Syllable], bytes, None]:
+    fallback: bool = False,
+) -> Any:
     """Parses a pronunciation string into syllables, or with `as_ids` into a phone-id sequence.
 
     >>> pr2ph("hh ax 0, l ow 1", "english")
-    [Syllable(english, 'hh ax'), Syllable(english, 'l ow', raw_tone=1)]
+    [Syllable('hh ax', english), Syllable('l ow', english, raw_tone=1)]
     >>> list(pr2ph("n i 3, h ao 3", as_ids=True))
     [24, 35, 3, 28, 43, 3]
 
     Syllables are separated by ","; a syllable is phone names and one closing digit, separated by
-    single spaces. The digit is `raw_tone`, taken as it is. The Mandarin names "E" and "ng", which
-    no phone carries, give None among the phones and fail with `as_ids`.
+    single spaces. The digit is `raw_tone`, taken as it is.
 
-    A wrong phone or digit is a ConversionError, or None with errors="none". An unregistered
-    language is served by American English.
+    A wrong phone or digit is a ConversionError, or None with errors="none". So are the Mandarin
+    names "E" and "ng", which no phone carries. With `fallback` the library answers: they are None
+    among the phones, but still fail with `as_ids`; and an unregistered language is served by
+    American English.
     """
+    explain = raise_for_pronunciation_ids
     if as_ids:
-        phone_ids = _core.pr2ph_ids(pronunciation, language)
+        phone_ids = _core.pr2ph_ids(pronunciation, language, fallback)
         if phone_ids is None or errors != "raise":
-            explain = raise_for_pronunciation_ids
             settle(phone_ids is None, errors, explain, pronunciation, language)
         return phone_ids
-    result = _core.pr2ph(pronunciation, language)
+    result = _core.pr2ph(pronunciation, language, fallback)
     if result is None or errors != "raise":
-        settle(result is None, errors, raise_for_pronunciation, pronunciation, language)
+        explain = raise_for_pronunciation if fallback else explain
+        settle(result is None, errors, explain, pronunciation, language)
     return result
 
 
 @overload
 def ph2ph(
-    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["raise"] = ...
+    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["raise"] = ..., fallback: bool = ...
 ) -> list[Syllable]: ...
 
 
 @overload
 def ph2ph(
-    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["none"]
+    phone_ids: PhoneIds, language: LanguageName = ..., *, errors: Literal["none"], fallback: bool = ...
 ) -> Optional[list[Syllable]]: ...
 
 
 def ph2ph(
-    phone_ids: PhoneIds, language: LanguageName = "mandarin", *, errors: Errors = "raise"
+    phone_ids: PhoneIds,
+    language: LanguageName = "mandarin",
+    *,
+    errors: Errors = "raise",
+    fallback: bool = False,
 ) -> Optional[list[Syllable]]:
     """Regroups a phone-id sequence into syllables.
 
     >>> ph2ph(bytes([24, 35, 3]))
-    [Syllable(mandarin, 'n i', raw_tone=3)]
+    [Syllable('n i', mandarin, raw_tone=3)]
 
     A byte of 10 to 255 is the phone of id byte - 10; 0 to 9 closes a syllable and is its digit.
-    Phones behind the last closing byte are dropped. `phone_ids` is bytes, or any contiguous buffer
+    Phones after the last closing byte are dropped. `phone_ids` is bytes, or any contiguous buffer
     of single bytes in one dimension, as a bytearray or a NumPy array of uint8.
 
-    A byte that names no phone is a ConversionError, or None with errors="none". An unregistered
-    language is served by American English.
+    A byte that names no phone is a ConversionError, or None with errors="none". With `fallback` an
+    unregistered language is served by American English.
     """
-    result = _core.ph2ph(phone_ids, language)
+    result = _core.ph2ph(phone_ids, language, fallback)
     if result is None or errors != "raise":
         settle(result is None, errors, raise_for_phone_ids, phone_ids, language)
     return result
 
 
-def ph2tp(phone_id: int, language: LanguageName = "mandarin") -> int:
+def ph2tp(phone_id: int, language: LanguageName = "mandarin", *, fallback: bool = False) -> int:
     """Tells what a byte of a phone-id sequence is: 1 closes a syllable (0 to 9), 2 is a phone.
 
     >>> ph2tp(3), ph2tp(24)
@@ -358,7 +488,7 @@ def ph2tp(phone_id: int, language: LanguageName = "mandarin") -> int:
 
     The answer is the same in every language.
     """
-    return _core.ph2tp(phone_id, language)
+    return _core.ph2tp(phone_id, language, fallback)
 
 
 # Lexicon phone classes: the numbers that a pronunciation lexicon stores
@@ -382,13 +512,16 @@ def lexicon_en_phone_id(name: Text) -> int:
     return _core.lexicon_en_phone_id(name)
 
 
-def lexicon_module_phone_type(name: Text, language: LanguageName = "mandarin") -> int:
+def lexicon_module_phone_type(
+    name: Text, language: LanguageName = "mandarin", *, fallback: bool = False
+) -> int:
     """The lexicon's class of a phone name in a Chinese language.
 
     >>> [lexicon_module_phone_type(name) for name in ("sil", "zz", "zh")]
     [0, 1, 2]
 
     0 is silence ("sil" and "ssil"), 2 any other phone of the language and 1 an unknown name. In
-    every language but Mandarin and Cantonese it is 0.
+    every language but Mandarin and Cantonese it is 0, with `fallback` also in one that is not
+    registered.
     """
-    return _core.lexicon_module_phone_type(name, language)
+    return _core.lexicon_module_phone_type(name, language, fallback)

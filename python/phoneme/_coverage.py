@@ -99,7 +99,7 @@ class _Counts:
 
     def _add_syllable(self, syllable: phoneme.Syllable, digit: str) -> None:
         self._seen.tones[digit] += 1
-        self._seen.phones.update(phone.id for phone in syllable.phones if phone is not None)
+        self._seen.phones.update(phone.id for phone in syllable.phones)
 
     def _add_problems(self, text: str, problems: Sequence[phoneme.Problem]) -> None:
         self._flawed_entries += bool(problems)

@@ -6,10 +6,10 @@ Conversions themselves only say that they failed. What is done here costs nothin
 from __future__ import annotations
 
 import operator
+import re
 from typing import (
     Any,
     Callable,
-    Iterator,
     Literal,
     NoReturn,
     Optional,
@@ -24,7 +24,6 @@ LanguageName = Union[str, SupportsIndex]
 Text = Union[str, bytes]
 Errors = Literal["raise", "none"]
 
-_SEPARATORS = b" \t\n\v\f\r'`"
 _BLANKS = b" \t\r\n"
 
 
@@ -86,6 +85,11 @@ def named(language: LanguageName) -> str:
     return f"language {number}" if number.bit_length() <= 64 else "an unregistered language"
 
 
+def check_errors(errors: str) -> None:
+    if errors not in ("raise", "none"):
+        raise ValueError(f"errors must be 'raise' or 'none', not {errors!r}")
+
+
 def settle(
     is_failed: bool,
     errors: str,
@@ -97,8 +101,7 @@ def settle(
 
     Any other value of `errors` than the two is a ValueError, also after a success.
     """
-    if errors not in ("raise", "none"):
-        raise ValueError(f"errors must be 'raise' or 'none', not {errors!r}")
+    check_errors(errors)
     if is_failed and errors == "raise":
         explain(text, language)
 
@@ -118,50 +121,20 @@ def _bytes(text: Text) -> bytes:
     return text.encode("utf-8", "surrogatepass") if isinstance(text, str) else bytes(text)
 
 
+# What the library cuts a text into before it looks for syllables: a digit closes a piece and a
+# capital opens one, and white space, the apostrophe and the grave accent are between pieces.
+_PIECE = re.compile(rb"[0-9]|[^0-9\s'`][^0-9A-Z\s'`]*[0-9]?")
+
+
 def raise_for_pinyin(text: Text, language: LanguageName) -> NoReturn:
     """Raises for the first piece of a romanised text that is no syllable."""
     data = _bytes(text)
-    for begin, end in _pieces(data, language):
+    for piece in _PIECE.finditer(data):
         # The space in front keeps a piece from being cut as a whole text would be.
-        if _core.py2code(b" " + data[begin:end], language) is None:
+        if _core.py2code(b" " + piece[0], language, True) is None:
+            begin, end = piece.span()
             _raise(text, data, begin, end, language, f"is no syllable of {named(language)}")
     raise AssertionError("no piece of a text that failed is wrong")
-
-
-def _pieces(data: bytes, language: LanguageName) -> Iterator[tuple[int, int]]:
-    """Where the pieces of a text stand that the library cuts it into."""
-    end = 0
-    for cut in _core.pyw2py(data, language, False):
-        piece = cut.encode("utf-8", "surrogateescape")
-        begin = _find_piece(data, piece, end)
-        end = begin + len(piece)
-        yield begin, end
-
-
-def _find_piece(data: bytes, piece: bytes, end: int) -> int:
-    """Where `piece` stands in `data` behind `end`, where the piece before it ends.
-
-    Letters that no syllable begins with are dropped, and might look like the piece: it begins at
-    `end` or where a run does, and ends with its run unless it is letters that go on.
-    """
-    for begin in range(end, len(data)):
-        found = data[begin : begin + len(piece)]
-        if found[:1].lower() + found[1:] == piece:
-            is_at_front = begin == end or _begins_run(data, begin)
-            if is_at_front and (piece.isalpha() or _ends_run(data, begin + len(piece))):
-                return begin
-    raise AssertionError("a piece is not in its text")
-
-
-def _begins_run(data: bytes, begin: int) -> bool:
-    before = data[begin - 1 : begin]
-    return before in _SEPARATORS or before.isdigit() or data[begin : begin + 1].isupper()
-
-
-def _ends_run(data: bytes, end: int) -> bool:
-    if data[end - 1 : end].isdigit() or end == len(data):
-        return True
-    return data[end : end + 1] in _SEPARATORS or data[end : end + 1].isupper()
 
 
 def raise_for_pronunciation(text: Text, language: LanguageName) -> NoReturn:
@@ -175,12 +148,14 @@ def raise_for_pronunciation_ids(text: Text, language: LanguageName) -> NoReturn:
 
 
 def _raise_for_pronunciation(
-    text: Text, language: LanguageName, parse: Callable[[bytes, LanguageName], Optional[object]]
+    text: Text,
+    language: LanguageName,
+    parse: Callable[[bytes, LanguageName, bool], Optional[object]],
 ) -> NoReturn:
     data = _bytes(text)
     begin = 0
     for field in data.split(b","):
-        if parse(field, language) is None:
+        if parse(field, language, True) is None:
             break
         begin += len(field) + 1
     begin += len(field) - len(field.lstrip(_BLANKS))
@@ -189,7 +164,7 @@ def _raise_for_pronunciation(
         end = begin + len(pieces[0])
         _raise(text, data, begin, end, language, "stands alone: a syllable is phones and a digit")
     for piece in pieces[:-1]:
-        if parse(piece + b" 0", language) is None:
+        if parse(piece + b" 0", language, True) is None:
             reason = f"is no phone of {named(language)}" if piece else "is empty: a space too many"
             _raise(text, data, begin, begin + len(piece), language, reason)
         begin += len(piece) + 1
@@ -201,7 +176,7 @@ def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
     data = memoryview(phone_ids).tobytes()
     for offset in range(len(data)):
         piece = data[offset : offset + 1]
-        if _core.ph2ph(piece, language) is None:
+        if _core.ph2ph(piece, language, True) is None:
             reason = f"is no phone of {named(language)}"
             raise ConversionError(data, piece, offset, language, reason)
     raise AssertionError("no byte of a sequence that failed is wrong")
@@ -211,6 +186,18 @@ def raise_for_code(code: int, language: LanguageName) -> NoReturn:
     """Raises for a syllable code without a row."""
     text = str(int(code))
     raise ConversionError(text, text, 0, language, f"is no syllable code of {named(language)}")
+
+
+def raise_for_phone(id_or_name: Union[int, Text], language: LanguageName) -> NoReturn:
+    """Raises for an id or a name that no phone has."""
+    text = id_or_name if isinstance(id_or_name, (str, bytes)) else _digits(id_or_name)
+    raise ConversionError(text, text, 0, language, f"is no phone of {named(language)}")
+
+
+def _digits(number: SupportsIndex) -> str:
+    """The digits of a number, unless they are thousands, which Python refuses to write."""
+    value = operator.index(number)
+    return str(value) if value.bit_length() <= 64 else "an int of more than 64 bits"
 
 
 def raise_for_item(items: Sequence[Any], index: int, language: LanguageName) -> NoReturn:

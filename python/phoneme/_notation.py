@@ -7,8 +7,10 @@ str, bytes of bytes.
 from __future__ import annotations
 
 import enum
+import functools
 from dataclasses import dataclass
 from typing import (
+    TYPE_CHECKING,
     Any,
     Callable,
     Iterable,
@@ -27,6 +29,9 @@ from phoneme import _core
 from phoneme._core import Syllable
 from phoneme._errors import Errors, LanguageName, Text, raise_for_item, settle
 
+if TYPE_CHECKING:
+    from phoneme._core import SyllableWithGaps
+
 Cutting = Literal["whole", "forward", "backward", "none"]
 Spacing = Literal["word", "space"]
 
@@ -36,6 +41,11 @@ class Rule(str, enum.Enum):
 
     >>> normalize_pinyin("lu:4", rules=[Rule.DIAERESIS]) == normalize_pinyin("lu:4", ["diaeresis"])
     True
+    >>> normalize_pinyin("lu:4 nar4", rules=["no-erhua", "no-fused-erhua"]).text
+    'lv4'
+
+    A name is spelled as the command line tool spells it. With "no-" before each of them, rules are
+    those in use by default without these.
     """
 
     FULL_WIDTH = "full-width"  #: full-width letters and digits to ASCII
@@ -291,18 +301,54 @@ def parse_aliases(text: Text) -> Aliases:
     return aliases
 
 
-def _core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:
+@functools.cache
+def shipped_aliases() -> Aliases:
+    """The aliases that the package ships: spellings found in Cantonese corpora, as of syllables
+    without their ng, and the syllables that stand for them.
+
+    >>> analyze("ni5 hou2", "cantonese", aliases=shipped_aliases()).problems
+    ()
+    """
+    import importlib.resources  # takes longer than the package
+
+    table = importlib.resources.files("phoneme") / "jyutping_aliases.tsv"
+    return parse_aliases(table.read_bytes())
+
+
+def core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:
     if aliases is None:
         return None
     return (aliases if isinstance(aliases, Aliases) else Aliases(aliases))._table
 
 
-def _rule_bits(rules: Optional[Iterable[Union[Rule, str]]]) -> Optional[int]:
+#: Rules by their members or names; None for those in use by default.
+Rules = Optional[Iterable[Union[Rule, str]]]
+
+
+def rule_bits(rules: Rules) -> Optional[int]:
     if rules is None:
         return None
     if isinstance(rules, str):
         raise TypeError("rules must be an iterable of rules, not one str")
-    return sum(1 << _core.RULE_NAMES.index(rule.value) for rule in {Rule(rule) for rule in rules})
+    names = {rule.value if isinstance(rule, Rule) else rule for rule in rules}
+    switches = {name: _SWITCHES[name] for name in names if name in _SWITCHES}
+    unknown = sorted(repr(name) for name in names - switches.keys())
+    if unknown:
+        known = ", ".join(_core.RULE_NAMES)
+        raise ValueError(f'unknown rule {", ".join(unknown)}; the rules, also with "no-", are {known}')
+    bits = sum(bit for bit, _ in switches.values())
+    directions = {is_on for _, is_on in switches.values()}
+    if len(directions) == 2:
+        raise ValueError('rules are names, or names with "no-" before each, not both')
+    return bits if directions <= {True} else _core.DEFAULT_RULES & ~bits
+
+
+# The bit of each name of a rule, and whether it is switched on.
+_SWITCHES = {
+    prefix + name: (1 << i, not prefix)
+    for i, name in enumerate(_core.RULE_NAMES)
+    for prefix in ("", "no-")
+}
 
 
 # Results are made for each call, and these are quicker than the constructors.
@@ -346,7 +392,7 @@ def _normalized(result: _core.Normalized) -> Normalized:
     return _new(Normalized, (text, origins, _applied(applied), _problems(problems)))
 
 
-def normalize_pinyin(text: Text, rules: Optional[Iterable[Union[Rule, str]]] = None) -> Normalized:
+def normalize_pinyin(text: Text, rules: Rules = None) -> Normalized:
     """Converts Pinyin as dictionaries, corpora and people write it to the library's notation.
 
     >>> normalize_pinyin("Xī'ān, lu:4").text
@@ -357,12 +403,12 @@ def normalize_pinyin(text: Text, rules: Optional[Iterable[Union[Rule, str]]] = N
     `text` is one line or entry: whether it has tones is decided for all of it. A word of a text
     without tones stays whole, see `cut_whole`. Without `rules`, all rules for Pinyin are in use.
     """
-    return _normalized(_core.normalize_pinyin(text, _rule_bits(rules)))
+    return _normalized(_core.normalize_pinyin(text, rule_bits(rules)))
 
 
 def normalize_jyutping(
     text: Text,
-    rules: Optional[Iterable[Union[Rule, str]]] = None,
+    rules: Rules = None,
     aliases: AliasesLike = None,
 ) -> Normalized:
     """Converts Jyutping as dictionaries and corpora write it to the library's notation.
@@ -374,11 +420,11 @@ def normalize_jyutping(
 
     `aliases` maps spellings to the syllables that replace them. Otherwise as `normalize_pinyin`.
     """
-    return _normalized(_core.normalize_jyutping(text, _rule_bits(rules), _core_aliases(aliases)))
+    return _normalized(_core.normalize_jyutping(text, rule_bits(rules), core_aliases(aliases)))
 
 
 def arpabet_to_pronunciation(
-    phones: Text, rules: Optional[Iterable[Union[Rule, str]]] = None
+    phones: Text, rules: Rules = None
 ) -> Normalized:
     """Converts the pronunciation of a word from ARPAbet to a pronunciation string.
 
@@ -388,7 +434,7 @@ def arpabet_to_pronunciation(
     Each vowel makes a syllable; consonants between two are cut by maximal onset. Without `rules`,
     all rules for ARPAbet but Rule.SECOND_STRESS are in use.
     """
-    return _normalized(_core.arpabet_to_pronunciation(phones, _rule_bits(rules)))
+    return _normalized(_core.arpabet_to_pronunciation(phones, rule_bits(rules)))
 
 
 def pronunciation_to_arpabet(pronunciation: Text) -> Normalized:
@@ -400,13 +446,21 @@ def pronunciation_to_arpabet(pronunciation: Text) -> Normalized:
     return _normalized(_core.pronunciation_to_arpabet(pronunciation))
 
 
+def cutting_number(cutting: Cutting) -> int:
+    ways = ("whole", "forward", "backward", "none")
+    if cutting not in ways:
+        raise ValueError(f"cutting must be one of {ways}, not {cutting!r}")
+    return ways.index(cutting)
+
+
 def analyze(
     text: Text,
     language: LanguageName = "mandarin",
     *,
-    rules: Optional[Iterable[Union[Rule, str]]] = None,
+    rules: Rules = None,
     aliases: AliasesLike = None,
     cutting: Cutting = "whole",
+    fallback: bool = False,
 ) -> Analysis:
     """Reads a text syllable by syllable, and finds everything in it that cannot be read.
 
@@ -418,14 +472,11 @@ def analyze(
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
     English as by `arpabet_to_pronunciation`. Words without tones are cut "whole" (so that every
     letter finds its syllable, if that can be), "forward" or "backward" (by longest match), or not
-    at all ("none": each word is one syllable). An unregistered language is read as Mandarin.
+    at all ("none": each word is one syllable). With `fallback` an unregistered language is read as
+    Mandarin.
     """
-    ways = ("whole", "forward", "backward", "none")
-    if cutting not in ways:
-        raise ValueError(f"cutting must be one of {ways}, not {cutting!r}")
-    syllables, separators, applied, problems = _core.analyze(
-        text, language, _rule_bits(rules), _core_aliases(aliases), ways.index(cutting)
-    )
+    how = rule_bits(rules), core_aliases(aliases), cutting_number(cutting)
+    syllables, separators, applied, problems = _core.analyze(text, language, *how, fallback)
     read = tuple(
         [
             _new(AnalyzedSyllable, (spelling, digit, _new(Range, at), row, syllable))
@@ -440,7 +491,13 @@ def _cut(syllables: tuple[_core.CutSyllable, ...]) -> tuple[CutSyllable, ...]:
     return tuple([_new(CutSyllable, (_new(Range, at), row)) for at, row in syllables])
 
 
-def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: int = 0) -> Cut:
+def cut_whole(
+    letters: Text,
+    language: LanguageName = "mandarin",
+    *,
+    max_cuts: int = 0,
+    fallback: bool = False,
+) -> Cut:
     """Cuts a word without tones so that every letter finds its syllable, if that can be.
 
     >>> word = "yipinguo"
@@ -450,10 +507,12 @@ def cut_whole(letters: Text, language: LanguageName = "mandarin", *, max_cuts: i
     Longest match from the front would give "yi" and "ping", and lose the rest. The best cut leaves
     the fewest letters out, of those has the fewest syllables, and of those costs the least: a
     syllable costs how rare it is, and more within a word when it begins with a, e or o or is m, n
-    or ng. Mandarin m, n, ng, hm and hng are never cut off a word. A capital opens a syllable. At most `max_cuts` cuts that cover the word are listed. An unregistered
-    language is served by Mandarin.
+    or ng. Mandarin m, n, ng, hm and hng are never cut off a word. A capital opens a syllable. At
+    most `max_cuts` cuts that cover the word are listed. With `fallback` an unregistered language is
+    served by Mandarin.
     """
-    covers, syllables, count, cuts, differ = _core.cut_whole(letters, language, max_cuts)
+    result = _core.cut_whole(letters, language, max_cuts, fallback)
+    covers, syllables, count, cuts, differ = result
     return Cut(covers, _cut(syllables), count, tuple(_cut(cut) for cut in cuts), differ)
 
 
@@ -535,18 +594,18 @@ def jyutping(
 
 @overload
 def pronunciation_string(
-    syllables: Iterable[Syllable], *, errors: Literal["raise"] = ...
+    syllables: Iterable[SyllableWithGaps], *, errors: Literal["raise"] = ...
 ) -> str: ...
 
 
 @overload
 def pronunciation_string(
-    syllables: Iterable[Syllable], *, errors: Literal["none"]
+    syllables: Iterable[SyllableWithGaps], *, errors: Literal["none"]
 ) -> Optional[str]: ...
 
 
 def pronunciation_string(
-    syllables: Iterable[Syllable], *, errors: Errors = "raise"
+    syllables: Iterable[Any], *, errors: Errors = "raise"
 ) -> Optional[str]:
     """Writes syllables of any language as a pronunciation string, for `pr2ph` to read back.
 

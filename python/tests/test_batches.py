@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import pickle
 import sys
 from collections import Counter
 from typing import Any, Iterator, cast
@@ -10,6 +11,7 @@ import numpy as np
 import pandas as pd
 import phoneme
 import pytest
+from phoneme import Status
 
 TEXTS = ["ni3hao3", "", "xyz3", "Xi'an", "漢字", "nǐ3", "\ud800", "er2 ma5", "ni3" * 50, "hello"]
 PRONUNCIATIONS = ["n i 3, h ao 3", "", "n", "E 3", "h ao 3, xx 1", "n i 3, aa", "a 1 2"]
@@ -20,21 +22,35 @@ def _lists(values: Any, offsets: Any) -> list[list[int]]:
     return [values[a:b].tolist() for a, b in zip(offsets, offsets[1:])]
 
 
+def _arrays(batch: Any) -> dict[str, Any]:
+    return {name: value for name, value in vars(batch).items() if name != "language"}
+
+
 def _same(a: Any, b: Any) -> bool:
+    pairs = zip(_arrays(a).values(), _arrays(b).values())
     return type(a) is type(b) and all(
-        x.dtype == y.dtype and x.tolist() == y.tolist() for x, y in zip(a, b)
+        x.dtype == y.dtype and x.tolist() == y.tolist() for x, y in pairs
     )
+
+
+def _dtypes(batch: Any) -> dict[str, str]:
+    return {name: array.dtype.name for name, array in _arrays(batch).items()}
 
 
 @pytest.mark.parametrize("language", ["mandarin", "cantonese", "english", 12345])
 def test_codes_and_syllables(language: Any) -> None:
-    singles = [phoneme.py2ph(text, language, errors="none") for text in TEXTS]
-    codes: Any = phoneme.py2code_batch(TEXTS, language)
-    batch: Any = phoneme.py2ph_batch(TEXTS, language)
-    assert [array.dtype.name for array in codes] == ["uint16", "int64", "uint8"]
-    assert [array.dtype.name for array in batch] == [
-        "uint8", "int64", "uint16", "int8", "int64", "uint8"
-    ]  # fmt: skip
+    singles = [phoneme.py2ph(text, language, errors="none", fallback=True) for text in TEXTS]
+    codes = phoneme.py2code_batch(TEXTS, language, fallback=True)
+    batch = phoneme.py2ph_batch(TEXTS, language, fallback=True)
+    assert _dtypes(codes) == {"offsets": "int64", "status": "uint8", "codes": "uint16"}
+    assert _dtypes(batch) == {
+        "offsets": "int64", "status": "uint8", "phones": "uint8", "phone_offsets": "int64",
+        "codes": "uint16", "tones": "int8",
+    }  # fmt: skip
+    assert batch.tolist() == singles
+    assert codes.tolist() == [
+        phoneme.py2code(text, language, errors="none", fallback=True) for text in TEXTS
+    ]
     flat = [syllable for single in singles for syllable in single or []]
     expected = [[syllable.code for syllable in single or []] for single in singles]
     assert _lists(codes.codes, codes.offsets) == _lists(batch.codes, batch.offsets) == expected
@@ -49,11 +65,13 @@ def test_codes_and_syllables(language: Any) -> None:
 
 @pytest.mark.parametrize("language", ["mandarin", "cantonese", "english", 12345])
 def test_phone_ids(language: Any) -> None:
-    batch: Any = phoneme.pr2ph_batch(PRONUNCIATIONS, language)
+    batch = phoneme.pr2ph_batch(PRONUNCIATIONS, language, fallback=True)
     singles = [
-        phoneme.pr2ph(text, language, as_ids=True, errors="none") for text in PRONUNCIATIONS
+        phoneme.pr2ph(text, language, as_ids=True, errors="none", fallback=True)
+        for text in PRONUNCIATIONS
     ]
-    assert [array.dtype.name for array in batch] == ["uint8", "int64", "uint8"]
+    assert _dtypes(batch) == {"offsets": "int64", "status": "uint8", "ids": "uint8"}
+    assert batch.tolist() == singles
     assert _lists(batch.ids, batch.offsets) == [list(single or b"") for single in singles]
     assert batch.status.tolist() == [int(single is None) for single in singles]
 
@@ -66,9 +84,9 @@ def test_pieces(backward: bool) -> None:
     pieces = [data[a:b].decode("utf-8", "surrogatepass") for a, b in zip(ends, ends[1:])]
     offsets = batch.offsets.tolist()
     assert ends[-1] == len(data) and offsets[-1] == len(pieces)
-    assert [pieces[a:b] for a, b in zip(offsets, offsets[1:])] == [
-        phoneme.pyw2py(text, backward=backward) for text in TEXTS
-    ]
+    singles = [phoneme.pyw2py(text, backward=backward) for text in TEXTS]
+    assert [pieces[a:b] for a, b in zip(offsets, offsets[1:])] == singles == batch.tolist()
+    assert phoneme.pyw2py_batch([b"\xff3", "\ud8003"]).tolist() == [["\udcff3"], ["\ud8003"]]
     assert batch.status.tolist() == [0] * len(TEXTS)
 
 
@@ -83,14 +101,186 @@ def test_pieces(backward: bool) -> None:
 )
 def test_normalized_texts(language: Any, normalize: Any) -> None:
     texts = [*TEXTS, "Nǐ hǎo", "nei5hou2", "HH AH0 L OW1"]
-    batch = phoneme.normalize_batch(texts, language)
+    batch = phoneme.normalize_batch(texts, language, fallback=True)
     singles = [normalize(text) for text in texts]
     data = bytes(batch.data).decode()
     assert [data[a:b] for a, b in zip(batch.offsets, batch.offsets[1:])] == [
         single.text for single in singles
     ]
-    assert batch.status.tolist() == [int(bool(single.problems)) for single in singles]
-    assert 0 < sum(batch.status) < len(texts)
+    assert batch.status.tolist() == [
+        Status[single.problems[0].kind.name] if single.problems else 0 for single in singles
+    ]
+    assert batch.tolist() == [None if single.problems else single.text for single in singles]
+    assert 0 < sum(batch.status > 0) < len(texts)
+
+
+ANALYSED: list[Any] = [
+    *TEXTS, "Nǐ hǎo", "yipinguo", "fangan", "lu:4 cha2", "san1 P", "ni9", "漢 ni3 xyz ni9",
+    "é漢 hoa3".encode(), "wan2gung1", "HH AH0 L OW1", "HH QQ", "AE K S", b"\xff",
+]  # fmt: skip
+
+
+@pytest.mark.parametrize("language", ["mandarin", "cantonese", "english", 12345])
+@pytest.mark.parametrize(
+    "options",
+    [{}, {"cutting": "backward"}, {"rules": ["no-diaeresis", "no-missing-stress"]},
+     {"rules": []}, {"aliases": {"xyz": "nei"}}],
+)  # fmt: skip
+def test_analyses(language: Any, options: Any) -> None:
+    batch = phoneme.analyze_batch(ANALYSED, language, fallback=True, **options)
+    singles = [
+        phoneme.analyze(text, language, fallback=True, **options) for text in ANALYSED
+    ]
+    first = [single.problems[0] if single.problems else None for single in singles]
+    assert batch.status.tolist() == [Status[problem.kind.name] if problem else 0 for problem in first]
+    assert batch.problem_starts.tolist() == [problem.range[0] if problem else -1 for problem in first]
+    assert batch.problem_stops.tolist() == [problem.range[1] if problem else -1 for problem in first]
+    assert batch.tolist() == [
+        None if single.problems else [read.syllable for read in single.syllables]
+        for single in singles
+    ]
+    read = [syllable for syllables in batch for syllable in syllables or []]
+    assert (read or options == {"rules": []}) and batch.tones.tolist() == [s.tone or s.raw_tone for s in read]
+    assert batch.codes.tolist() == [s.code for s in read]
+    assert 0 < sum(batch.status > 0) < len(ANALYSED)
+    assert _dtypes(batch) == {
+        "offsets": "int64", "status": "uint8", "phones": "uint8", "phone_offsets": "int64",
+        "codes": "uint16", "tones": "int8", "problem_starts": "int64", "problem_stops": "int64",
+    }  # fmt: skip
+
+
+def test_places_are_bytes_in_buffers() -> None:
+    texts = ["漢ni3", "ni3 漢字", "ni3"]
+    as_str = phoneme.analyze_batch(texts)
+    assert (as_str.problem_starts.tolist(), as_str.problem_stops.tolist()) == ([0, 4, -1], [1, 6, -1])
+    encoded = [text.encode() for text in texts]
+    pair = (b"".join(encoded), np.cumsum([0, *map(len, encoded)]))
+    for as_bytes in (phoneme.analyze_batch(encoded), phoneme.analyze_batch(pair)):
+        assert as_bytes.problem_starts.tolist() == [0, 4, -1]
+        assert as_bytes.problem_stops.tolist() == [3, 10, -1]
+
+
+def test_status_has_every_kind_of_problem() -> None:
+    for i, kind in enumerate(phoneme.ProblemKind):
+        assert Status[kind.name] == 2 + i
+    names = {kind.name for kind in phoneme.ProblemKind}
+    assert {status.name for status in Status} - names == {"CONVERTED", "FAILED", "MISSING"}
+    assert (Status.CONVERTED, Status.FAILED, Status.MISSING) == (0, 1, 255)
+
+
+# Text, and the status with strict=True of its codes and of its pieces.
+LOSSES = [
+    ("ni3hao3", 0, 0),
+    ("", 0, 0),
+    (" '`\t\n\v\f\r", 0, 0),
+    ("Xi'an", 0, 0),
+    ("NiHao", 0, 0),
+    ("beijing", 0, 0),
+    ("ni3 er", 0, 0),
+    ("hello", 3, 3),
+    ("xx", 3, 3),
+    ("ni3 hello", 3, 3),
+    ("ni3\0", 3, 3),
+    ("漢字", 3, 3),
+    ("ni3 漢", 3, 3),
+    ("\ud800", 3, 3),
+    (b"\xff", 3, 3),
+    ("xyz3", 1, 0),  # a piece, though not a syllable
+    ("ni3 n-i", 1, 0),
+]
+
+
+@pytest.mark.parametrize("text, of_codes, of_pieces", LOSSES)
+def test_strict_batches_lose_nothing(text: Any, of_codes: int, of_pieces: int) -> None:
+    for function in (phoneme.py2code_batch, phoneme.py2ph_batch):
+        batch: Any = function([text, "ni3"], strict=True)
+        assert batch.status.tolist() == [of_codes, 0] and batch.codes[-1] == 2243
+        assert (batch[0] is None) == (of_codes != 0)
+        assert len(batch.codes) == 1 + len(batch[0] or [])
+        plain: Any = function([text, "ni3"])
+        assert plain.status.tolist() == [int(of_codes == 1), 0]
+        assert _same(plain, function([text, "ni3"], strict=False))
+    for backward in (False, True):
+        pieces = phoneme.pyw2py_batch([text, "ni3"], backward=backward, strict=True)
+        # From the end "hello" has no syllable at all, and "xyz" is cut where it was closed.
+        assert pieces.status.tolist() == [of_pieces, 0] and pieces[1] == ["ni3"]
+        assert (pieces[0] is None) == (of_pieces != 0)
+        assert phoneme.pyw2py_batch([text], backward=backward).status.tolist() == [0]
+
+
+NORMALIZED = ["xx", "hello", "beijing", "Nǐ hǎo", "san1 P", "hoa3", "ni9", "yipinguo"]
+NORMALIZED_STATUS = [3, 3, 0, 0, 5, 2, 4, 3]
+
+
+def test_what_was_normalised_is_not_lost_in_silence() -> None:
+    batch = phoneme.normalize_batch(NORMALIZED)
+    assert batch.status.tolist() == [0, 0, 0, 0, 5, 2, 4, 0]
+    codes = [phoneme.py2code(text or "") if status == 0 else None
+             for text, status in zip(batch, NORMALIZED_STATUS)]  # fmt: skip
+    copy = pickle.loads(pickle.dumps(batch))
+    forms: list[Any] = [batch, (batch.data, batch.offsets), (bytes(batch.data), batch.offsets), copy]
+    for form in forms:
+        for function in (phoneme.py2code_batch, phoneme.py2ph_batch):
+            converted: Any = function(form)
+            assert converted.status.tolist() == NORMALIZED_STATUS
+            assert [[s if isinstance(s, int) else s.code for s in syllables] if syllables else None
+                    for syllables in converted] == codes  # fmt: skip
+        pieces = phoneme.pyw2py_batch(form)
+        assert pieces.status.tolist() == NORMALIZED_STATUS and pieces[2] == ["bei", "jing"]
+        # Not strict: letters are dropped, but what was a problem stays one.
+        assert phoneme.py2code_batch(form, strict=False).status.tolist() == batch.status.tolist()
+        assert phoneme.analyze_batch(form).status.tolist() == [2, 3, *batch.status.tolist()[2:]]
+    # A bare copy of the text has no memory of it.
+    bare = (bytes(batch.data), batch.offsets.copy())
+    assert phoneme.py2code_batch(bare).status.tolist() == [0] * 8
+
+
+def test_normalised_pronunciations() -> None:
+    texts: list[Any] = ["HH AH0", "HH QQ OW1", None]
+    form: Any
+    batch = phoneme.normalize_batch(texts, "english", errors="none")
+    assert batch.status.tolist() == [0, Status.UNKNOWN_PHONE, Status.MISSING]
+    for form in (batch, (batch.data, batch.offsets)):
+        ids = phoneme.pr2ph_batch(form, "english")
+        assert ids.status.tolist() == batch.status.tolist() and ids.offsets.tolist() == [0, 3, 3, 3]
+        again = phoneme.normalize_batch(form, "english")
+        assert again.status.tolist()[1:] == [Status.UNKNOWN_PHONE, Status.MISSING]
+
+
+def test_a_status_for_another_number_of_texts() -> None:
+    batch = phoneme.normalize_batch(["ni3", "xx5"])
+    for offsets in (batch.offsets[:2], batch.offsets[1:]):
+        assert len(phoneme.py2code_batch((batch.data, offsets)).status) == 1
+    with pytest.raises(ValueError, match="^2 texts have the status of 3$"):
+        phoneme._core.py2code_batch(
+            (batch.data, batch.offsets), "mandarin", False, False, np.zeros(3, np.uint8), True
+        )
+
+
+def test_batches_are_sequences() -> None:
+    batch = phoneme.py2code_batch(["ni3hao3", "xyz3", "", "ma"])
+    items: list[Any] = [[2243, 1173], None, [], [1945]]
+    assert len(batch) == 4 and list(batch) == batch.tolist() == items == batch[:]
+    assert [batch[i] for i in range(-4, 4)] == items * 2
+    assert batch[1:3] == [None, []] and batch[::-2] == [[1945], None] and batch[np.int64(0)] == items[0]
+    assert list(reversed(batch)) == items[::-1] and [2243, 1173] in batch
+    assert batch.index([1945]) == 3 and batch.count(None) == 1
+    for beyond in (4, -5):
+        with pytest.raises(IndexError):
+            batch[beyond]
+    wrong: Any
+    for wrong in ("codes", 1.0, None):
+        with pytest.raises(TypeError):
+            batch[wrong]
+    with pytest.raises(AttributeError):
+        batch.codes = batch.codes  # type: ignore[misc]
+    assert [type(item) for item in phoneme.pr2ph_batch(["n i 3"])] == [bytes]
+    assert [type(code) for code in batch[0] or []] == [int, int]
+    codes: Any
+    for function in BATCHES:
+        whole = function(["ni3", "xyz 9"])
+        copy = pickle.loads(pickle.dumps(whole))
+        assert _same(copy, whole) and copy.tolist() == whole.tolist() and len(whole) == 2
 
 
 BATCHES: list[Any] = [
@@ -99,14 +289,16 @@ BATCHES: list[Any] = [
     phoneme.pr2ph_batch,
     phoneme.pyw2py_batch,
     phoneme.normalize_batch,
+    phoneme.analyze_batch,
 ]
+
+MISSING: list[Any] = [None, float("nan"), np.float64("nan"), pd.NA, pd.NaT]
 
 
 @pytest.mark.parametrize("function", BATCHES)
 def test_the_forms_of_texts(function: Any) -> None:
     texts = [text for text in [*TEXTS, *PRONUNCIATIONS] if "\ud800" not in text]
     encoded = [text.encode() for text in texts]
-    expected = function(texts)
     ends = np.cumsum([0, *map(len, encoded)])
     data = b"".join(encoded)
     forms: list[Any] = [
@@ -114,7 +306,6 @@ def test_the_forms_of_texts(function: Any) -> None:
         iter(texts),
         (text for text in texts),
         dict.fromkeys(texts).keys() if len(set(texts)) == len(texts) else texts,
-        encoded,
         np.array(texts, dtype=object),
         np.array(texts),
         pd.Series(texts),
@@ -122,14 +313,20 @@ def test_the_forms_of_texts(function: Any) -> None:
         pd.Series(texts, dtype="string"),
         pd.Series(texts, dtype="category"),
         pd.Index(texts),
+    ]
+    of_bytes: list[Any] = [
+        iter(encoded),
+        np.array(encoded, dtype=object),
         (data, ends.astype(np.int64)),
         (data, ends.astype(np.int32)),
         (bytearray(data), ends.astype(np.int32).data),
         (np.frombuffer(data, dtype=np.uint8), ends),
         (b"zz" + data + b"z", ends + 2),  # a slice of longer buffers
     ]
-    for form in forms:
-        assert _same(function(form), expected)
+    for expected, same in ((function(texts), forms), (function(encoded), of_bytes)):
+        for form in same:
+            assert _same(function(form), expected)
+    assert function(texts).tolist() == function(encoded).tolist()
 
 
 @pytest.mark.parametrize("function", BATCHES)
@@ -142,11 +339,32 @@ def test_no_texts(function: Any) -> None:
 
 
 @pytest.mark.parametrize("function", BATCHES)
-@pytest.mark.parametrize("other", [None, float("nan"), 3, ["ni3"], bytearray(b"x"), np.int64(3)])
+@pytest.mark.parametrize("other", [*MISSING, 3, 1.5, ["ni3"], bytearray(b"x"), np.int64(3)])
 def test_what_is_no_text(function: Any, other: Any) -> None:
+    is_missing = any(other is missing for missing in MISSING)
     for texts in (["a", "b", other], iter(["a", "b", other]), pd.Series(["a", "b", other])):
-        with pytest.raises(TypeError, match=r"texts\[2\] must be str or bytes, not"):
+        with pytest.raises(TypeError, match=r"^texts\[2\] must be str or bytes, not") as caught:
             function(texts)
+        assert str(caught.value).endswith("; errors=\"none\" takes it as a text that failed") == is_missing
+        if not is_missing:
+            with pytest.raises(TypeError, match=r"^texts\[2\] must be str or bytes, not [\w.]+$"):
+                function(["a", "b", other], errors="none")
+
+
+@pytest.mark.parametrize("function", BATCHES)
+def test_missing_texts(function: Any) -> None:
+    texts = ["ni3", *MISSING, "xyz3", ""]
+    given: Any
+    for given in (texts, iter(texts), pd.Series(texts, dtype=object), np.array(texts, dtype=object),
+                  pd.Series(["ni3", *[None] * 5, "xyz3", ""], dtype="string")):  # fmt: skip
+        batch = function(given, errors="none")
+        assert batch.status.tolist()[1:6] == [Status.MISSING] * 5
+        plain = function(["ni3", "xyz3", ""])
+        assert batch.tolist() == [plain[0], *[None] * 5, plain[1], plain[2]]
+        assert batch.offsets[1:6].tolist() == [plain.offsets[1]] * 5
+    assert function([None], errors="none").tolist() == [None]
+    with pytest.raises(ValueError, match="^errors must be 'raise' or 'none', not 'skip'$"):
+        function(["ni3"], errors="skip")
 
 
 @pytest.mark.parametrize("function", BATCHES)
@@ -188,6 +406,8 @@ def test_a_tuple_of_two_texts_is_two_texts() -> None:
         (b"ni3", np.array([0, 1, 3])[::2], ValueError),
         (b"ni3", np.array([[0, 3]]), ValueError),
         (b"ni3", np.array([0, 3], dtype=np.uint64), TypeError),
+        (b"ni3", np.array([0, 3], dtype=">i8"), TypeError),
+        (b"ni3", np.array([0, 3], dtype=">i4"), TypeError),
         (b"ni3", np.array([0, 3], dtype=np.int16), TypeError),
         (b"ni3", np.array([0.0, 3.0]), TypeError),
         (b"ni3", memoryview(np.array([0, 3]).tobytes()), TypeError),
@@ -276,9 +496,11 @@ class _Arrow:
 
     class LargeStringArray:
         @staticmethod
-        def from_buffers(length: int, offsets: Any, data: Any) -> list[str]:
+        def from_buffers(length: int, offsets: Any, data: Any, bits: Any) -> list[Any]:
             assert offsets.dtype == np.int64 and len(offsets) == length + 1
-            return [bytes(data[a:b]).decode() for a, b in zip(offsets, offsets[1:])]
+            valid = [bits is None or bits[i // 8] >> i % 8 & 1 for i in range(length)]
+            texts = [bytes(data[a:b]).decode() for a, b in zip(offsets, offsets[1:])]
+            return [text if is_valid else None for text, is_valid in zip(texts, valid)]
 
     class LargeListArray:
         @staticmethod
@@ -302,7 +524,15 @@ def test_to_arrow(monkeypatch: pytest.MonkeyPatch) -> None:
     assert codes == [None, [2243, 1173], [], None, [1945], None]
     assert phoneme.to_arrow(phoneme.pr2ph_batch(["n i 3", "n"])) == [[24, 35, 3], None]
     assert phoneme.to_arrow(phoneme.pyw2py_batch(["fangan", ""])) == [["fang", "an"], []]
-    assert phoneme.to_arrow(phoneme.normalize_batch(["Nǐ", "P"])) == ["ni3", ""]
+    assert phoneme.to_arrow(phoneme.normalize_batch(["Nǐ", "P", *["ma5"] * 9])) == [
+        "ni3", None, *["ma5"] * 9
+    ]  # fmt: skip
+    assert phoneme.to_arrow(phoneme.analyze_batch(["Nǐ", "P"])) == [
+        [{"code": 2243, "tone": 3, "phones": [14, 25]}], None
+    ]  # fmt: skip
+    other: Any = ["ni3"]
+    with pytest.raises(TypeError, match="^to_arrow takes what a batch function returns, not list$"):
+        phoneme.to_arrow(other)
     assert phoneme.to_arrow(phoneme.py2ph_batch(["ni3", "x3"])) == [
         [{"code": 2243, "tone": 3, "phones": [14, 25]}],
         None,

@@ -16,7 +16,7 @@ CHINESE = ["mandarin", "cantonese"]
 TOPS = {"mandarin": 5, "cantonese": 7}
 
 
-def _names(syllables: Optional[list[phoneme.Syllable]]) -> list[str]:
+def _names(syllables: Any) -> list[str]:
     assert syllables is not None
     return [" ".join(p.name if p else "-" for p in s.phones) for s in syllables]
 
@@ -50,8 +50,10 @@ def test_every_code(language: str) -> None:
     for code in range(65536):
         row = rows[code // 10] if code // 10 < len(rows) else None
         spelling = (row or rows[0]).pinyin
-        assert phoneme.code2py(code, language) == f"{spelling}{code % 10}"
-        assert phoneme.code2py(code, language, with_tone=False) == spelling
+        assert phoneme.code2py(code, language, fallback=True) == f"{spelling}{code % 10}"
+        assert phoneme.code2py(code, language, with_tone=False, fallback=True) == spelling
+        own = phoneme.code2py(code, language, errors="none")
+        assert own == (f"{spelling}{code % 10}" if row else None)
         syllable = phoneme.code2ph(code, language, errors="none")
         if row is None:
             assert syllable is None
@@ -98,8 +100,9 @@ def test_every_tone(language: str) -> None:
 def test_py2code(text: Any, language: Any, codes: Optional[list[int]]) -> None:
     if codes is None and text == "nei5hou2":
         codes = phoneme.py2code("nei5", language) + phoneme.py2code("hou2", language)
-    assert phoneme.py2code(text, language, errors="none") == codes
-    syllables = phoneme.py2ph(text, language, errors="none")
+    known = isinstance(language, str)
+    assert phoneme.py2code(text, language, errors="none", fallback=not known) == codes
+    syllables = phoneme.py2ph(text, language, errors="none", fallback=not known)
     assert (None if syllables is None else [s.code for s in syllables]) == codes
 
 
@@ -123,10 +126,10 @@ def test_pyw2py(word: Any, backward: bool, pieces: list[str]) -> None:
 @pytest.mark.parametrize("language", list(golden.LANGUAGES))
 def test_every_phone_in_pronunciations(language: str) -> None:
     for phone in phoneme.phones(language):
-        first = phoneme.phone(language, phone.name)
+        first = phoneme.phone(phone.name, language)
         assert first is not None
         text = f"{phone.name} 7"
-        expected = phoneme.Syllable(language, [first], raw_tone=7)
+        expected = phoneme.Syllable([first], language, raw_tone=7)
         assert phoneme.pr2ph(text, language) == [expected]
         ids = phoneme.pr2ph(text, language, as_ids=True)
         assert ids == bytes([first.id + 10, 7])
@@ -134,11 +137,25 @@ def test_every_phone_in_pronunciations(language: str) -> None:
 
 
 def test_pronunciations() -> None:
-    assert _names(phoneme.pr2ph(" E 3,, n i 3\n")) == ["-", "n i"]
+    assert _names(phoneme.pr2ph(" E 3,, n i 3\n", fallback=True)) == ["-", "n i"]
     assert phoneme.pr2ph("E 3", as_ids=True, errors="none") is None
     assert phoneme.pr2ph("", as_ids=True) == b"" and phoneme.pr2ph("") == []
-    assert phoneme.pr2ph("hh ax 0", 12345)[0].language is phoneme.Language.AMERICAN_ENGLISH
+    assert phoneme.pr2ph("hh ax 0", 12345, fallback=True)[0].language is phoneme.Language.AMERICAN_ENGLISH
     assert phoneme.pr2ph(b"n i 3") == phoneme.pr2ph("n i 3")
+
+
+@pytest.mark.parametrize(
+    "code, language, answer",
+    [(4170, "mandarin", "a0"), (9999, "mandarin", "a9"), (6190, "cantonese", "aa0"),
+     (65535, "cantonese", "aa5"), (0, "english", ""), (2243, "english", "")],
+)  # fmt: skip
+def test_codes_without_rows(code: int, language: str, answer: str) -> None:
+    with pytest.raises(phoneme.ConversionError) as caught:
+        phoneme.code2py(code, language)
+    assert str(caught.value) == f"'{code}' at 0 is no syllable code of {language}"
+    assert phoneme.code2py(code, language, errors="none") is None
+    assert phoneme.code2py(code, language, fallback=True) == answer
+    assert phoneme.code2py(4169, with_tone=False) == phoneme.syllables("mandarin")[-1].pinyin
 
 
 def test_phone_ids() -> None:
@@ -150,7 +167,7 @@ def test_phone_ids() -> None:
                  memoryview(ids).cast("c"), array, array.view(np.int8), array.copy(),
                  np.stack([array, array])[1], (ctypes.c_ubyte * 6)(*ids)):  # fmt: skip
         assert phoneme.ph2ph(same) == expected
-    assert phoneme.ph2ph(b"\x03") == [phoneme.Syllable("mandarin", [], raw_tone=3)]
+    assert phoneme.ph2ph(b"\x03") == [phoneme.Syllable([], "mandarin", raw_tone=3)]
     assert phoneme.ph2ph(b"\x18") == []  # nothing closes the syllable
     assert [phoneme.ph2tp(i) for i in range(256)] == [1] * 10 + [2] * 246
     wrong: Any
@@ -184,7 +201,7 @@ def test_lexicon_classes() -> None:
             assert phoneme.lexicon_module_phone_type(row.name, language) == expected
         assert phoneme.lexicon_module_phone_type("ssil", language) == 0
     assert phoneme.lexicon_module_phone_type("aa", "english") == 0
-    assert phoneme.lexicon_module_phone_type("a", 12345) == 0
+    assert phoneme.lexicon_module_phone_type("a", 12345, fallback=True) == 0
 
 
 TEXT_FUNCTIONS = [
@@ -210,7 +227,7 @@ CODE_FUNCTIONS: list[Any] = [
     phoneme.code2ph,
     phoneme.code2py,
     lambda code: phoneme.jyutping([code]),
-    lambda code: phoneme.Syllable("mandarin", [], code),
+    lambda code: phoneme.Syllable([], "mandarin", code),
 ]
 
 
@@ -248,4 +265,5 @@ def test_functions_pickle_and_show_their_signatures() -> None:
     assert len(functions) > 30
     for function in functions:
         assert pickle.loads(pickle.dumps(function)) is function
-    assert list(inspect.signature(phoneme.py2ph).parameters) == ["text", "language", "errors"]
+    signature = inspect.signature(phoneme.py2ph)
+    assert list(signature.parameters) == ["text", "language", "errors", "fallback"]

@@ -3,12 +3,13 @@
 from __future__ import annotations
 
 import pickle
+import types
 from typing import Any
 
 import numpy as np
 import phoneme
 import pytest
-from phoneme import ConversionError
+from phoneme import ConversionError, _core, _errors
 
 
 def _error(function: Any, *arguments: Any, **options: Any) -> ConversionError:
@@ -63,6 +64,8 @@ def test_pinyin(text: Any, piece: Any, offset: int) -> None:
         ("n  i 3", "mandarin", False, "", 2, "space"),
         (" \tn i x\r\n, n", "mandarin", False, "x", 6, "digit"),
         ("E 3, ng 3", "mandarin", True, "E", 0, "no phone"),
+        ("n i 3, ng 3", "mandarin", False, "ng", 7, "no phone of mandarin"),
+        ("n E i 3, n x 3", "mandarin", False, "E", 2, "no phone of mandarin"),
         ("hh 漢 0", "english", False, "漢", 3, "no phone of english"),
         ("hh ax 0, \ud800 1", 12345, False, "\ud800", 9, "no phone of language 12345"),
         (b"hh \xff 0", 20000, True, b"\xff", 3, "no phone of english"),
@@ -73,7 +76,8 @@ def test_pinyin(text: Any, piece: Any, offset: int) -> None:
 def test_pronunciations(
     text: Any, language: Any, as_ids: bool, piece: Any, offset: int, reason: str
 ) -> None:
-    error = _error(phoneme.pr2ph, text, language, as_ids=as_ids)
+    fallback = language == 12345
+    error = _error(phoneme.pr2ph, text, language, as_ids=as_ids, fallback=fallback)
     assert (error.text, error.piece, error.offset) == (text, piece, offset)
     assert reason in str(error) and error.language == language
 
@@ -123,18 +127,90 @@ def test_languages_in_messages() -> None:
         (-(10**5000), "an unregistered language"),
     ]
     for language, named in cases:
-        error = _error(phoneme.py2code, "xyz3", language)
+        error = _error(phoneme.py2code, "xyz3", language, fallback=True)
         assert str(error) == f"'xyz3' at 0 is no syllable of {named}"
-        error = _error(phoneme.code2ph, 65535, language)
+        error = _error(phoneme.code2ph, 65535, language, fallback=True)
         assert str(error) == f"'65535' at 0 is no syllable code of {named}"
 
 
-def test_languages_without_rows() -> None:
-    for language, shown in ((12345, "12345"), (10**5000, "an int of more than 64 bits")):
-        with pytest.raises(ValueError, match=f"^no row 3 in language {shown}$"):
-            phoneme.Phone(language, 3)
-        with pytest.raises(ValueError, match=f"^no language {shown}$"):
-            phoneme.Syllable(language, [])
+def test_gaps_are_no_failure_of_the_library() -> None:
+    error = _error(phoneme.pr2ph, "E i 3, E xx 3", "mandarin", fallback=True)
+    assert (error.piece, error.offset) == ("xx", 9)
+    assert [None in s.phones for s in phoneme.pr2ph("E i 3, a 3", fallback=True)] == [True, False]
+    assert phoneme.pr2ph("E i 3", errors="none") is None
+
+
+class Counted(bytes):
+    """Bytes that count how many of them are copied."""
+
+    copied = 0
+
+    def __getitem__(self, place: Any) -> Any:
+        found = super().__getitem__(place)
+        Counted.copied += len(found) if isinstance(place, slice) else 1
+        return found
+
+
+@pytest.mark.parametrize(
+    "text, piece",
+    [
+        ("v" * 2000 + " " + "x" * 2000 + "3", "x" * 2000 + "3"),  # letters dropped before it
+        ("v" * 4000 + "3", "v" * 4000 + "3"),
+        ("ni3" * 1000 + "hello " * 1000 + "xyz3", "xyz3"),
+        ("v " * 1000 + "vx" * 1000 + "3", "vx" * 1000 + "3"),
+        ("Vv" * 1000 + "v" * 2000 + "n3", "Vv" + "v" * 2000 + "n3"),
+    ],
+)
+def test_the_search_for_the_piece_is_linear(
+    text: str, piece: str, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    tried: list[int] = []
+
+    def py2code(data: Any, *others: Any) -> Any:
+        tried.append(len(data))
+        return _core.py2code(data, *others)
+
+    counting = types.SimpleNamespace(**vars(_core))
+    counting.py2code = py2code
+    monkeypatch.setattr(_errors, "_core", counting)
+    monkeypatch.setattr(_errors, "_bytes", lambda text: Counted(text.encode()))
+    Counted.copied = 0
+    with pytest.raises(ConversionError) as caught:
+        phoneme.py2code(text)
+    assert (caught.value.piece, caught.value.offset) == (piece, len(text) - len(piece))
+    # Each byte is looked at by one call, with a space for each piece, and copied for the message.
+    assert sum(tried) <= 2 * len(text) and len(tried) <= len(text)
+    assert Counted.copied <= 3 * len(text)
+
+
+@pytest.mark.parametrize(
+    "function, text, piece",
+    [
+        (phoneme.pr2ph, "n i 3, " * 500 + "h xx 3", "xx"),
+        (phoneme.pr2ph, "n " * 2000 + "xx 3", "xx"),
+        (phoneme.pr2ph, "n" * 4000 + " 3", "n" * 4000),
+        (phoneme.ph2ph, bytes([24, 35, 3]) * 1000 + b"\xfa", b"\xfa"),
+    ],
+)
+def test_the_other_searches_are_linear(
+    function: Any, text: Any, piece: Any, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    tried: list[int] = []
+
+    def counted(parse: Any) -> Any:
+        def parse_and_count(data: Any, *others: Any) -> Any:
+            tried.append(len(data))
+            return parse(data, *others)
+
+        return parse_and_count
+
+    counting = types.SimpleNamespace(**vars(_core))
+    counting.pr2ph_ids, counting.ph2ph = counted(_core.pr2ph_ids), counted(_core.ph2ph)
+    monkeypatch.setattr(_errors, "_core", counting)
+    with pytest.raises(ConversionError) as caught:
+        function(text)
+    assert caught.value.piece == piece
+    assert sum(tried) <= 4 * len(text) and len(tried) <= len(text)
 
 
 def test_what_cannot_be_written() -> None:
@@ -144,7 +220,7 @@ def test_what_cannot_be_written() -> None:
         (phoneme.marked_pinyin, [*syllables, *phoneme.pr2ph("n i 3")], 2),
         (phoneme.jyutping, syllables, 0),
         (phoneme.jyutping, [8], 0),
-        (phoneme.pronunciation_string, [*syllables, phoneme.Syllable("mandarin", [])], 2),
+        (phoneme.pronunciation_string, [*syllables, phoneme.Syllable([], "mandarin")], 2),
     ):
         error = _error(function, items)
         assert error.text == tuple(items)  # type: ignore[arg-type]
@@ -155,11 +231,14 @@ CALLS: list[tuple[Any, Any, Any]] = [
     (phoneme.py2ph, "ni3", "xyz3"),
     (phoneme.py2code, "ni3", "xyz3"),
     (phoneme.code2ph, 2243, 65535),
+    (phoneme.code2py, 2243, 4170),
+    (phoneme.phone, "n", "nope"),
+    (phoneme.phone, 5, 2**32 + 5),
     (phoneme.pr2ph, "n i 3", "n"),
     (phoneme.ph2ph, b"\x03", b"\xff"),
     (phoneme.marked_pinyin, [2243], [9]),
     (phoneme.jyutping, [1], [8]),
-    (phoneme.pronunciation_string, [], [phoneme.Syllable("mandarin", [])]),
+    (phoneme.pronunciation_string, [], [phoneme.Syllable([], "mandarin")]),
 ]
 
 

@@ -2,7 +2,10 @@
 
 from __future__ import annotations
 
+import json
 import pickle
+import subprocess
+from pathlib import Path
 from typing import Any, Union
 
 import phoneme
@@ -61,10 +64,72 @@ def test_rules() -> None:
     for one_off in phoneme.Rule:
         used = phoneme.normalize_pinyin(text, set(Rule) - {one_off}).applied
         assert one_off not in [application.rule for application in used]
-    with pytest.raises(ValueError, match="no-such-rule"):
-        phoneme.normalize_pinyin(text, ["no-such-rule"])
+    for names, shown in ((["no-such-rule"], "'no-such-rule'"), ([3, "tone_mark"], "'tone_mark', 3"),
+                         ([Rule.ERHUA, "Erhua"], "'Erhua'")):  # fmt: skip
+        with pytest.raises(ValueError) as caught:
+            phoneme.normalize_pinyin(text, names)  # type: ignore[arg-type]
+        known = ", ".join(rule.value for rule in Rule)
+        message = f'unknown rule {shown}; the rules, also with "no-", are {known}'
+        assert str(caught.value) == message
     with pytest.raises(TypeError, match="not one str"):
         phoneme.normalize_pinyin(text, "erhua")
+
+
+#: A text for each rule that the rule changes, and its language.
+CHANGED = {
+    "full-width": ("mandarin", "ｎｉ３"), "punctuation": ("mandarin", "ni3·hao3"),
+    "diaeresis": ("mandarin", "lu:4"), "tone-mark": ("mandarin", "nǐ"),
+    "neutral-tone": ("mandarin", "ni3 ma0"), "erhua": ("mandarin", "na4 r5"),
+    "fused-erhua": ("mandarin", "nar4"), "abbreviation": ("mandarin", "ni3 PK"),
+    "glued": ("cantonese", "wan2gung1"), "lower-case": ("english", "HH AH0"),
+    "reduced-vowel": ("english", "HH AH0"), "missing-stress": ("english", "HH OW"),
+    "second-stress": ("english", "HH OW2"),
+}  # fmt: skip
+
+
+def _tool_reads(tool: str, language: str, text: str, *options: str) -> Any:
+    """The rules that the tool applies, or the first problem that it finds."""
+    command = [tool, "convert", "-q", "-l", language, "--to", "json", *options, text]
+    line = json.loads(subprocess.run(command, capture_output=True, check=False).stdout)
+    return line.get("failure") or [applied["rule"] for applied in line.get("rules", [])]
+
+
+@pytest.mark.parametrize("rule", CHANGED)
+def test_rules_are_spelt_and_switched_as_in_the_tool(tool: str, rule: str) -> None:
+    language, text = CHANGED[rule]
+    is_default = rule != "second-stress"
+    switched: list[str] = [f"no-{rule}"] if is_default else [
+        name.value for name in Rule if name.value not in ("alias",)
+    ]  # fmt: skip
+    option = f"--no-{rule}" if is_default else f"--{rule}"
+    for rules, options in ((None, ()), (switched, (option,))):
+        analysis = phoneme.analyze(text, language, rules=rules)
+        applied = [application.rule.value for application in analysis.applied]
+        problems = [problem.kind.value for problem in analysis.problems]
+        found = _tool_reads(tool, language, text, *options)
+        assert found == (problems[0] if problems else applied)
+    assert phoneme.analyze(text, language) != phoneme.analyze(text, language, rules=switched)
+
+
+def test_rules_switched_off() -> None:
+    assert phoneme.normalize_pinyin("nar4 r5", ["no-erhua"]).text == "na4 er5"
+    assert phoneme.normalize_pinyin("nar4 r5", ["no-erhua", "no-fused-erhua"]).text == ""
+    others = [f"no-{rule.value}" for rule in Rule]
+    assert phoneme.normalize_pinyin("lu:4 nǐ", others) == phoneme.normalize_pinyin("lu:4 nǐ", [])
+    # Those that are not in use by default stay so.
+    assert phoneme.arpabet_to_pronunciation("OW2", ["no-glued"]).text == "ow 2"
+    for mixed in (["erhua", "no-erhua"], [Rule.ERHUA, "no-glued"]):
+        with pytest.raises(ValueError, match="not both"):
+            phoneme.normalize_pinyin("ni3", mixed)
+
+
+def test_the_shipped_aliases() -> None:
+    shipped = phoneme.shipped_aliases()
+    project = Path(__file__).resolve().parents[2]
+    table = phoneme.parse_aliases((project / "data" / "jyutping_aliases.tsv").read_bytes())
+    assert shipped == table and len(shipped) >= 13 and shipped["ni"] == "nei"
+    assert phoneme.shipped_aliases() is shipped
+    assert phoneme.normalize_jyutping("ni5", aliases=shipped).text == "nei5"
 
 
 def test_jyutping_and_aliases() -> None:
@@ -235,7 +300,7 @@ def test_analysis_of_english_and_of_others() -> None:
     first, second = phoneme.analyze("HH AH0 L OW1", "english").syllables
     assert (first.spelling, first.digit, first.row) == ("hh ax", "0", None)
     assert second.syllable == phoneme.pr2ph("l ow 1", "english")[0]
-    assert phoneme.analyze("ni3", 12345).syllables[0].row == 224
+    assert phoneme.analyze("ni3", 12345, fallback=True).syllables[0].row == 224
 
 
 def test_cutting() -> None:

@@ -21,11 +21,11 @@ WORDS = ["ni3hao3", "xyz3", "Xi'an", "漢字", "ma5", "bei3jing1"] * 50
 
 
 def _all_results() -> list[Any]:
-    batch: Any = phoneme.py2ph_batch(WORDS)
     return [
         [phoneme.py2ph(word, errors="none") for word in WORDS],
         [phoneme.analyze(word) for word in WORDS],
-        [array.tolist() for array in batch],
+        phoneme.py2ph_batch(WORDS).tolist(),
+        phoneme.analyze_batch(WORDS).tolist(),
     ]
 
 
@@ -105,6 +105,7 @@ while agreeing < 30 or min(counts) < 3:
     if child == 0:
         agrees = phoneme.py2code_batch(texts).codes.tolist() == expected
         agrees = agrees and len(phoneme.py2ph_batch(pair).codes) == 12000
+        agrees = agrees and len(phoneme.analyze_batch(pair).codes) == 12000
         agrees = agrees and phoneme.normalize_batch(["N\u01d0"]).data.tobytes() == b"ni3"
         os._exit(0 if agrees else 1)
     if os.waitpid(child, 0)[1] != 0:
@@ -153,6 +154,52 @@ for i, (language, text) in enumerate(examples):
 print(i + 1, status)
 """
     assert output_of(code) == "150 0\n"
+
+
+def test_a_fork_while_another_thread_imports_numpy() -> None:
+    # The import waits until the fork is asked for, and then long enough for one that does not wait.
+    code = """
+import builtins, os, signal, sys, threading, time
+import phoneme
+asked = threading.Event()
+class Slow:
+    def find_spec(self, name, path=None, target=None):
+        if name == "numpy.core" and threading.current_thread() is thread:
+            asked.set()
+            time.sleep(0.5)
+sys.meta_path.insert(0, Slow())
+thread = threading.Thread(target=lambda: phoneme.py2code_batch(["ni3"]))
+thread.start()
+asked.wait()
+child = os.fork()
+signal.alarm(20)
+codes = phoneme.py2code_batch(["hao3"]).codes.tolist()
+if child == 0:
+    os._exit(0 if codes == [1173] else 1)
+thread.join()
+print(os.waitpid(child, 0)[1], codes)
+"""
+    assert output_of(code) == "0 [1173]\n"
+
+
+def test_a_fork_by_the_thread_that_imports_numpy() -> None:
+    code = """
+import os, signal, sys
+import phoneme
+class Fork:
+    def find_spec(self, name, path=None, target=None):
+        global child
+        if name == "numpy.core" and child is None:
+            child = os.fork()
+child = None
+signal.alarm(20)
+sys.meta_path.insert(0, Fork())
+codes = phoneme.py2code_batch(["hao3"]).codes.tolist()
+if child == 0:
+    os._exit(0 if codes == [1173] else 1)
+print(os.waitpid(child, 0)[1], codes)
+"""
+    assert output_of(code) == "0 [1173]\n"
 
 
 @pytest.mark.parametrize("method", ["fork", "spawn"])
@@ -274,7 +321,10 @@ def _resident_bytes() -> int:
 
 
 SYLLABLES = phoneme.py2ph("ni3hao3")
-PHONE = phoneme.Phone("mandarin", 14)
+PHONE = phoneme.Phone(14, "mandarin")
+GAP = phoneme.pr2ph("E n 3", fallback=True)[0]
+NORMALIZED = phoneme.normalize_batch(["Nǐ hǎo", "hoa3"])
+ALIASES = phoneme.parse_aliases("ai\tngai")
 SMALL_PAIR = (b"ni3hao3", np.array([0, 3, 7]))
 
 # A million calls in all, the many cheap ones most often.
@@ -287,16 +337,20 @@ LOOPS: list[tuple[str, int, Callable[[], Any]]] = [
     ("pyw2py", 50_000, lambda: phoneme.pyw2py("fangan")),
     ("code2ph", 100_000, lambda: phoneme.code2ph(2243)),
     ("code2py", 50_000, lambda: phoneme.code2py(2243)),
-    ("pr2ph", 50_000, lambda: phoneme.pr2ph("E n i 3")),
+    ("pr2ph", 50_000, lambda: phoneme.pr2ph("E n i 3", fallback=True)),
+    ("gaps", 20_000, lambda: phoneme.pr2ph("E n i 3", errors="none")),
+    ("spelling", 20_000, lambda: (SYLLABLES[0].spelling, GAP.spelling)),
+    ("codes of languages", 20_000, lambda: phoneme.py2code("ni3", "zh-CN")),
     ("pr2ph as ids", 50_000, lambda: phoneme.pr2ph("n i 3", as_ids=True)),
     ("ph2ph", 50_000, lambda: phoneme.ph2ph(b"\x18\x23\x03")),
-    ("phone", 50_000, lambda: phoneme.phone("mandarin", "n")),
+    ("phone", 50_000, lambda: phoneme.phone("n", "mandarin")),
     ("records", 20_000, lambda: (hash(SYLLABLES[0]), SYLLABLES[0] < SYLLABLES[1], repr(SYLLABLES))),
     ("attributes", 20_000, lambda: (SYLLABLES[0].language, SYLLABLES[0].phones, PHONE.name)),
-    ("constructors", 20_000, lambda: phoneme.Syllable("mandarin", SYLLABLES[0].phones, 1, 2)),
+    ("constructors", 20_000, lambda: phoneme.Syllable(SYLLABLES[0].phones, "mandarin", 1, 2)),
     ("reduce", 20_000, lambda: SYLLABLES[0].__reduce__()),
     ("wrong constructors", 10_000, lambda: _fails(phoneme.Phone, "mandarin", 999)),
     ("wrong languages", 10_000, lambda: _fails(phoneme.py2ph, "ni3", "x")),
+    ("other languages", 10_000, lambda: _fails(phoneme.py2ph, "ni3", 77)),
     ("wrong texts", 10_000, lambda: _fails(phoneme.py2ph, None)),
     ("errors", 10_000, lambda: _fails(phoneme.py2ph, "ni3 xyz3")),
     ("batches", 10_000, lambda: phoneme.py2ph_batch(["ni3hao3", "xyz3"])),
@@ -304,6 +358,11 @@ LOOPS: list[tuple[str, int, Callable[[], Any]]] = [
     ("wrong batches", 10_000, lambda: _fails(phoneme.pr2ph_batch, ["n i 3", None])),
     ("pieces", 10_000, lambda: phoneme.pyw2py_batch(["fangan"])),
     ("normalised", 10_000, lambda: phoneme.normalize_batch(["Nǐ hǎo"])),
+    ("of normalised", 10_000, lambda: phoneme.py2code_batch(NORMALIZED)),
+    ("of its arrays", 10_000, lambda: phoneme.py2code_batch((NORMALIZED.data, NORMALIZED.offsets))),
+    ("missing", 10_000, lambda: phoneme.py2code_batch(["ni3", None], errors="none").tolist()),
+    ("analyses", 10_000, lambda: phoneme.analyze_batch(["Nǐ hǎo", "hoa3"], aliases=ALIASES)),
+    ("items", 10_000, lambda: phoneme.py2ph_batch(["ni3hao3"])[0]),
     ("analysis", 10_000, lambda: phoneme.analyze("Nǐ hoa3")),
     ("cuts", 10_000, lambda: phoneme.cut_whole("xian", max_cuts=3)),
     ("aliases", 5_000, lambda: phoneme.normalize_jyutping("ai3", aliases={"ai": "ngai"})),
@@ -346,8 +405,8 @@ def test_arguments_keep_their_reference_counts() -> None:
         phoneme.py2ph(text, language)
         phoneme.py2code(text, language, errors="none")
         phoneme.py2code_batch(batch, language)
-        phoneme.pr2ph("E 3")
-        phoneme.phone("mandarin", "E")
+        phoneme.pr2ph("E 3", fallback=True)
+        phoneme.phone("E", "mandarin", fallback=True)
     after = [sys.getrefcount(thing) for thing in (text, language, batch, batch[0])]
     assert after == before[:4]
     assert abs(sys.getrefcount(None) - none_before) < 100

@@ -41,35 +41,36 @@ TEXTS = PINYIN | PINYIN.map(_bytes) | st.binary(max_size=9)
 @example("vn-i n-i", "mandarin")
 def test_the_piece_of_an_error_is_the_first_that_fails(text: Any, language: Any) -> None:
     try:
-        phoneme.py2code(text, language)
+        phoneme.py2code(text, language, fallback=True)
     except phoneme.ConversionError as error:
         end = error.offset + len(error.piece)
         assert error.piece and text[error.offset : end] == error.piece
         # What stands in front of it converts, and with it no longer. The space keeps the front
         # from being cut as a whole text.
         before, through = _bytes(text[: error.offset]), _bytes(text[:end])
-        assert phoneme.py2code(b" " + before, language, errors="none") is not None
-        assert phoneme.py2code(b" " + through + b" ", language, errors="none") is None
+        options: Any = {"errors": "none", "fallback": True}
+        assert phoneme.py2code(b" " + before, language, **options) is not None
+        assert phoneme.py2code(b" " + through + b" ", language, **options) is None
         assert str(pickle.loads(pickle.dumps(error))) == str(error)
 
 
 @given(PRONUNCIATIONS, LANGUAGES, st.booleans())
 def test_the_piece_of_a_pronunciation(text: str, language: Any, as_ids: bool) -> None:
     try:
-        phoneme.pr2ph(text, language, as_ids=as_ids)
+        phoneme.pr2ph(text, language, as_ids=as_ids, fallback=True)
     except phoneme.ConversionError as error:
         assert text[error.offset : error.offset + len(error.piece)] == error.piece
         front = text[: error.offset].rpartition(",")[0]
-        assert phoneme.pr2ph(front, language, errors="none") is not None
+        assert phoneme.pr2ph(front, language, errors="none", fallback=True) is not None
         assert "," not in error.piece and " " not in error.piece
 
 
 @given(st.binary(max_size=30), LANGUAGES)
 def test_phone_ids_and_syllables(phone_ids: bytes, language: Any) -> None:
     try:
-        syllables = phoneme.ph2ph(phone_ids, language)
+        syllables = phoneme.ph2ph(phone_ids, language, fallback=True)
     except phoneme.ConversionError as error:
-        assert phoneme.ph2ph(phone_ids[: error.offset], language) is not None
+        assert phoneme.ph2ph(phone_ids[: error.offset], language, fallback=True) is not None
         assert error.piece == phone_ids[error.offset : error.offset + 1]
         return
     again = b"".join(
@@ -82,27 +83,54 @@ def test_phone_ids_and_syllables(phone_ids: bytes, language: Any) -> None:
 
 @given(st.lists(TEXTS, max_size=12), LANGUAGES)
 def test_batches_are_many_single_conversions(texts: list[Any], language: Any) -> None:
-    batch = phoneme.py2ph_batch(texts, language)
-    singles = [phoneme.py2ph(text, language, errors="none") for text in texts]
+    batch = phoneme.py2ph_batch(texts, language, fallback=True)
+    singles = [phoneme.py2ph(text, language, errors="none", fallback=True) for text in texts]
+    assert batch.tolist() == singles
     for i, single in enumerate(singles):
         codes = batch.codes[batch.offsets[i] : batch.offsets[i + 1]].tolist()
         assert codes == [syllable.code for syllable in single or []]
         assert batch.status[i] == (single is None)
     data = b"".join(map(_bytes, texts))
-    offsets = phoneme.normalize_batch([], language).offsets.tolist()
+    offsets = phoneme.normalize_batch([], language, fallback=True).offsets.tolist()
     for text in texts:
         offsets.append(offsets[-1] + len(_bytes(text)))
     view = memoryview(bytearray(8 * len(offsets))).cast("q")
     for i, offset in enumerate(offsets):
         view[i] = offset
-    same = phoneme.py2ph_batch((data, view), language)
-    pairs: Any = zip(same, batch)
-    assert all(a.tolist() == b.tolist() for a, b in pairs)
+    same = phoneme.py2ph_batch((data, view), language, fallback=True)
+    assert same.tolist() == batch.tolist() and same.status.tolist() == batch.status.tolist()
+
+
+@given(st.lists(TEXTS, max_size=12), LANGUAGES, st.sampled_from(["whole", "forward", "backward"]))
+def test_analysed_batches_are_many_analyses(texts: list[Any], language: Any, cutting: Any) -> None:
+    options: Any = {"cutting": cutting, "fallback": True}
+    batch = phoneme.analyze_batch(texts, language, **options)
+    for i, text in enumerate(texts):
+        analysis = phoneme.analyze(text, language, **options)
+        start, stop = batch.problem_starts[i], batch.problem_stops[i]
+        if not analysis.problems:
+            assert batch[i] == [read.syllable for read in analysis.syllables]
+            assert (batch.status[i], start, stop) == (0, -1, -1)
+            continue
+        first = analysis.problems[0]
+        assert (start, stop) == first.range and batch[i] is None
+        assert phoneme.Status(batch.status[i]).name == first.kind.name
+
+
+@given(TEXTS, CHINESE)
+def test_a_strict_batch_keeps_every_letter(text: Any, language: Any) -> None:
+    """What it converts, a strict reading of the text by longest match converts to the same."""
+    (syllables,) = phoneme.py2ph_batch([text], language, strict=True)
+    if syllables is None:
+        return
+    written = "".join(syllable.spelling for syllable in syllables)
+    letters = [c for c in _bytes(text).lower() if c not in b" \t\n\v\f\r'`0123456789"]
+    assert bytes(letters) == written.encode()
 
 
 @given(TEXTS, LANGUAGES, st.sampled_from(["whole", "forward", "backward", "none"]))
 def test_no_character_is_lost(text: Any, language: Any, cutting: Any) -> None:
-    analysis = phoneme.analyze(text, language, cutting=cutting)
+    analysis = phoneme.analyze(text, language, cutting=cutting, fallback=True)
     found: set[int] = set()
     ranges = [syllable.range for syllable in analysis.syllables]
     ranges += [problem.range for problem in analysis.problems]
@@ -153,7 +181,7 @@ def test_pronunciations_there_and_back(data: st.DataObject, language: str) -> No
     first = {phone.name: phone for phone in reversed(phones)}
     tuples = st.lists(st.sampled_from(sorted(first.values())), min_size=1, max_size=5)
     drawn = data.draw(st.lists(st.tuples(tuples, st.integers(0, 9)), max_size=5))
-    syllables = [phoneme.Syllable(language, names, raw_tone=digit) for names, digit in drawn]
+    syllables = [phoneme.Syllable(names, language, raw_tone=digit) for names, digit in drawn]
     text = phoneme.pronunciation_string(syllables)
     assert phoneme.pr2ph(text, language) == syllables
     ids = phoneme.pr2ph(text, language, as_ids=True)
@@ -163,15 +191,14 @@ def test_pronunciations_there_and_back(data: st.DataObject, language: str) -> No
 @given(PINYIN, LANGUAGES, st.booleans())
 def test_str_and_its_bytes_are_one_text(text: str, language: Any, backward: bool) -> None:
     data = _bytes(text)
-    assert phoneme.py2code(text, language, errors="none") == phoneme.py2code(
-        data, language, errors="none"
-    )
-    pieces = phoneme.pyw2py(text, language, backward=backward)
-    escaped = phoneme.pyw2py(data, language, backward=backward)
+    options: Any = {"errors": "none", "fallback": True}
+    assert phoneme.py2code(text, language, **options) == phoneme.py2code(data, language, **options)
+    pieces = phoneme.pyw2py(text, language, backward=backward, fallback=True)
+    escaped = phoneme.pyw2py(data, language, backward=backward, fallback=True)
     assert [piece.encode("utf-8", "surrogatepass") for piece in pieces] == [
         piece.encode("utf-8", "surrogateescape") for piece in escaped
     ]
-    if phoneme.syllables(language):
+    if phoneme.syllables(language, fallback=True):
         assert all(piece.lower() in text.lower() for piece in pieces if piece.isascii())
 
 
