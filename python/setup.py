@@ -1,10 +1,12 @@
 """Builds the extension module from the library's own sources; the rest is in pyproject.toml."""
 
 import re
+import shutil
 from pathlib import Path
 
 from pybind11.setup_helpers import ParallelCompile, Pybind11Extension, build_ext
 from setuptools import setup
+from setuptools.command.build_py import build_py
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent
@@ -23,6 +25,17 @@ SOURCES = [
 STATIC = [("PHONEME_STATIC_DEFINE", None), ("XSTR_STATIC_DEFINE", None)]
 STATIC.append(("NOTATION_STATIC_DEFINE", None))
 
+
+
+class BuildPackage(build_py):
+    """Adds the alias table, which belongs to the project and not to this folder."""
+
+    def run(self) -> None:
+        super().run()
+        table = ROOT / "data" / "jyutping_aliases.tsv"
+        shutil.copyfile(table, Path(self.build_lib) / "phoneme" / table.name)
+
+
 ParallelCompile("CMAKE_BUILD_PARALLEL_LEVEL").install()
 setup(
     version=VERSION,
@@ -31,11 +44,12 @@ setup(
             "phoneme._core",
             SOURCES,
             include_dirs=[str(ROOT), str(HERE)],
-            libraries=["utf8proc"],
             define_macros=[*STATIC, ("PHONEME_VERSION", f'"{VERSION}"')],
             extra_compile_args=["-O2"],
+            # Inside the module, for machines without the library. Nobody else is to see its names.
+            extra_link_args=["-l:libutf8proc.a", "-Wl,--exclude-libs,ALL"],
             cxx_std=17,
         )
     ],
-    cmdclass={"build_ext": build_ext},
+    cmdclass={"build_ext": build_ext, "build_py": BuildPackage},
 )

@@ -7,6 +7,8 @@ import functools
 import importlib.metadata
 import inspect
 import pickle
+import re
+import subprocess
 import sys
 import typing
 from pathlib import Path
@@ -367,11 +369,38 @@ def test_type_hints_can_be_read_at_run_time() -> None:
     assert typing.get_type_hints(phoneme.AnalyzedSyllable)["row"] == typing.Optional[int]
 
 
-def test_the_wheel_holds_the_license() -> None:
+PROJECT = Path(__file__).resolve().parents[2]
+
+
+def _wheel_files() -> list[importlib.metadata.PackagePath]:
     try:
-        files = importlib.metadata.files("phoneme") or []
+        return importlib.metadata.files("phoneme") or []
     except importlib.metadata.PackageNotFoundError:
         pytest.skip("the package was not installed from a wheel")
-    texts = [file.read_text() for file in files if file.name == "LICENSE"]
-    project = Path(__file__).resolve().parents[2]
-    assert texts == [(project / "LICENSE").read_text(encoding="utf-8")]
+
+
+def test_the_wheel_holds_the_license() -> None:
+    texts = [file.read_text() for file in _wheel_files() if file.name == "LICENSE"]
+    assert texts == [(PROJECT / "LICENSE").read_text(encoding="utf-8")]
+
+
+def test_the_wheel_needs_only_python_and_numpy() -> None:
+    """The module needs the system's own libraries, and the package NumPy."""
+    (module,) = [file for file in _wheel_files() if file.name.startswith("_core.") and file.suffix == ".so"]
+    command = ["readelf", "--dynamic", "--wide", str(module.locate())]
+    lines = subprocess.run(command, capture_output=True, text=True, check=True).stdout
+    needed = set(re.findall(r"\(NEEDED\).*\[(.*?)\.so", lines))
+    assert {"libc", "libstdc++"} <= needed <= {"libc", "libstdc++", "libm", "libgcc_s", "ld-linux-x86-64"}
+    required = importlib.metadata.requires("phoneme") or []
+    assert [name for name in required if "extra ==" not in name] == ["numpy"]
+    assert [file.name for file in _wheel_files() if file.suffix == ".tsv"] == ["jyutping_aliases.tsv"]
+
+
+def test_both_readmes_install_by_the_same_line() -> None:
+    lines = [
+        re.findall("^    .* -m venv .*$", (PROJECT / name).read_text("utf-8"), re.MULTILINE)
+        for name in ("README.md", "python/README.md")
+    ]
+    assert lines[0] == lines[1] and len(lines[0]) == 1
+    for option in ("--system-site-packages", "--no-build-isolation", "--no-index"):
+        assert option in lines[0][0]
