@@ -63,7 +63,7 @@ class ConversionError(ValueError):
 
     def __str__(self) -> str:
         where = f"{_shown(self.piece)} at {self.offset} {self.reason}"
-        is_all = self.offset == 0 and len(self.piece) == len(self.text)
+        is_all = len(self.piece) == len(self.text)
         return where if is_all else f"{where}: {_shown(self.text)}"
 
 

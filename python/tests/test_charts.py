@@ -533,6 +533,19 @@ def test_entries_that_begin_with_a_number_sign(tmp_path: pathlib.Path) -> None:
     assert sorted(counts.syllables) == sorted(map(row_of, ["hao3", "ma5", "lv4", "xi1"]))
 
 
+def test_lines_end_at_a_line_feed_alone(tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "lexicon.tsv"
+    path.write_bytes("a\tni3\rhao3\r\nb\tni3\x85\u2028lv4\n".encode())
+    counts = coverage(path)
+    assert counts.entries == 2
+    assert counts.syllables == {row_of("ni3"): 2, row_of("hao3"): 1, row_of("lv4"): 1}
+
+
+def test_an_entry_is_flawed_once() -> None:
+    counts = coverage(["ni3 xyz hoa3 P", "hao3", "zz"])
+    assert (counts.entries, counts.flawed_entries, sum(counts.problems.values())) == (3, 2, 4)
+
+
 def test_what_is_no_lexicon_is_an_error_that_says_where(tmp_path: pathlib.Path) -> None:
     with pytest.raises(TypeError, match="entry 1 of the lexicon is NoneType"):
         coverage(["ni3", None])  # type: ignore[list-item]

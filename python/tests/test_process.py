@@ -182,6 +182,16 @@ print(os.waitpid(child, 0)[1], codes)
     assert output_of(code) == "0 [1173]\n"
 
 
+def test_numpy_is_imported_once() -> None:
+    code = """
+from phoneme import _core, py2code_batch
+calls, imported = [], _core.import_numpy
+_core.import_numpy = lambda: calls.append(imported())
+print([py2code_batch(["ni3"])[0] for _ in range(3)], len(calls))
+"""
+    assert output_of(code) == "[[2243], [2243], [2243]] 1\n"
+
+
 def test_a_fork_by_the_thread_that_imports_numpy() -> None:
     code = """
 import os, signal, sys

@@ -149,7 +149,8 @@ def test_every_function_with_a_language_is_tried() -> None:
 @pytest.mark.parametrize("name", [*OF_LANGUAGE, *STRICT])
 def test_languages_that_are_not_registered(name: str) -> None:
     function = {**OF_LANGUAGE, **STRICT}[name]
-    for language, shown in ((77, "77"), (20001, "20001"), (-1, "-1"), (2**70, "an int of more")):
+    for language, shown in ((77, "77"), (20001, "20001"), (-1, "-1"), (2**70, "an int of more"),
+                            (2**32 + 10000, str(2**32 + 10000)), (10000 - 2**32, "-42949")):  # fmt: skip
         with pytest.raises(ValueError, match=f"^unknown language {shown}.*; ") as caught:
             function(language)
         assert NO_LANGUAGE in str(caught.value) and type(caught.value) is ValueError
