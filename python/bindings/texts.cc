@@ -19,8 +19,7 @@ bool IsMissing(PyObject* object) {
   if (object == Py_None) return true;
   if (PyFloat_Check(object)) return std::isnan(PyFloat_AS_DOUBLE(object));
   const std::string_view type = Py_TYPE(object)->tp_name;
-  const std::string_view name = type.substr(type.rfind('.') + 1);
-  return name == "NAType" || name == "NaTType";
+  return type == "NAType" || type == "NaTType";
 }
 
 // The size of a buffer's offsets: 4 or 8 bytes, or 0 when they are something else.

@@ -100,7 +100,7 @@ def test_pieces(backward: bool) -> None:
     ],
 )
 def test_normalized_texts(language: Any, normalize: Any) -> None:
-    texts = [*TEXTS, "Nǐ hǎo", "nei5hou2", "HH AH0 L OW1"]
+    texts = [*TEXTS, "Nǐ hǎo", "nei5hou2", "HH AH0 L OW1", "ni3 hoa3 P ni9 漢", "漢 QQ"]
     batch = phoneme.normalize_batch(texts, language, fallback=True)
     singles = [normalize(text) for text in texts]
     data = bytes(batch.data).decode()

@@ -284,6 +284,7 @@ def test_syllables_are_ordered_by_all_they_have() -> None:
         Syllable([n], "mandarin", 0, 1),
         Syllable([n, gap], "mandarin"),
         Syllable([n, i], "mandarin"),
+        Syllable([n, i], "mandarin", 0, 0, 254),
         Syllable([n, i], "mandarin", 0, 0, 255),
         Syllable([n, i], "mandarin", 0, 127),
         Syllable([n, i], "mandarin", 2243, -128),
