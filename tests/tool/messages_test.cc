@@ -12,6 +12,9 @@
 namespace qeo::tool {
 namespace {
 
+// U+202E, which changes the direction; whole it would in this source, too.
+const std::string kBidi = std::string("\xe2\x80") + '\xae';
+
 std::string Repeat(const std::string& unit, std::size_t count) {
   std::string text;
   for (std::size_t i = 0; i < count; ++i) {
@@ -24,7 +27,7 @@ std::string Repeat(const std::string& unit, std::size_t count) {
 
 TEST(Quoted, EscapesSoThatNoTwoTextsLookAlike) {
   const struct {
-    const char* text;
+    std::string text;
     const char* quoted;
   } cases[] = {
       {"", R"("")"},
@@ -36,7 +39,7 @@ TEST(Quoted, EscapesSoThatNoTwoTextsLookAlike) {
       {"\\\\xff", R"("\\\\xff")"},
       {"\x1b[31m", R"("\x1b[31m")"},
       {"a\nb\tc\x7f", R"("a\x0ab\x09c\x7f")"},
-      {"\xc2\x9b\xe2\x80\xae", R"("\xc2\x9b\xe2\x80\xae")"},  // C1 control, direction
+      {"\xc2\x9b" + kBidi, R"("\xc2\x9b\xe2\x80\xae")"},  // C1 control, direction
       {"\xc3", R"("\xc3")"},
       {"a\"...", R"("a\"...")"},
   };
@@ -82,7 +85,7 @@ TEST(Shortened, BoundsAMessageOfAnotherLibrary) {
 // What quotes nothing, or forgets to, is still one harmless line.
 TEST(AppendMessage, IsOneBoundedLineWhateverItSays) {
   std::string out = "before\n";
-  AppendMessage("raw \x1b[31m\n\xe2\x80\xae and " + Quoted("\\"), out);
+  AppendMessage("raw \x1b[31m\n" + kBidi + " and " + Quoted("\\"), out);
   EXPECT_EQ(out, "before\nphoneme: raw \\x1b[31m\\x0a\\xe2\\x80\\xae and \"\\\\\"\n");
   out.clear();
   AppendMessage(Repeat("a", 5000000), out);
@@ -91,7 +94,7 @@ TEST(AppendMessage, IsOneBoundedLineWhateverItSays) {
 
 TEST(AppendJsonText, EscapesWhatATerminalObeysOrNobodySees) {
   const struct {
-    const char* text;
+    std::string text;
     const char* json;
   } cases[] = {
       {"nǐ 你 😀", R"("nǐ 你 😀")"},
@@ -99,7 +102,7 @@ TEST(AppendJsonText, EscapesWhatATerminalObeysOrNobodySees) {
       {"a\x7f\xc2\x9b"
        "b",
        R"("a\u007f\u009bb")"},
-      {"\xe2\x80\xae\xf3\xa0\x81\x81", R"("\u202e\udb40\udc41")"},
+      {kBidi + "\xf3\xa0\x81\x81", R"("\u202e\udb40\udc41")"},
       {"\xff", R"("�")"},
   };
   for (const auto& c : cases) {
