@@ -90,9 +90,9 @@ check_records() {
   same 'records' "$(section 'JSON AND TSV' | members)" "$(grep -o '"[a-z]*":' <<<"$records" | tr -d '":')"
   same 'columns' "$(section 'JSON AND TSV' | sed '1,/Fl -to Cm tsv/d' | members)" \
     "$(phoneme convert --from pinyin --to tsv '' | tr -d '#')"
-  findings=$(echo hoa3 | phoneme check --from pinyin --json - || true)
+  findings=$(echo hoa3 nun3 | phoneme check --from pinyin --json - || true)
   same 'findings' "$(section FINDINGS | members)" \
-    "$(grep -o '"[a-z]*":' <<<"$findings" | tr -d '":')"
+    "$(grep -o '"[a-z_]*":' <<<"$findings" | tr -d '":')"
 }
 
 members() { grep -o 'Va .*' | sed 's/^Va //; s/ *[,.;] */ /g'; }
