@@ -47,4 +47,18 @@ std::optional<std::int32_t> LanguageOfName(std::string_view name) {
   return std::nullopt;
 }
 
+std::string KnownLanguages() {
+  std::string known;
+  for (const LanguageNames& language : Languages()) {
+    known.append(known.empty() ? "" : ", ").append(language.name);
+    const char* separator = " (";
+    for (const std::string_view code : language.codes) {
+      known.append(separator).append(code);
+      separator = ", ";
+    }
+    known += ')';
+  }
+  return known;
+}
+
 }  // namespace qeo::sp

@@ -16,6 +16,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -43,6 +44,10 @@ PHONEME_EXPORT std::vector<LanguageNames> Languages();
 /// Upper and lower case of ASCII letters are the same, and "_" is read as "-", as in the names of
 /// locales. A code matches whole: "zh-CN-x-beijing" and "zh_CN.UTF-8" are not in the list.
 PHONEME_EXPORT std::optional<std::int32_t> LanguageOfName(std::string_view name);
+
+/// Returns all names and codes on one line, for messages: "mandarin (zh, zho, zh-CN, cmn, cmn-CN),
+/// cantonese (yue, ...".
+PHONEME_EXPORT std::string KnownLanguages();
 
 }  // namespace qeo::sp
 

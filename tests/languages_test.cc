@@ -87,4 +87,10 @@ TEST(LanguageOfName, ReadsNamesAndCodesInAnyCase) {
   }
 }
 
+TEST(KnownLanguages, HasAllNamesAndCodes) {
+  EXPECT_EQ(KnownLanguages(),
+            "mandarin (zh, zho, zh-CN, cmn, cmn-CN), cantonese (yue, yue-HK, zh-HK), "
+            "english (en, eng, en-US)");
+}
+
 }  // namespace qeo::sp

@@ -49,7 +49,7 @@ constexpr RuleSwitch kRuleSwitches[] = {
 
 std::string LanguageProblem(const std::string& text) {
   return ParseLanguage(text) ? ""
-                             : Quoted(text) + " is not a language; expected " + KnownLanguages() +
+                             : Quoted(text) + " is not a language; expected " + sp::KnownLanguages() +
                                    " or a language id";
 }
 

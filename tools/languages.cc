@@ -20,20 +20,6 @@ std::string LanguageName(int id) {
   return std::to_string(id);
 }
 
-std::string KnownLanguages() {
-  std::string known;
-  for (const sp::LanguageNames& language : sp::Languages()) {
-    known.append(known.empty() ? "" : ", ").append(language.name);
-    const char* separator = " (";
-    for (const std::string_view code : language.codes) {
-      known.append(separator).append(code);
-      separator = ", ";
-    }
-    known += ')';
-  }
-  return known;
-}
-
 std::optional<int> SyllableLanguage(int id) {
   sp::SyllableInfo first_row;
   if (sp::code2ph(id, 0, first_row) != 0) {

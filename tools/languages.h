@@ -19,9 +19,6 @@ std::optional<int> ParseLanguage(std::string_view text);
 /// Returns the name of a language id, or the id itself in decimal.
 std::string LanguageName(int id);
 
-/// The names that --language takes, with their codes: "mandarin (zh, zh-CN), cantonese (yue)".
-std::string KnownLanguages();
-
 // The library serves an id that it does not know with another language, and not with the same one
 // everywhere. These three ask it.
 

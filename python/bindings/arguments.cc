@@ -130,7 +130,7 @@ int LanguageArgument(PyObject* language, PyObject* fallback) {
   const int id = LanguageId(integer.ptr());
   if (FindLanguage(id) != nullptr || FlagArgument(fallback)) return id;
   throw py::value_error("unknown language " + Shown(integer.ptr()) + "; the languages are " +
-                        KnownLanguages());
+                        sp::KnownLanguages());
 }
 
 long IntegerArgument(PyObject* integer, long least, long most, const char* what) {

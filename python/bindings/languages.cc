@@ -109,21 +109,7 @@ int LanguageOfName(PyObject* name) {
   }
   if (const auto id = sp::LanguageOfName(TextArgument(name))) return *id;
   throw py::value_error("unknown language " + Shown(name) + "; the languages are " +
-                        KnownLanguages());
-}
-
-std::string KnownLanguages() {
-  std::string known;
-  for (const sp::LanguageNames& language : sp::Languages()) {
-    known.append(known.empty() ? "" : ", ").append(language.name);
-    const char* separator = " (";
-    for (const std::string_view code : language.codes) {
-      known.append(separator).append(code);
-      separator = ", ";
-    }
-    known += ')';
-  }
-  return known;
+                        sp::KnownLanguages());
 }
 
 PyObject* PhoneObject(const sp::PhoneInfo* phone) {

@@ -54,9 +54,6 @@ const Language& SyllableLanguage(int id);
 /// other.
 int LanguageOfName(PyObject* name);
 
-/// The names and codes of all languages, as messages list them.
-std::string KnownLanguages();
-
 /// The object of a phone, None for null; a borrowed reference.
 PyObject* PhoneObject(const sp::PhoneInfo* phone);
 
