@@ -19,14 +19,15 @@ constexpr char kDigits[] = "0123456789";
 template <typename IsLast>
 std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last) {
   std::vector<notation::Range> places;
-  std::optional<std::size_t> begin;
+  std::size_t begin = 0;
+  bool is_first = true;
   std::string_view rest = text;
   for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
     const notation::Range place = PlaceOf(word, text);
-    begin = begin.value_or(place.offset);
-    if (is_last(word)) {
-      places.push_back({*begin, place.end() - *begin});
-      begin.reset();
+    begin = is_first ? place.offset : begin;
+    is_first = is_last(word);
+    if (is_first) {
+      places.push_back({begin, place.end() - begin});
     }
   }
   return places;
