@@ -30,27 +30,29 @@ struct RuleSwitch {
 // A rule that is in use by default has a switch that begins with "no". Aliases need their table.
 constexpr RuleSwitch kRuleSwitches[] = {
     {Rule::kFullWidth, "--no-full-width",
-     "full-width letters and digits to ASCII (pinyin, jyutping)"},
+     "do not read full-width letters and digits as ASCII\n(pinyin, jyutping)"},
     {Rule::kPunctuation, "--no-punctuation",
-     "punctuation between syllables to a space (pinyin, jyutping)"},
-    {Rule::kDiaeresis, "--no-diaeresis", "u: and u with diaeresis, lue and nue to v (pinyin)"},
-    {Rule::kToneMark, "--no-tone-mark", "tone marks to digits (pinyin)"},
-    {Rule::kNeutralTone, "--no-neutral-tone", "tone 0 or none to 5 (pinyin)"},
-    {Rule::kErhua, "--no-erhua", "r5 to er5 (pinyin)"},
-    {Rule::kFusedErhua, "--no-fused-erhua", "dianr3 to dian3 er5 (pinyin)"},
+     "do not read punctuation between syllables as a space\n(pinyin, jyutping)"},
+    {Rule::kDiaeresis, "--no-diaeresis",
+     "do not read u: and u with diaeresis as v, nor lue and nue as\nlve and nve (pinyin)"},
+    {Rule::kToneMark, "--no-tone-mark", "do not read tone marks as digits (pinyin)"},
+    {Rule::kNeutralTone, "--no-neutral-tone", "do not read tone 0 or a missing tone as 5 (pinyin)"},
+    {Rule::kErhua, "--no-erhua", "do not read r5 as er5 (pinyin)"},
+    {Rule::kFusedErhua, "--no-fused-erhua", "do not read dianr3 as dian3 er5 (pinyin)"},
     {Rule::kAbbreviation, "--no-abbreviation",
-     "capitals kept apart and reported (pinyin, jyutping)"},
-    {Rule::kGlued, "--no-glued", "a space between glued syllables (jyutping)"},
-    {Rule::kLowerCase, "--no-lower-case", "phone names to lower case (arpabet)"},
-    {Rule::kReducedVowel, "--no-reduced-vowel", "AH0 to ax (arpabet)"},
-    {Rule::kMissingStress, "--no-missing-stress", "a vowel without a digit to 0 (arpabet)"},
-    {Rule::kSecondStress, "--second-stress", "stress 2 to 1 (arpabet)"},
+     "do not report capitals as foreign text (pinyin, jyutping)"},
+    {Rule::kGlued, "--no-glued", "do not put a space between glued syllables (jyutping)"},
+    {Rule::kLowerCase, "--no-lower-case", "do not read HH as hh (arpabet)"},
+    {Rule::kReducedVowel, "--no-reduced-vowel", "do not read AH0 as ax (arpabet)"},
+    {Rule::kMissingStress, "--no-missing-stress",
+     "do not read a vowel without a digit as stress 0 (arpabet)"},
+    {Rule::kSecondStress, "--second-stress", "read stress 2 as 1 (arpabet)"},
 };
 
 std::string LanguageProblem(const std::string& text) {
   return ParseLanguage(text) ? ""
-                             : Quoted(text) + " is not a language; expected " + sp::KnownLanguages() +
-                                   " or a language id";
+                             : Quoted(text) + " is not a language; expected " +
+                                   sp::KnownLanguages() + " or a language id";
 }
 
 // The rules of a notation that people write.
@@ -67,6 +69,10 @@ RuleSet RulesOf(Source from) {
   }
 }
 
+std::string DoesNotApply(const std::string& option, Source from) {
+  return option + " does not apply to " + NameOf(kSources, from) + " input";
+}
+
 std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
   RuleSet& rules = reading.options.rules;
   for (const RuleSwitch& rule_switch : kRuleSwitches) {
@@ -75,7 +81,7 @@ std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
       continue;
     }
     if (!RulesOf(reading.from).Has(rule)) {
-      return std::string(rule_switch.option) + " has no meaning for what is read here";
+      return DoesNotApply(rule_switch.option, reading.from);
     }
     rules = rules.Has(rule) ? rules.Without(rule) : rules.With(rule);
   }
@@ -152,13 +158,14 @@ std::string CountProblem(const std::string& text) {
   }
   const bool is_large = text.find_first_not_of("0123456789") == std::string::npos &&
                         text.find_first_not_of('0') != std::string::npos;
-  return Quoted(text) + (is_large ? " is too large" : " is no number from 1 on");
+  return is_large ? Quoted(text) + " is too large"
+                  : "must be a positive integer, not " + Quoted(text);
 }
 
 CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& value,
                      const char* type, const char* help) {
   const auto problem = [](const std::string& text) {
-    return std::string(text.empty() ? "nothing is given" : "");
+    return std::string(text.empty() ? "must not be empty" : "");
   };
   return *command.add_option(name, value, help)->check(problem)->type_name(type)->option_text(type);
 }
@@ -181,10 +188,9 @@ void AddRules(CLI::App& command, Arguments& arguments) {
   AddText(command, "--aliases", arguments.aliases, "FILE", kAliasesHelp);
   for (const RuleSwitch& rule_switch : kRuleSwitches) {
     const std::string name = rule_switch.option;
-    const bool turns_off = name.rfind("--no-", 0) == 0;
     command
         .add_flag(name, arguments.switched[static_cast<std::size_t>(rule_switch.rule)],
-                  (turns_off ? "without: " : "") + std::string(rule_switch.help))
+                  rule_switch.help)
         ->disable_flag_override()
         ->group("Rules");
   }
@@ -218,10 +224,10 @@ std::string Understand(const Arguments& arguments, Reading& reading) {
   }
   const bool can_be_cut = reading.from == Source::kPinyin || reading.from == Source::kJyutping;
   if (problem.empty() && !arguments.cut.empty() && !can_be_cut) {
-    problem = "--cut has no meaning for what is read here";
+    problem = DoesNotApply("--cut", reading.from);
   }
   if (problem.empty() && !arguments.aliases.empty() && reading.from != Source::kJyutping) {
-    problem = "--aliases has no meaning for what is read here";
+    problem = DoesNotApply("--aliases", reading.from);
   }
   if (problem.empty() && !arguments.default_tone.empty()) {
     problem = DefaultToneProblem(reading.language, arguments.default_tone);
@@ -246,10 +252,10 @@ std::string Understand(const Arguments& arguments, Layout& layout) {
     layout.format = Format::kTsv;
   }
   if (has_column && layout.format != Format::kTsv) {
-    return "--column has a meaning with --format tsv alone";
+    return "--column applies to --format tsv only";
   }
   if (!arguments.headword.empty() && layout.format != Format::kCedict) {
-    return "--headword has a meaning with --format cedict alone";
+    return "--headword applies to --format cedict only";
   }
   layout.column = ParseNumber<std::size_t>(arguments.column).value_or(kUsualColumn);
   layout.headword = Meaning(kHeadwords, arguments.headword);

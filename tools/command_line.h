@@ -15,7 +15,7 @@
 
 namespace qeo::tool {
 
-/// What the command line says, before it is understood.
+/// The command line as it was given, before it is understood.
 struct Arguments {
   std::string language;
   std::string from;
@@ -69,6 +69,16 @@ CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& 
 CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& value,
                      const char* type, const char* help);
 
+/// The name that a table has for a meaning.
+template <typename Table, typename Value>
+std::string NameOf(const Table& table, Value meaning) {
+  const auto* entry = std::begin(table);
+  while (entry->meaning != meaning) {
+    ++entry;
+  }
+  return entry->name;
+}
+
 /// What a name of a table means; the first entry when none is given.
 template <typename Table>
 auto Meaning(const Table& table, const std::string& name) {
@@ -105,7 +115,7 @@ std::string LoadAliases(const Arguments& arguments, FilesInUse& in_use, Reading&
 /// Understands the options of AddLayout.
 std::string Understand(const Arguments& arguments, Layout& layout);
 
-/// Returns why a text is no positive number, or an empty text.
+/// Returns why a text is not a positive number, or an empty text.
 std::string CountProblem(const std::string& text);
 
 }  // namespace qeo::tool

@@ -78,7 +78,7 @@ std::string BrokenLineProblem(const Layout& layout) {
     case Format::kTsv:
       return "no column " + std::to_string(layout.column);
     case Format::kCedict:
-      return "not \"TRADITIONAL SIMPLIFIED [pronunciation]\"";
+      return "expected \"TRADITIONAL SIMPLIFIED [pronunciation]\"";
     default:
       return "no pronunciation";
   }

@@ -12,40 +12,40 @@ inline constexpr char kLanguageChoice[] =
     "mandarin, cantonese, english, a code such as zh-CN, yue or en-US,\nor a language id";
 
 inline constexpr char kFromHelp[] =
-    "what is read: pinyin, jyutping or arpabet (the default of their\n"
-    "languages), text, codes, ids or pronunciation";
+    "the input notation: pinyin, jyutping or arpabet (each the default\n"
+    "of its language), text, codes, ids or pronunciation";
 
 inline constexpr char kToHelp[] =
-    "what is written: syllables, phones, toned-phones, codes, ids,\n"
+    "the output notation: syllables, phones, toned-phones, codes, ids,\n"
     "pronunciation, marks, arpabet, json or tsv";
 
 inline constexpr char kStrictHelp[] =
-    "no rules: text, for english pronunciation, as the library itself\nreads it";
+    "read text, for english pronunciation, as the library itself does,\nwithout rules";
 
 inline constexpr char kDefaultToneHelp[] = "the tone of cantonese syllables without one: 1 to 6";
 
 inline constexpr char kCheckToHelp[] =
-    "what is to be written, as for convert (default: codes and\npronunciation)";
+    "the output notation to check for, as for convert (default: codes\nand pronunciation)";
 
 inline constexpr char kCutHelp[] =
-    "how words without tones are cut: whole (default), forward,\nbackward or none";
+    "how to cut words without tones: whole (default), forward,\nbackward or none";
 
 inline constexpr char kAliasesHelp[] = "replace spellings by the table in FILE (jyutping)";
 
 inline constexpr char kFormatHelp[] =
-    "what a line is: lines (default: a text), tsv, cedict, cmudict or\nkaldi";
+    "the input format: lines (default, each a text), tsv, cedict,\ncmudict or kaldi";
 
-inline constexpr char kColumnHelp[] = "the field of tsv, which it implies (2 if not said)";
+inline constexpr char kColumnHelp[] = "the field of tsv to read (default 2); implies --format tsv";
 
 inline constexpr char kHeadwordHelp[] = "the word of cedict: simplified (default) or traditional";
 
 inline constexpr char kOutputHelp[] = "write to FILE, which changes only when all is done";
 
-inline constexpr char kRejectsHelp[] = "write the lines that fail, as they stand, to FILE";
+inline constexpr char kRejectsHelp[] = "write the lines that fail, unchanged, to FILE";
 
 inline constexpr char kLexiconHelp[] =
-    "entries are a word and its phones (--format kaldi if not said):\n"
-    "tell unknown phones, duplicate entries, phones that never occur";
+    "entries are a word and its phones (default --format kaldi):\n"
+    "report unknown phones, duplicate entries, phones that never occur";
 
 inline constexpr char kFooter[] = R"(Examples:
   $ phoneme convert -l mandarin --to pronunciation "Nǐ hǎo"
@@ -59,8 +59,8 @@ inline constexpr char kFooter[] = R"(Examples:
 Exit status: 0, 1 when a text failed, 2 for bad usage, 3 when the work could not be finished.)";
 
 inline constexpr char kConvertFooter[] =
-    R"(What people write is read by rules, each of which can be switched; a text that they cannot place
-whole fails. phoneme(1) explains the rules.
+    R"(Rules read what people write, and each can be switched; a text that they cannot place whole fails.
+phoneme(1) explains the rules.
 
 Notations, each for "ni3hao3":
   pinyin         Nǐ hǎo         tone marks, corpus habits (jyutping and arpabet alike)
@@ -74,7 +74,7 @@ Notations, each for "ni3hao3":
   pronunciation  n i 3, h ao 3  phone names, then the tone digit, a comma between syllables
   marks          nǐ hǎo         pinyin with tone marks
   arpabet        HH AH0 L OW1   of english
-  json, tsv                     an object a line; a row a syllable under a heading
+  json, tsv                     an object per line; a row per syllable under a heading
 
 Pinyin, jyutping, text and codes convert to everything; arpabet, ids and pronunciation to all but
 syllables, codes and marks. A line fails when the target cannot express one of its syllables: a row
@@ -111,8 +111,8 @@ threads fail it is 3, and the files of --output and --rejects stay as they were.
 --strict drops what the library drops: letters after the last syllable that it knows ("hello" is
 "he"), phones after the last closing byte of ids. It writes any tone digit in syllables and
 pronunciations, but leaves no other gap.
-A language id that the library does not know is served by another language; a note says which.
-A text that begins with "-" goes behind "--".)";
+A language id that the library does not know is served by another language, which a note names.
+A text that begins with "-" must follow "--".)";
 
 inline constexpr char kCheckFooter[] =
     R"(Prints a line for everything that convert would not place, in the form that editors read:

@@ -39,7 +39,7 @@ std::string JobsProblem(const std::string& text) {
   if (!problem.empty() || *ParseNumber<std::size_t>(text) <= kMostJobs) {
     return problem;
   }
-  return Quoted(text) + " is more than " + std::to_string(kMostJobs) + " threads";
+  return "must be at most " + std::to_string(kMostJobs) + ", not " + Quoted(text);
 }
 
 // The texts of a command that reads files when there are none. Extra arguments stay off, because
@@ -65,23 +65,25 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
           "read lines from FILE; \"-\" is standard input");
   AddText(command, "-o,--output", arguments.output, "FILE", kOutputHelp);
   AddText(command, "--rejects", arguments.rejects, "FILE", kRejectsHelp);
-  AddText(command, "-j,--jobs", arguments.jobs, "N", "convert with N threads").check(JobsProblem);
-  command.add_flag("-q,--quiet", arguments.is_quiet, "no progress bar, no totals")
+  AddText(command, "-j,--jobs", arguments.jobs, "N", "convert with N threads (default 1)")
+      .check(JobsProblem);
+  command.add_flag("-q,--quiet", arguments.is_quiet, "print no progress bar and no totals")
       ->disable_flag_override();
-  AddTexts(command, "TEXT", "what to convert; the lines of standard input if none", argument_count);
+  AddTexts(command, "TEXT", "the texts to convert (default: lines of standard input)",
+           argument_count);
   command.footer(kConvertFooter);
   return command;
 }
 
 CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
-  CLI::App& command = *app.add_subcommand("check", "Tell what in a file cannot be converted");
+  CLI::App& command = *app.add_subcommand("check", "Report what in a file cannot be converted");
   AddLanguage(command, arguments, false);
   AddChoice(command, "--to", arguments.to, kTargets, kCheckToHelp);
   AddSource(command, arguments);
   AddRules(command, arguments);
   AddLayout(command, arguments);
   command.add_flag("--lexicon", arguments.is_lexicon, kLexiconHelp);
-  command.add_flag("--json", arguments.is_json, "a JSON object a line");
+  command.add_flag("--json", arguments.is_json, "print a JSON object per line");
   AddTexts(command, "FILE", "the files to check; \"-\" is standard input", argument_count);
   command.get_option("FILE")->required();
   command.footer(kCheckFooter);
@@ -138,7 +140,7 @@ ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
   return BadUsage(app, UsageError(problem));
 }
 
-// Help goes before any other complaint, and a first word that is no command is named.
+// Help goes before any other complaint, and a first word that is not a command is named.
 ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   for (const CLI::App* command : app.get_subcommands()) {
     if (command->count("--help") > 0) {
@@ -147,7 +149,7 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
   }
   const std::vector<std::string> strangers = app.remaining();
   if (app.get_subcommands().empty() && !strangers.empty()) {
-    return BadUsage(app, "no command " + Quoted(strangers.front()));
+    return BadUsage(app, "unknown command " + Quoted(strangers.front()));
   }
   // An option that is not known is the likelier slip than the argument that is missing besides.
   for (const std::string& stranger : app.remaining(true)) {
@@ -164,13 +166,13 @@ ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
 std::string TextsProblem(const Arguments& arguments, const std::vector<std::string>& texts,
                          const Layout& layout) {
   if (!texts.empty() && !arguments.input.empty()) {
-    return "texts and --input do not go together";
+    return "texts and --input cannot be combined";
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
     return text.find('\n') != std::string::npos;
   });
   if (has_line_end && layout.format != Format::kLines) {
-    return "a text with a line end in it is no line of its format";
+    return "a text must not contain a line end with --format " + NameOf(kFormats, layout.format);
   }
   return "";
 }
@@ -227,7 +229,7 @@ ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
     options.layout.format = Format::kKaldi;
   }
   if (problem.empty() && arguments.is_lexicon && !options.layout.HasWords()) {
-    problem = "--lexicon has a meaning with --format kaldi, cmudict and cedict alone";
+    problem = "--lexicon applies to --format kaldi, cmudict and cedict only";
   }
   if (problem.empty() && arguments.is_lexicon && !arguments.to.empty()) {
     problem = "--lexicon and --to cannot be combined";

@@ -113,8 +113,8 @@ std::string ConversionProblem(const Conversion& conversion) {
            " has no syllable table: use --to phones, toned-phones, ids, pronunciation or arpabet";
   }
   if (!HasCodes(conversion.from)) {
-    return "phones do not tell their syllable (Mandarin \"yo\" and \"you\" sound alike): syllables "
-           "and codes are made --from pinyin, jyutping, text or codes";
+    return "phones do not determine their syllable (Mandarin \"yo\" and \"you\" sound alike): use "
+           "--from pinyin, jyutping, text or codes";
   }
   return "";
 }

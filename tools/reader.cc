@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kDigits[] = "0123456789";
 
-// The places of syllables that are each some words, the last of which `is_last` tells.
+// The places of syllables that are each some words, the last of which `is_last` finds.
 template <typename IsLast>
 std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last) {
   std::vector<notation::Range> places;
@@ -222,7 +222,7 @@ bool Reader::ReadIds(std::string_view text) {
   if (ParseIds(text) && RegroupIds()) {
     const bool is_closed = phone_ids_.empty() || phone_ids_.back() < kFirstPhoneByte;
     return is_closed || conversion_.is_strict ||
-           Fail("phones lost", "phones lost behind the last closing byte");
+           Fail("phones lost", "phones lost after the last closing byte");
   }
   std::string_view word = TakeWord(rest);
   while (ParseIds(word) && RegroupIds()) {
@@ -266,11 +266,11 @@ bool Reader::ParsePronunciation(const std::string& text) {
   return sp::pr2ph(conversion_.language, text, phone_ids_) == 0;
 }
 
-// Says what is wrong with one syllable of a pronunciation.
+// Describes what is wrong with one syllable of a pronunciation.
 void Reader::DescribeSyllable(const std::string& token) {
   const std::vector<std::string> pieces = xstr::split(token, " ", -1);
   if (pieces.size() < 2) {
-    Fail("bad tone", "not phones and a digit " + Quoted(token));
+    Fail("bad tone", "expected phones and a tone digit, found " + Quoted(token));
     return;
   }
   for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
@@ -279,7 +279,7 @@ void Reader::DescribeSyllable(const std::string& token) {
       return;
     }
   }
-  Fail("bad tone", "not one digit " + Quoted(pieces.back()));
+  Fail("bad tone", "expected a tone digit, found " + Quoted(pieces.back()));
 }
 
 std::vector<notation::Range> Reader::FindPlaces(const std::string& text) const {
