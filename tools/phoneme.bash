@@ -24,7 +24,7 @@ _phoneme_options() {
 }
 
 # Sets `values` to what an option takes: words, "FILE", "ANY" for what nobody can guess, or nothing
-# for an option that stands alone.
+# for an option without a value.
 _phoneme_values() {
   case $1 in
     -l | --language) values='mandarin cantonese english' ;;
