@@ -12,8 +12,8 @@
 
 namespace qeo::notation {
 
-/// What ArpabetToPronunciation does unless told otherwise. Rule::kSecondStress is not in it: the
-/// library keeps the digit 2, and folded it could not be brought back.
+/// What ArpabetToPronunciation does by default. Rule::kSecondStress is not in it: the library
+/// keeps the digit 2, and folded it could not be brought back.
 inline constexpr RuleSet kArpabetRules =
     RuleSet().With(Rule::kLowerCase).With(Rule::kReducedVowel).With(Rule::kMissingStress);
 
@@ -36,11 +36,11 @@ inline constexpr RuleSet kArpabetRules =
 ///
 /// - kUnknownPhone, kInvalidUtf8: a name that the library does not have, in upper case too when
 ///   kLowerCase is off. It is left out of the text.
-/// - kBadTone: digits other than 0 to 2, or any behind a consonant. The phone is read without them.
+/// - kBadTone: digits other than 0 to 2, or any after a consonant. The phone is read without them.
 ///   Without kMissingStress, also a vowel without a digit. It is left out of the text.
 ///
-/// `text` always parses as American English. A digit in it that stands behind the consonants of its
-/// syllable, a blank and a comma have the origin of the byte in front of them.
+/// `text` always parses as American English. A digit in it that follows the consonants of its
+/// syllable, a blank and a comma have the origin of the byte before them.
 NOTATION_EXPORT Normalized ArpabetToPronunciation(std::string_view phones,
                                                   RuleSet rules = kArpabetRules);
 
@@ -56,9 +56,9 @@ NOTATION_EXPORT Normalized ArpabetToPronunciation(std::string_view phones,
 ///
 /// - kUnknownPhone, kInvalidUtf8: a name that the library does not have. It is left out of the
 /// text.
-/// - kBadTone: a digit that is no stress, 3 to 9, or any but 0 in a syllable without a vowel. The
-///   phones are written without it. Also a syllable that does not close with a digit. It is left
-///   out of the text.
+/// - kBadTone: a digit that is not a stress, 3 to 9, or any but 0 in a syllable without a vowel.
+///   The phones are written without it. Also a syllable that does not close with a digit. It is
+///   left out of the text.
 ///
 /// What ArpabetToPronunciation made of phones without a problem comes back as it was, in upper case
 /// with single blanks, but for "AX0" (AH0), stress that kSecondStress folded and digits that
@@ -71,9 +71,9 @@ enum class CmudictLineKind : std::uint8_t { kEntry, kComment, kBlank };
 /// into the line or to its end.
 struct CmudictLine {
   CmudictLineKind kind = CmudictLineKind::kBlank;
-  std::string_view word;     ///< without its variant number; empty when the line is no entry
+  std::string_view word;     ///< without its variant number; empty when the line is not an entry
   int variant = 0;           ///< 2 for "word(2)", 0 when none is written
-  std::string_view phones;   ///< what stands between the word and the comment
+  std::string_view phones;   ///< what is between the word and the comment
   std::string_view comment;  ///< from its "#" or ";;;" on, or empty
 };
 
@@ -83,7 +83,7 @@ struct CmudictLine {
 ///   // kEntry; "dail", 2, "D OY1 L", "# org, irish"
 ///
 /// A line that begins with ";;;", or with "#" and white space, is a comment. In an entry the word
-/// ends at the first white space, and a comment begins at the first "#" behind white space; a "#"
+/// ends at the first white space, and a comment begins at the first "#" after white space; a "#"
 /// that begins the word belongs to it. A variant number has no leading zero and at most nine
 /// digits; else the parenthesis belongs to the word. White space around each part is left out, and
 /// with it the end of the line.

@@ -20,7 +20,7 @@ enum class CharacterKind : std::uint8_t {
   kPunctuation,    //
   kForeignLetter,  // another Latin letter, or one with other marks: its word is foreign
   kForeign,        // anything else
-  kInvalid,        // a byte that is no UTF-8
+  kInvalid,        // a byte that is not UTF-8
 };
 
 /// The letter e with circumflex, a sound of its own.

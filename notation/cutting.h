@@ -61,8 +61,8 @@ struct Cut {
 /// thus "ke", "neng".
 ///
 /// In Mandarin m, n, ng, hm and hng are syllables only as whole words: "nun" is not "nu", "n". A
-/// word begins with the text, with a capital, and after a byte that is no letter, and ends before
-/// the next one or such a byte.
+/// word begins with the text, with a capital, and after a byte that is not a letter, and ends
+/// before the next one or such a byte.
 ///
 /// Letters are read as the library reads them: a capital is its small letter and opens a syllable,
 /// so "XiAn" is cut only between "Xi" and "An". (The Mandarin syllable "E" is thus never found.) No
@@ -73,7 +73,7 @@ struct Cut {
 /// At most `max_cuts` cuts are listed in `cuts`. An unregistered language is served by Mandarin; in
 /// a language without syllables (American English) nothing but the empty text is covered.
 ///
-/// Time and memory are linear in the text, whatever `count` is; with `max_cuts`, in the text times
+/// Time and memory are linear in the text, for any `count`; with `max_cuts`, in the text times
 /// the number of cuts listed.
 NOTATION_EXPORT Cut CutWhole(int language, std::string_view letters, std::size_t max_cuts = 0);
 
@@ -85,7 +85,7 @@ NOTATION_EXPORT Cut CutWhole(int language, std::string_view letters, std::size_t
 /// for the text followed by a space: what is after the last longest match, or before it, up to the
 /// next capital, is left out, and a nasal alone is a syllable anywhere ("nu", "n"). kNone gives the
 /// words of the text, as CutWhole has them, that are syllables. Text, language and cost are as with
-/// CutWhole; in the longest matches a byte that is no letter is left out like a letter that fits
+/// CutWhole; in the longest matches a byte that is not a letter is left out like a letter that fits
 /// nowhere.
 NOTATION_EXPORT std::vector<CutSyllable> CutLetters(int language, std::string_view letters,
                                                     Cutting cutting);

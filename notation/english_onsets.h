@@ -2,7 +2,7 @@
 #define NOTATION_ENGLISH_ONSETS_H_
 
 // The consonants that may begin an English syllable, and the lookup on which syllables are cut.
-// docs/arpabet.md says how the table was made and how well it cuts.
+// docs/arpabet.md describes how the table was made and how well it cuts.
 
 #include <algorithm>
 #include <array>
@@ -133,7 +133,7 @@ constexpr OnsetKey PhoneKey(std::string_view phone) {
   return byte(0) << 8U | byte(1);
 }
 
-// The key of a phone in front of an onset of `count` phones: the two together are the key of all.
+// The key of a phone before an onset of `count` phones: the two together are the key of all.
 constexpr OnsetKey InFrontOf(std::size_t count, OnsetKey phone) { return phone << (16 * count); }
 
 constexpr OnsetKey KeyOf(std::string_view phones) {
@@ -162,7 +162,7 @@ class OnsetTable {
   static constexpr unsigned kSlotBits = 8;  // about a third of the slots are taken
   static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
 
-  // Where a key stands, or would stand.
+  // Where a key is, or would be.
   constexpr std::size_t Find(OnsetKey key) const {
     std::size_t slot = static_cast<std::size_t>(key * 0x9e3779b97f4a7c15U >> (64 - kSlotBits));
     while (slots_[slot] != 0 && slots_[slot] != key) slot = (slot + 1) % kSlots;

@@ -16,8 +16,7 @@
 
 namespace qeo::notation {
 
-/// The rules of NormalizeJyutping, all in use unless told otherwise; kAlias does nothing without a
-/// table.
+/// The rules of NormalizeJyutping, all in use by default; kAlias does nothing without a table.
 inline constexpr RuleSet kJyutpingRules = RuleSet()
                                               .With(Rule::kFullWidth)
                                               .With(Rule::kPunctuation)
@@ -35,7 +34,7 @@ struct AliasError {
 
 struct ParsedAliases;
 
-/// Spellings and the Jyutping syllables that stand for them.
+/// Spellings and the Jyutping syllables that replace them.
 class AliasTable {
  public:
   /// Longest spelling that can be replaced, in letters.
@@ -49,8 +48,8 @@ class AliasTable {
   /// text may begin with a byte order mark. Spellings are small letters without tones.
   ///
   /// A line is an error, and has no place in the table, when it is not two fields, when a field is
-  /// no spelling of 1 to kMaxLength letters, when the second is no syllable of Jyutping, or when
-  /// the first stands in an earlier line. `errors` lists all of them in order.
+  /// not a spelling of 1 to kMaxLength letters, when the second is not a syllable of Jyutping, or
+  /// when the first is in an earlier line. `errors` lists all of them in order.
   NOTATION_EXPORT static ParsedAliases Parse(std::string_view text);
 
   /// The syllable that replaces `spelling`, or an empty text.
@@ -83,12 +82,12 @@ struct ParsedAliases {
 /// and single spaces; a space also takes the place of a problem.
 ///
 /// The rules: kFullWidth, kPunctuation and kAbbreviation as NormalizePinyin has them (a syllable of
-/// one capital with its digit is "M4"); kGlued, a space in front of a syllable that follows a digit
+/// one capital with its digit is "M4"); kGlued, a space before a syllable that follows a digit
 /// directly, reported with the bytes of that syllable; kAlias, a syllable that `aliases` has
 /// replaced, known or not. `aliases` may be null.
 ///
 /// The problems, their bytes left out of the text: kUnknownSyllable; kBadTone for a syllable with
-/// the digit 0, 8 or 9 and for digits behind the first (7, which code2py writes where there is no
+/// the digit 0, 8 or 9 and for digits after the first (7, which code2py writes where there is no
 /// tone, is read); kForeignText as with NormalizePinyin, thus also codes like "VQ6", words with
 /// marks on letters, and foreign words; kInvalidUtf8.
 ///

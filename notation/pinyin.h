@@ -11,7 +11,7 @@
 
 namespace qeo::notation {
 
-/// The rules of NormalizePinyin, all in use unless told otherwise.
+/// The rules of NormalizePinyin, all in use by default.
 inline constexpr RuleSet kPinyinRules = RuleSet()
                                             .With(Rule::kFullWidth)
                                             .With(Rule::kPunctuation)
@@ -30,12 +30,12 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///
 /// `text` is UTF-8 in any normalisation form, one line or entry: whether it has tones is decided
 /// for all of it. The result's `text` is small letters, tone digits and single spaces. What is
-/// written with a digit stays as it stands ("ni3hao3"); what is cut here is set apart by a space,
-/// and so is what a capital opened ("NiHao") or what stood around a problem.
+/// written with a digit stays unchanged ("ni3hao3"); what is cut here is set apart by a space,
+/// and so is what a capital opened ("NiHao") or what was around a problem.
 ///
 /// The three kinds of text:
 ///
-/// - With tone marks: a run of letters is cut so that each syllable has one mark at the most, on a
+/// - With tone marks: a run of letters is cut so that each syllable has at most one mark, on a
 ///   vowel, or on m or n where it has none. Of all cuts that leave no letter out, the one of the
 ///   fewest syllables; then the one with the least that a rule rewrites; then the one of the least
 ///   cost, as CutWhole has it: above all the one that lacks the fewest apostrophes ("Hénán" is he
@@ -54,7 +54,7 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///   lowered digits, and the Kelvin sign, which Unicode holds equal to K, to ASCII.
 /// - kPunctuation: punctuation and spaces of all kinds, middle dots, apostrophes and invisible
 ///   format characters to a space. What the library takes for a separator (ASCII white space, "'",
-///   "`") needs no rule. Signs that stand for something (# % & * @ \ and symbols) are foreign text.
+///   "`") needs no rule. Signs that have a meaning (# % & * @ \ and symbols) are foreign text.
 /// - kDiaeresis: u with diaeresis, and "u:" after j, l, n, q, x and y, to v; v after j, q, x and y
 ///   to u; the syllables lue and nue to lve and nve.
 /// - kToneMark: macron, acute, caron (or breve) and grave on a, e, i, o, u, ü, v, m, n and ê to
@@ -62,31 +62,31 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///   The library has no notation for ê: it is an unknown syllable.
 /// - kNeutralTone: the digit 0, and a syllable without a digit in a text with digits, to 5. Without
 ///   it they stay as they are, which the library reads in the same way.
-/// - kErhua: an r that stands alone, with tone 5, 0 or none, to er; and the r with tone 5 or 0 at
+/// - kErhua: an r alone, with tone 5, 0 or none, to er; and the r with tone 5 or 0 at
 ///   the end of a word with tone marks, "pǔr5" to "pu3 er5", unless a syllable er ends in it
 ///   ("ér5").
 /// - kFusedErhua: a syllable with r at its end that is not known, and is known without it and has
 ///   a vowel, to two: "nar4" to "na4 er5".
-/// - kAbbreviation: two capitals or more in a row, and one that stands alone, are reported as
+/// - kAbbreviation: two capitals or more in a row, and one alone, are reported as
 ///   foreign text, with the digits that follow ("PK", "MP3"). Not when one of them has a mark, nor
 ///   a syllable of one letter with its digit ("A1"). Nor is a small letter of full width a syllable
-///   where it stands alone, without a digit, and the text has letters or digits of ASCII and
+///   where it is alone, without a digit, and the text has letters or digits of ASCII and
 ///   besides ASCII only such letters: it is foreign text too. Without it letters are read as such.
 ///
 /// The problems; their bytes are left out of the text and a space takes their place:
 ///
-/// - kUnknownSyllable: letters that are no syllable ("xx5"), or that no cut covers.
+/// - kUnknownSyllable: letters that are not a syllable ("xx5"), or that no cut covers.
 /// - kBadTone: a syllable with a digit beyond 5, with a mark and a digit (but for the r of kErhua),
 ///   or r with 1 to 4; digits after the first ("ni33": the second 3).
 /// - kForeignText: abbreviations, words with other Latin letters or marks, other scripts, symbols,
 ///   digits that follow no letter. Neighbours are one problem.
-/// - kInvalidUtf8: bytes that are no UTF-8. Neighbours are one problem.
+/// - kInvalidUtf8: bytes that are not UTF-8. Neighbours are one problem.
 ///
-/// A tone digit that no digit of `text` stands for has the origin of the letter in front of it.
+/// A tone digit that no digit of `text` is written for has the origin of the letter before it.
 ///
 /// Every byte of `text` is in the result: at one of its `origins`, in the range of an application,
 /// in the range of a problem, or it is a separator of the library. The library reads the result's
-/// `text` without failure whatever `rules` is, and drops no letter of a text that has tones.
+/// `text` without failure for any `rules`, and drops no letter of a text that has tones.
 NOTATION_EXPORT Normalized NormalizePinyin(std::string_view text, RuleSet rules = kPinyinRules);
 
 }  // namespace qeo::notation

@@ -15,7 +15,7 @@
 namespace qeo::notation::internal {
 
 struct Reading {
-  PackedSpelling spelling = 0;  // for the library; 0 when the letters are no syllable
+  PackedSpelling spelling = 0;  // for the library; 0 when the letters are not a syllable
   bool is_lone_r = false;       // "r" as "er"
   bool is_alias = false;
   bool is_respelled = false;  // "lue" as "lve"
@@ -40,12 +40,12 @@ class Readings {
     return aliases_ == nullptr && syllables_.Has(letters);
   }
 
-  /// Whether a syllable may go on behind these letters, but for one letter that a rule adds.
+  /// Whether a syllable may go on after these letters, but for one letter that a rule adds.
   bool MayGoOn(PackedSpelling letters) const {
     return aliases_ != nullptr || syllables_.IsBeginning(letters) || IsRespelled(letters);
   }
 
-  /// Letters with others around them, where an r alone is no syllable.
+  /// Letters with others around them, where an r alone is not a syllable.
   Reading OfLetters(PackedSpelling letters, std::size_t count) const;
 
   /// A piece by itself, which may be a lone r.

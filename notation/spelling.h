@@ -15,7 +15,7 @@
 
 namespace qeo::notation {
 
-/// What stands between the syllables of a text.
+/// What is written between the syllables of a text.
 enum class Spacing : std::uint8_t {
   kWord,   ///< nothing, as in a word: "nǐhǎo", "nei5hou2"
   kSpace,  ///< a space: "nǐ hǎo", "nei5 hou2"
@@ -34,12 +34,12 @@ struct Spelling {
 ///   MarkedPinyin(codes, Spacing::kWord).text;   // "nǚ'ér"
 ///   MarkedPinyin(codes, Spacing::kSpace).text;  // "nǚ ér"
 ///
-/// The mark stands on a or e, in "ou" on the o, and otherwise on the last vowel; in syllables
+/// The mark is on a or e, in "ou" on the o, and otherwise on the last vowel; in syllables
 /// without a vowel on m or n ("ńg", "hm̀"). Tone 5 has no mark. Where no letter with the mark exists
 /// ("n̄", "ê̌"), a combining mark follows the letter. The library's v is "ü" and its E is "ê".
 ///
-/// Inside a word an apostrophe stands in front of a syllable that begins with a, e or o, and also
-/// in front of "m", "n" and "ng", so that a word can be cut in one way only: "xī'n" is not "xīn".
+/// Inside a word an apostrophe is before a syllable that begins with a, e or o, and also
+/// before "m", "n" and "ng", so that a word can be cut in one way only: "xī'n" is not "xīn".
 /// NormalizePinyin reads the text back, but for "ê", which the library's notation cannot name, and
 /// a word without any mark, which it leaves to be cut.
 ///
@@ -49,7 +49,7 @@ NOTATION_EXPORT Spelling MarkedPinyin(const std::vector<unsigned short>& codes, 
 
 /// As above, from the codes of records as `py2ph` and `code2ph` make them. A record of another
 /// language cannot be written, nor one without a code, as `pr2ph` and `ph2ph` make it: phones do
-/// not tell their syllable ("yo" and "you" sound alike).
+/// not determine their syllable ("yo" and "you" sound alike).
 NOTATION_EXPORT Spelling MarkedPinyin(const std::vector<sp::SyllableInfo>& syllables,
                                       Spacing spacing);
 

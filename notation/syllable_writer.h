@@ -36,7 +36,7 @@ class SyllableWriter {
     result_.origins.reserve(byte_count);
   }
 
-  /// A space goes in front of the next syllable; it stands for what is at `offset`.
+  /// A space goes before the next syllable; it stands for what is at `offset`.
   void SetApart(std::size_t offset) { space_ = std::min(space_, offset); }
 
   /// Appends a syllable that no rule changes, with its digit, from `offset` on.

@@ -20,7 +20,7 @@ class TextReader {
   /// A character, taken for foreign when it needs a rule that is off.
   Character ReadCharacter(std::size_t offset) const;
 
-  /// Reads the word that begins at `at` and the digits behind it. Returns the range of both.
+  /// Reads the word that begins at `at` and the digits after it. Returns the range of both.
   Range ReadWord(std::size_t at, Word& word) const;
 
  private:

@@ -1,7 +1,7 @@
 #ifndef NOTATION_WORD_H_
 #define NOTATION_WORD_H_
 
-// A word of romanised Chinese as it is written: letters with their marks, and the digits behind
+// A word of romanised Chinese as it is written: letters with their marks, and the digits after
 // them. Not installed.
 
 #include <cstddef>
@@ -41,7 +41,7 @@ struct Letter {
   Range range() const { return {offset, length}; }
 };
 
-/// The digits behind a word. The first one is its tone.
+/// The digits after a word. The first one is its tone.
 struct Digits {
   std::size_t count = 0;
   Character first;
@@ -56,7 +56,7 @@ struct Piece {
   std::size_t size() const { return end - begin; }
 };
 
-/// Letters in a row, and the digits behind them.
+/// Letters in a row, and the digits after them.
 struct Word {
   std::vector<Letter> letters;
   bool is_foreign = false;  // there are letters in between that are not in `letters`

@@ -1,7 +1,7 @@
 #ifndef PHONEME_PHONE_SET_H_
 #define PHONEME_PHONE_SET_H_
 
-// What a language's own source tells the rest of the library. The records are constant data, ready
+// What a language's own source gives the rest of the library. The records are constant data, ready
 // before any initialiser runs.
 
 #include <cstddef>

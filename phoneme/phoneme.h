@@ -8,7 +8,7 @@
 ///
 /// - Text is bytes in ASCII notation. A NUL byte or a byte of 0x80 and above is a byte like any
 ///   other, neither letter nor separator, and no process locale changes a result. Phone names are
-///   matched exactly, upper and lower case told apart.
+///   matched exactly, with upper and lower case distinct.
 /// - A language is named by its id (LANGUAGE_MANDARIN, LANGUAGE_CANTONESE,
 ///   LANGUAGE_AMERICAN_ENGLISH); LanguageOfName finds the id of "mandarin" or "zh-HK".
 ///   An id that is not one of them is never an error: each function serves it with a fixed language
@@ -18,7 +18,7 @@
 ///   allocation exceptions; the contents of a container that was being filled are then unspecified,
 ///   and it can be emptied, filled again or destroyed.
 /// - Any number of threads may call any function at once, each with output containers of its own;
-///   only the three Initialize...Set stand apart, see there.
+///   only the three Initialize...Set have conditions of their own, see there.
 /// - The phone sets are ready before `main`, also for the static initialisers of other sources, and
 ///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature,
 ///   the lexicon functions and those of phoneme/languages.h.
@@ -38,8 +38,8 @@ namespace qeo::sp {
 
 // Romanised Chinese text
 //
-// How text is cut into syllables: a digit closes the syllable in front of it, a capital opens one,
-// and white space, "'" and "`" stand between syllables. A run of letters that is not itself a
+// How text is cut into syllables: a digit closes the syllable before it, a capital opens one,
+// and white space, "'" and "`" separate syllables. A run of letters that is not itself a
 // syllable is cut by longest match, from the front or, with pyw2py's `backward`, from the end; what
 // no match reaches is dropped without a failure ("hello" is "he"). A run that a digit closes is
 // never cut ("nihao3" fails). A text without any digit, capital or separator is cut by longest
@@ -58,8 +58,8 @@ namespace qeo::sp {
 /// the syllable code, `tone` the folded tone, and `raw_tone` is 0. An unregistered language is
 /// served by Mandarin.
 ///
-/// Returns 0, also for a text without syllables, or -1 when a piece is no syllable of the language;
-/// `syllables` is then empty.
+/// Returns 0, also for a text without syllables, or -1 when a piece is not a syllable of the
+/// language; `syllables` is then empty.
 PHONEME_EXPORT int py2ph(int language, const std::string& text,
                          std::vector<SyllableInfo>& syllables);
 
@@ -71,8 +71,8 @@ PHONEME_EXPORT int py2ph(int language, const std::string& text,
 /// `codes` is emptied, then receives one code a syllable, in text order: row of the syllable table
 /// * 10 + folded tone. An unregistered language is served by Mandarin.
 ///
-/// Returns 0, also for a text without syllables, or -1 when a piece is no syllable of the language;
-/// `codes` is then empty.
+/// Returns 0, also for a text without syllables, or -1 when a piece is not a syllable of the
+/// language; `codes` is then empty.
 PHONEME_EXPORT int py2code(int language, const std::string& text,
                            std::vector<unsigned short>& codes);
 
@@ -84,8 +84,8 @@ PHONEME_EXPORT int py2code(int language, const std::string& text,
 ///
 /// `syllables` is emptied, then receives the pieces in lower case, tone digits still attached. With
 /// `backward` true a run of letters is cut by longest suffix and its syllables come last one first;
-/// runs between separators keep their order. Pieces are not checked: "xyz3" is passed on as it
-/// stands. An unregistered language is served by Mandarin.
+/// runs between separators keep their order. Pieces are not checked: "xyz3" is passed on
+/// unchanged. An unregistered language is served by Mandarin.
 ///
 /// Returns 0 always; a word that cannot be cut leaves `syllables` empty or short.
 PHONEME_EXPORT int pyw2py(int language, const std::string& word,
@@ -121,7 +121,7 @@ PHONEME_EXPORT int code2ph(int language, unsigned short code, SyllableInfo& syll
 ///   code2py(LANGUAGE_MANDARIN, 2243, true);   // "ni3"
 ///   code2py(LANGUAGE_MANDARIN, 2243, false);  // "ni"
 ///
-/// With `with_tone` the last decimal digit is appended as it stands, 0 included. A code beyond the
+/// With `with_tone` the last decimal digit is appended unchanged, 0 included. A code beyond the
 /// table yields row 0 ("a", in Cantonese "aa"). An unregistered language is served by Mandarin,
 /// then always with the tone digit. A language without syllables (American English) yields an empty
 /// string.
@@ -131,7 +131,7 @@ PHONEME_EXPORT std::string code2py(int language, unsigned short code, bool with_
 //
 // A pronunciation string is syllables separated by ","; a syllable is phone names and one closing
 // digit, separated by single spaces ("hh ax 0, l ow 1"). Tabs, line ends and spaces around a
-// syllable are ignored, and so are empty syllables. Any phone may stand anywhere, and the digit is
+// syllable are ignored, and so are empty syllables. Any phone may be at any place, and the digit is
 // taken as it is.
 //
 // A phone-id sequence is the same as bytes: 10 to 255 is the phone of id byte - 10, and 0 to 9
@@ -162,7 +162,7 @@ PHONEME_EXPORT int pr2ph(int language, const std::string& pronunciation,
 ///
 /// Returns 0, or -1. After an unknown phone (here also Mandarin "E" and "ng", which have no id) or
 /// a last piece that is not one digit, `phone_ids` is empty, what the caller had put there
-/// included; after a syllable that is a single piece ("aa", "3") it keeps all that stands before
+/// included; after a syllable that is a single piece ("aa", "3") it keeps all that was before
 /// it.
 PHONEME_EXPORT int pr2ph(int language, const std::string& pronunciation,
                          std::vector<unsigned char>& phone_ids);
@@ -174,15 +174,15 @@ PHONEME_EXPORT int pr2ph(int language, const std::string& pronunciation,
 ///
 /// `syllables` is emptied, then receives one record for each closing byte: `language` is the
 /// language in use, `phones` the phones since the last closing byte (none is allowed), `raw_tone`
-/// the closing byte; `code` and `tone` are 0. Phones behind the last closing byte are dropped. An
+/// the closing byte; `code` and `tone` are 0. Phones after the last closing byte are dropped. An
 /// unregistered language is served by American English.
 ///
 /// Returns 0, or -1 when a byte names no phone of the language; `syllables` is then empty.
 PHONEME_EXPORT int ph2ph(int language, const std::vector<unsigned char>& phone_ids,
                          std::vector<SyllableInfo>& syllables);
 
-/// Tells what a byte of a phone-id sequence is: 1 for a closing byte (0 to 9), 2 for a phone (10 to
-/// 255). `language` is ignored and no table is asked.
+/// Returns the kind of a byte of a phone-id sequence: 1 for a closing byte (0 to 9), 2 for a phone
+/// (10 to 255). `language` is ignored and no table is asked.
 PHONEME_EXPORT int ph2tp(int language, unsigned char phone_id);
 
 // Phones

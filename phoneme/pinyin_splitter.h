@@ -3,8 +3,8 @@
 
 // Romanised text to syllable pieces, in one pass and without copies.
 //
-// Text is cut at two levels. What is written comes first: a digit closes the piece in front of it,
-// a capital opens one, and white space, the apostrophe and the grave accent stand between pieces. A
+// Text is cut at two levels. What is written comes first: a digit closes the piece before it,
+// a capital opens one, and white space, the apostrophe and the grave accent separate pieces. A
 // piece that is closed by a digit is passed on as it is, syllable or not. Any other piece that is
 // no syllable is cut by longest match against the syllables of the language, and what no match
 // reaches is dropped. A piece whose letters alone are a syllable is passed on whole, also with
@@ -23,7 +23,7 @@ namespace qeo::sp::internal {
 
 /// One piece of text, as a sink receives it.
 struct Piece {
-  std::string_view text;  // as it stands in the input; its first byte may be a capital
+  std::string_view text;  // unchanged from the input; its first byte may be a capital
   int row;                // the syllable's row, or NameIndex::kAbsent
   signed char raw_tone;   // of a syllable: the closing digit, 0 without one
 };

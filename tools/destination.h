@@ -17,7 +17,7 @@ struct Destination {
   bool is_special = false;  ///< the path is that of a pipe, a device or a directory
   int error = 0;            ///< the errno when the name leads nowhere, then the others are not set
 
-  /// Tells whether it is standard output or standard error.
+  /// Returns whether it is standard output or standard error.
   bool IsStream() const;
 
   /// What identifies the file, if it is a regular one.

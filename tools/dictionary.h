@@ -38,7 +38,7 @@ struct Layout {
   std::size_t column = 0;  ///< the field with the pronunciation, counted from 1 (kTsv)
   Headword headword = Headword::kSimplified;
 
-  /// Tells whether a line is an entry with a word in front, and not just text.
+  /// Returns whether a line is an entry that begins with a word, and not just text.
   bool HasWords() const { return format != Format::kLines && format != Format::kTsv; }
 };
 

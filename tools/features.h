@@ -9,7 +9,7 @@
 
 namespace qeo::tool {
 
-/// Returns what the features of a phone say: "fricative, glottal, voiceless"; nothing for a phone
+/// Returns the features of a phone in words: "fricative, glottal, voiceless"; nothing for a phone
 /// that has none.
 std::string FeatureWords(const sp::PhoneInfo& phone);
 

@@ -17,10 +17,10 @@ namespace qeo::tool {
 
 struct Finding {
   std::uint64_t line = 0;  ///< counted from 1
-  std::size_t offset = 0;  ///< bytes of the line in front of it
+  std::size_t offset = 0;  ///< bytes of the line before it
   std::size_t length = 0;  ///< bytes, 0 when it is about the line or the file
   std::string_view kind;   ///< "unknown syllable"
-  std::string message;     ///< what is left to say, for the user
+  std::string message;     ///< the details, for the user
   std::string suggestion;  ///< what may have been meant, or empty
   bool is_problem = true;  ///< else a note
   /// What it was made of, for the details of a hint; may be null.

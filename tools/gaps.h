@@ -29,14 +29,14 @@ class Gaps {
 
   /// What `to` cannot express of a syllable as Reader makes it.
   ///
-  /// Codes can express every syllable, and so can the records of kJson and kTsv, which say what
+  /// Codes can express every syllable, and so can the records of kJson and kTsv, which show what
   /// is missing. Phones and ids need a phone for each name of the row; ids take any digit.
   /// Syllables need a digit that their text reads back, marks, toned phones, pronunciations and
   /// ARPAbet a tone of the language. In a strict conversion, syllables and pronunciations take any
   /// digit, as code2py and pr2ph do.
   Gap Find(Target to, const sp::SyllableInfo& syllable) const;
 
-  /// Tells whether the digit of a syllable is a tone, or a stress, of its language.
+  /// Returns whether the digit of a syllable is a tone, or a stress, of its language.
   static bool HasTone(const sp::SyllableInfo& syllable);
 
   /// The kind of failure that a gap is, as findings name it.

@@ -1,7 +1,7 @@
 #ifndef TOOLS_GLYPHS_H_
 #define TOOLS_GLYPHS_H_
 
-/// Bytes of any origin as a terminal can show them: text as it stands, and as \xNN what the
+/// Bytes of any origin as a terminal can show them: text unchanged, and as \xNN what the
 /// terminal would obey and what nobody would see.
 
 #include <cstddef>
@@ -19,7 +19,7 @@ struct Glyph {
 
 /// Reads the glyph that `text` begins with, which is not empty.
 ///
-/// Letters, marks, signs and blanks of any script are shown as they stand. Bytes that are no UTF-8,
+/// Letters, marks, signs and blanks of any script are shown unchanged. Bytes that are not UTF-8,
 /// controls, changes of direction and other format characters, invisible and unassigned characters
 /// become the numbers of their bytes: "\xc2\x85".
 Glyph ReadGlyph(std::string_view text);

@@ -13,7 +13,7 @@
 namespace qeo::tool {
 
 /// Bytes of the longest line that is taken, its end not counted: 1 MiB. A carriage return counts.
-/// While it is read a line needs 300 times its length in memory at the most.
+/// While it is read a line needs at most 300 times its length in memory.
 inline constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
 struct ReadLimits {
@@ -38,16 +38,17 @@ struct Line {
 /// Takes the first line off `text`, which is not empty.
 Line TakeLine(std::string_view& text);
 
-/// Reads a file from where it stands to its end. A byte order mark at the beginning is left out.
+/// Reads a file from its current position to its end. A byte order mark at the beginning is left
+/// out.
 class BlockReader {
  public:
   explicit BlockReader(int file_descriptor, const ReadLimits& limits = {})
       : file_descriptor_(file_descriptor), limits_(limits) {}
 
-  /// Tells whether Next will return without waiting for another program.
+  /// Returns whether Next will return without waiting for another program.
   bool IsReady() const;
 
-  /// Reads as many lines as one read gives, one at the least. Returns false at the end of the input
+  /// Reads as many lines as one read gives, at least one. Returns false at the end of the input
   /// and after a read error, which also swallows a line that it cut in two.
   bool Next(Block& block);
 

@@ -2,7 +2,7 @@
 #define TOOLS_INVENTORY_H_
 
 /// `phoneme phones` and `phoneme syllables`: the tables of a language, tab-separated. The first
-/// line names the columns and begins with "# "; "-" stands for an empty field.
+/// line names the columns and begins with "# "; "-" is an empty field.
 
 #include <cstdint>
 #include <string>

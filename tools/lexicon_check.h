@@ -17,8 +17,8 @@
 
 namespace qeo::tool {
 
-/// Checks the entries of one file. A phone stands between blanks and may have digits, its tone or
-/// stress, and a comma behind it; a digit may also stand alone. Memory grows with the lexicon, for
+/// Checks the entries of one file. A phone is between blanks and may be followed by digits, its
+/// tone or stress, and a comma; a digit may also be alone. Memory grows with the lexicon, for
 /// finding duplicates.
 class LexiconCheck {
  public:

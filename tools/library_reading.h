@@ -2,7 +2,7 @@
 #define TOOLS_LIBRARY_READING_H_
 
 /// How the library itself reads romanised text, without the rules of the notations: what stops it,
-/// and what it drops without a word.
+/// and what it drops silently.
 
 #include <cstddef>
 #include <optional>
@@ -22,14 +22,14 @@ std::vector<notation::Range> PlacesOfPieces(int language, const std::string& tex
 /// drops nothing, these are the letters of its syllables.
 std::size_t CountLetters(std::string_view text);
 
-/// Returns the first piece of a text that is no syllable, for which the library fails; nothing when
-/// it reads the text.
+/// Returns the first piece of a text that is not a syllable, for which the library fails; nothing
+/// when it reads the text.
 ///
 ///   UnknownPiece(sp::LANGUAGE_MANDARIN, "ni3 hoa3");  // {4, 4}, "hoa3"
 std::optional<notation::Range> UnknownPiece(int language, const std::string& text);
 
 /// Returns what the library drops from a text that it reads: the bytes between its syllables that
-/// are no separators, one range a run, in text order.
+/// are not separators, one range a run, in text order.
 ///
 ///   LettersLost(sp::LANGUAGE_MANDARIN, "yipinguo");  // {6, 2}, "uo": the syllables are yi, ping
 ///   LettersLost(sp::LANGUAGE_MANDARIN, "san1 P");    // {5, 1}, "P"

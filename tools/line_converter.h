@@ -20,7 +20,7 @@ struct Batch {
   Block input;
   std::string results;
   std::string messages;
-  std::string rejects;  ///< the lines that failed, as they stand
+  std::string rejects;  ///< the lines that failed, unchanged
   Totals totals;
 
   /// Empties all but the memory that it has.

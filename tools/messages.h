@@ -1,7 +1,7 @@
 #ifndef TOOLS_MESSAGES_H_
 #define TOOLS_MESSAGES_H_
 
-/// The form of what the tool tells the user on standard error: one line a message.
+/// The form of what the tool reports on standard error: one line a message.
 
 #include <string>
 #include <string_view>
@@ -10,7 +10,7 @@
 
 namespace qeo::tool {
 
-/// Returns a file name escaped, as it stands before ":LINE:COLUMN: ". It is not shortened, so that
+/// Returns a file name escaped, for use before ":LINE:COLUMN: ". It is not shortened, so that
 /// an editor finds the file; the system does not open a name of more than 4096 bytes.
 std::string Escaped(std::string_view text);
 
@@ -26,7 +26,7 @@ std::string QuotedName(std::string_view name);
 std::string Shortened(std::string_view message);
 
 /// Returns a message on one line, at most 1000 cells of it and without anything that a terminal
-/// would obey, whatever went into it. Quoted leaves nothing to do here; this is for what forgets
+/// would obey, for any bytes in it. Quoted leaves nothing to do here; this is for what forgets
 /// it.
 std::string Presentable(std::string_view message);
 

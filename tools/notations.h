@@ -63,12 +63,12 @@ inline constexpr Named<notation::Cutting> kCuttings[] = {
 /// A byte of a phone-id sequence below this closes a syllable, any other is a phone's id plus this.
 inline constexpr int kFirstPhoneByte = 10;
 
-/// Tells whether a notation is what people write, read by way of rules.
+/// Returns whether a notation is what people write, read by way of rules.
 constexpr bool IsWritten(Source from) {
   return from == Source::kPinyin || from == Source::kJyutping || from == Source::kArpabet;
 }
 
-/// Tells whether the syllables of a notation have codes.
+/// Returns whether the syllables of a notation have codes.
 constexpr bool HasCodes(Source from) {
   return from == Source::kPinyin || from == Source::kJyutping || from == Source::kText ||
          from == Source::kCodes;
@@ -104,7 +104,7 @@ std::string DescribeTones(int language);
 /// Returns why --default-tone cannot be `tone` for a language, or an empty string when it can.
 std::string DefaultToneProblem(int language, std::string_view tone);
 
-/// What a language is read from when the user does not say: what people write in it, or with
+/// What a language is read from by default: what people write in it, or with
 /// `strict` what the library itself reads.
 Source DefaultSource(int language, bool strict);
 

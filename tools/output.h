@@ -30,7 +30,7 @@ class Output {
   /// The text that waits to be written; callers append whole lines.
   std::string& text() { return text_; }
 
-  /// Tells whether enough text waits that it should be written.
+  /// Returns whether enough text waits that it should be written.
   bool IsLarge() const;
 
   bool IsTerminal() const;

@@ -45,7 +45,7 @@ class Progress {
   Clock::time_point last_;
 };
 
-/// Bytes from where an open file stands to its end; 0 for what is not a regular file.
+/// Bytes from the current position of an open file to its end; 0 for what is not a regular file.
 std::uint64_t BytesAhead(int file_descriptor);
 
 }  // namespace qeo::tool

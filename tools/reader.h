@@ -33,16 +33,16 @@ class Reader {
         serving_language_(ServingLanguage(conversion)),
         with_places_(with_places) {}
 
-  /// Reads a text. Returns false when it cannot all be read; failure() then tells why, and there
-  /// are no syllables.
+  /// Reads a text. Returns false when it cannot all be read; failure() then gives the reason, and
+  /// there are no syllables.
   bool Read(const std::string& text);
 
   const Failure& failure() const { return failure_; }
 
-  /// Tells whether the notation is one that rules read.
+  /// Returns whether the notation is one that rules read.
   bool is_written() const { return IsWritten(conversion_.from); }
 
-  /// Tells whether the syllables have codes.
+  /// Returns whether the syllables have codes.
   bool has_codes() const { return HasCodes(conversion_.from); }
 
   /// The syllables of the last text.

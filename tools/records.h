@@ -12,7 +12,7 @@
 
 namespace qeo::tool {
 
-/// What a record says besides the syllables.
+/// What a record holds besides the syllables.
 struct RecordHead {
   std::uint64_t line = 0;  ///< number of the line or argument
   std::string_view word;   ///< empty where the format has none

@@ -12,7 +12,7 @@ namespace qeo::tool {
 
 // All in cells.
 inline constexpr std::size_t kScreenWidth = 80;
-inline constexpr std::size_t kColumnGap = 2;  ///< in front of each column
+inline constexpr std::size_t kColumnGap = 2;  ///< before each column
 inline constexpr std::size_t kLabelWidth = 15;
 inline constexpr std::size_t kValueWidth = kScreenWidth - kColumnGap - kLabelWidth;
 

@@ -9,7 +9,7 @@
 
 namespace qeo::tool {
 
-/// Tells whether a read or write failed only because it would have had to wait.
+/// Returns whether a read or write failed only because it would have had to wait.
 inline bool WouldWait(int error) { return error == EAGAIN || error == EWOULDBLOCK; }
 
 /// Waits for an event of poll(2).

@@ -28,7 +28,7 @@ inline std::string_view TakeWord(std::string_view& text) {
   return word;
 }
 
-/// Where a word that was taken from `text` stands in it.
+/// The place in `text` of a word that was taken from it.
 inline notation::Range PlaceOf(std::string_view word, std::string_view text) {
   return {static_cast<std::size_t>(word.data() - text.data()), word.size()};
 }

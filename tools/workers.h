@@ -43,7 +43,7 @@ class OrderedWorkers {
   OrderedWorkers(const OrderedWorkers&) = delete;
   OrderedWorkers& operator=(const OrderedWorkers&) = delete;
 
-  /// Tells whether a result must be taken before the next task is given, so that memory stays
+  /// Returns whether a result must be taken before the next task is given, so that memory stays
   /// bounded.
   bool IsFull() const { return places_.size() >= 2 * works_.size(); }
   bool IsEmpty() const { return places_.empty(); }
@@ -125,7 +125,7 @@ class OrderedWorkers {
   const std::vector<Work> works_;
   std::deque<std::unique_ptr<Place>> places_;  // in order; for the giving thread alone
 
-  std::mutex mutex_;  // of what follows, and of what a place says of its work
+  std::mutex mutex_;  // of what follows, and of what a place reports of its work
   std::condition_variable has_task_;
   std::condition_variable is_done_;
   std::deque<Place*> waiting_;

@@ -32,7 +32,7 @@ class Writer {
   const Failure& failure() const { return failure_; }
 
  private:
-  // A syllable as text, with what stands behind it.
+  // A syllable as text, with what follows it.
   struct CodeText {
     std::uint8_t size = 0;  // 0 where there is none
     std::array<char, 31> bytes = {};

@@ -43,7 +43,7 @@ XSTR_EXPORT std::vector<std::string> split(const std::string& text, const std::s
 ///   to_u8s(7, 10);     // "7"
 ///   to_u8s(-255, 16);  // "-ff"
 ///
-/// Digits above 9 are lower-case letters; a negative value has a leading minus, whatever the base.
+/// Digits above 9 are lower-case letters; a negative value has a leading minus in any base.
 /// Returns an empty string for any other base.
 XSTR_EXPORT std::string to_u8s(int value, int base);
 
