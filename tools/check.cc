@@ -37,7 +37,7 @@ Conversion ConversionOf(const CheckOptions& options) {
   return conversion;
 }
 
-// What a lexicon needs, unless the user says.
+// What a lexicon needs, without --to.
 std::vector<Target> TargetsOf(const CheckOptions& options) {
   if (options.has_target) {
     return {options.conversion.to};

@@ -213,8 +213,8 @@ std::unique_ptr<Batch> Job::NewBatch() {
   return batch;
 }
 
-// Writes what became of a batch. The messages go first: they stand when the results cannot be
-// written.
+// Writes what became of a batch. The messages go first: they are printed even when the results
+// cannot be written.
 void Job::WriteBatch(std::unique_ptr<Batch> batch) {
   totals_.Add(batch->totals);
   if (!batch->totals.failed.empty()) {

@@ -1,5 +1,5 @@
-// Asks the library and the notations in front of it all they know about a text, and lays the
-// answers out in tables that fit a terminal. One function a section, in the order of the screen.
+// Asks the library and notation/ all they know about a text, and lays the answers
+// out in tables that fit a terminal. One function a section, in the order of the screen.
 
 #include "tools/explain.h"
 
@@ -51,7 +51,7 @@ void AppendSection(const char* title, const std::vector<Column>& columns, const 
   AppendTable(columns, rows, list.size() - row_count, out);
 }
 
-// The columns of what stands somewhere in the text.
+// The columns of what has a place in the text.
 std::vector<Column> PlacedColumns(std::vector<Column> columns) {
   columns.insert(columns.begin(), {{"offset", true}, {"bytes", true}, {"text", false}});
   return columns;
@@ -123,7 +123,7 @@ class Explanation {
   Records records_;  // of the syllables of analysis_
 };
 
-// Puts where something stands, and its bytes fitted into `cells`, before what is known of it.
+// Puts the place of something, and its bytes fitted into `cells`, before what is known of it.
 Row Explanation::Placed(notation::Range range, std::size_t cells, Row facts) const {
   const std::string_view bytes = std::string_view(text_).substr(range.offset, range.length);
   facts.insert(facts.begin(),

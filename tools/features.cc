@@ -1,4 +1,4 @@
-// The type of a phone says what position 0 of its features does; vowels and consonants use the
+// The type of a phone shows what position 0 of its features shows; vowels and consonants use the
 // letters of the other positions differently.
 
 #include "tools/features.h"

@@ -36,7 +36,7 @@ bool IsShown(const utf8proc_property_t& character) {
 
 std::size_t CellsOf(utf8proc_int32_t code_point, const utf8proc_property_t& character) {
   const auto cells = static_cast<std::size_t>(utf8proc_charwidth(code_point));
-  // Unlike the other marks these stand beside their letter, which utf8proc does not count.
+  // Unlike the other marks these are beside their letter, which utf8proc does not count.
   return character.category == UTF8PROC_CATEGORY_MC ? std::max<std::size_t>(cells, 1) : cells;
 }
 

@@ -63,7 +63,7 @@ bool BlockReader::Next(Block& block) {
   return is_in_long_line_ ? TakePart(block) : TakeLines(block);
 }
 
-// Whether a byte order mark, which is no part of the first line, stands in front of it.
+// Whether a byte order mark, which is not part of the first line, comes before it.
 bool BlockReader::HasMark(std::string_view text) const {
   return is_at_beginning_ && text.substr(0, kByteOrderMark.size()) == kByteOrderMark;
 }

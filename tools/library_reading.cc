@@ -1,4 +1,4 @@
-// The library tells its pieces and not where they stand, so they are looked for, one behind the
+// The library gives its pieces and not their places, so they are looked for, one after the
 // other, where it can have found them.
 
 #include "tools/library_reading.h"
@@ -34,9 +34,9 @@ bool StartsWith(std::string_view text, std::string_view piece) {
          text.substr(1, piece.size() - 1) == piece.substr(1);
 }
 
-// Where a piece stands, `from` or later. One of letters alone is a syllable, which may have been
+// Where a piece is, `from` or later. One of letters alone is a syllable, which may have been
 // cut from the letters around it: it follows on the piece before or, where letters were dropped,
-// begins at a border. Any other piece stands between borders.
+// begins at a border. Any other piece is between borders.
 std::size_t FindPiece(std::string_view text, std::size_t from, std::string_view piece) {
   const bool is_cut = std::all_of(piece.begin(), piece.end(), ascii::IsSmall);
   for (std::size_t at = from; at < text.size(); ++at) {
@@ -71,7 +71,7 @@ bool IsSyllable(int language, const std::string& piece) {
   return sp::py2code(language, piece + ' ', codes) == 0;  // the blank keeps it in one piece
 }
 
-// Appends what stands from `begin` to `end` and is no separator.
+// Appends what is from `begin` to `end` and is not a separator.
 void AppendLost(std::string_view text, std::size_t begin, std::size_t end,
                 std::vector<notation::Range>& lost) {
   const std::string_view before_end = text.substr(0, end);

@@ -82,7 +82,7 @@ Json RuleOf(const notation::Application& application) {
           {"length", application.range.length}};
 }
 
-// Appends a member that is an array of what `element` tells for each index.
+// Appends a member that is an array of what `element` gives for each index.
 template <typename Element>
 void AppendMember(const char* name, std::size_t count, std::string& out, Element element) {
   out += '"';

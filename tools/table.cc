@@ -10,7 +10,7 @@
 namespace qeo::tool {
 namespace {
 
-// What stands for the part of a list that is not shown.
+// What replaces the part of a list that is not shown.
 std::string More(std::size_t count) { return "... and " + std::to_string(count) + " more"; }
 
 void Widen(const Row& row, std::vector<std::size_t>& widths) {

@@ -11,7 +11,7 @@
 namespace qeo::tool {
 namespace {
 
-// Every word that an Append function writes has one blank behind it.
+// Every word that an Append function writes has one blank after it.
 
 void AppendPhones(const sp::SyllableInfo& syllable, std::string& out) {
   for (const sp::PhoneInfo* phone : syllable.phones) {

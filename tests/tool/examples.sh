@@ -3,7 +3,7 @@
 #
 #   examples.sh TOOL PROJECT DOCUMENT...
 #
-# An example is a command behind "$ ", indented, then its output, indented likewise. Commands run in
+# An example is a command after "$ ", indented, then its output, indented likewise. Commands run in
 # an empty directory that has the project's data and examples.
 
 set -eu

@@ -3,8 +3,8 @@
 #
 #   run_case.sh TOOL CASE DATA_DIRECTORY
 #
-# In a transcript "$ " stands before a command, "> " before each line of its standard output, "! "
-# before each line of its standard error, and "exit N" says its status when it is not 0. All other
+# In a transcript "$ " is before a command, "> " before each line of its standard output, "! "
+# before each line of its standard error, and "exit N" is its status when it is not 0. All other
 # lines are for the reader. Commands find the tool as `phoneme`, the real lexicons in $DATA, and an
 # empty directory to work in; $LIMITS is not empty where the tool can start with little memory, which
 # it cannot under some sanitizers; $FAILING is the library of failing_calls.cc. To accept new results
@@ -24,7 +24,7 @@ trap 'rm -rf "$scratch"' EXIT
 mkdir "$scratch/work"
 cd "$scratch/work"
 
-prefix_lines() { # marks every line of a file, without a blank behind the mark of an empty one
+prefix_lines() { # marks every line of a file, without a blank after the mark of an empty one
   sed -e "s/^/$1 /" -e "s/^$1 \$/$1/" "$2"
 }
 
