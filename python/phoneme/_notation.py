@@ -214,7 +214,7 @@ class Cut:
 
     >>> cut = cut_whole("xian", max_cuts=2)
     >>> cut.covers, cut.count, [len(syllables) for syllables in cut.cuts]
-    (True, 4, [1, 2])
+    (True, 2, [1, 2])
 
     `covers` says whether a cut exists that leaves no letter out, `count` how many there are, None
     for too many to count. `syllables` is the best, `cuts` lists the first of them, the best first.
