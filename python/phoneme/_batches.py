@@ -24,7 +24,7 @@ from phoneme import _core
 from phoneme._core import Syllable
 from phoneme._errors import Errors, LanguageName, Text, check_errors
 from phoneme._notation import AliasesLike, Cutting, Rules, core_aliases, cutting_number, rule_bits
-from phoneme._numpy import import_numpy
+from phoneme._numpy import import_numpy, import_pyarrow
 
 if TYPE_CHECKING:
     import numpy as np
@@ -446,9 +446,11 @@ def to_arrow(batch: Batch[Any]) -> Any:
     Elements are codes, phone ids, pieces, or structs of a syllable's code, tone and phones. A text
     whose status is not 0 is null. Needs pyarrow.
     """
+    import_numpy()
+    import numpy as np
+
     try:
-        import numpy as np
-        import pyarrow as pa
+        pa = import_pyarrow()
     except ImportError as error:
         raise ImportError("to_arrow needs pyarrow, which is not installed") from error
     if isinstance(batch, TextBatch):

@@ -8,6 +8,7 @@ from __future__ import annotations
 
 import enum
 import functools
+import os
 from dataclasses import dataclass
 from typing import (
     TYPE_CHECKING,
@@ -309,10 +310,10 @@ def shipped_aliases() -> Aliases:
     >>> analyze("ni5 hou2", "cantonese", aliases=shipped_aliases()).problems
     ()
     """
-    import importlib.resources  # takes longer than the package
-
-    table = importlib.resources.files("phoneme") / "jyutping_aliases.tsv"
-    return parse_aliases(table.read_bytes())
+    # Nothing is imported here: a fork meanwhile would leave the child with half a module.
+    path = os.path.join(os.path.dirname(__file__), "jyutping_aliases.tsv")
+    with open(path, "rb") as table:
+        return parse_aliases(table.read())
 
 
 def core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:

@@ -1,4 +1,4 @@
-"""NumPy, which the first batch imports and not the package: few programs make a batch.
+"""NumPy and pyarrow, which the first batch that needs them imports: few programs make a batch.
 
 A fork while another thread imports would leave the child with a module that is never ready. So the
 import is made under a lock, and whoever forks holds it.
@@ -8,6 +8,7 @@ from __future__ import annotations
 
 import os
 import threading
+from typing import Any
 
 from phoneme import _core
 
@@ -29,3 +30,10 @@ def import_numpy() -> None:
     with _lock:
         _core.import_numpy()
         _is_imported = True
+
+
+def import_pyarrow() -> Any:
+    """The module pyarrow; an ImportError where it is not installed."""
+    with _lock:
+        import pyarrow
+    return pyarrow

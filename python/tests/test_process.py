@@ -182,6 +182,55 @@ print(os.waitpid(child, 0)[1], codes)
     assert output_of(code) == "0 [1173]\n"
 
 
+# While a thread makes a call, which may import what is slow to find, the process forks.
+FORK_IN_A_CALL = """
+import os, signal, sys, threading, time
+import phoneme
+{first}
+asked = threading.Event()
+class Slow:
+    def find_spec(self, name, path=None, target=None):
+        if threading.current_thread() is thread:
+            asked.set()
+            time.sleep(0.5)
+sys.meta_path.insert(0, Slow())
+def call():
+    return {call}
+thread = threading.Thread(target=call)
+thread.start()
+while thread.is_alive() and not asked.wait(0.01):
+    pass
+child = os.fork()
+signal.alarm(20)
+result = call()
+if child == 0:
+    os._exit(0 if result == {result} else 1)
+thread.join()
+print(os.waitpid(child, 0)[1], result == {result})
+"""
+
+
+def test_a_fork_while_another_thread_reads_the_shipped_aliases() -> None:
+    call = "phoneme.shipped_aliases()['ni']"
+    assert output_of(FORK_IN_A_CALL.format(first="", call=call, result="'nei'")) == "0 True\n"
+
+
+def test_a_fork_while_another_thread_imports_pyarrow(tmp_path: Path) -> None:
+    # What to_arrow uses of pyarrow to make an array of strings.
+    (tmp_path / "pyarrow.py").write_text(
+        "class LargeStringArray:\n"
+        "    @staticmethod\n"
+        "    def from_buffers(count, *buffers):\n"
+        "        return count\n"
+        "def py_buffer(values):\n"
+        "    return values\n",
+        "utf-8",
+    )
+    first = f"sys.path.insert(0, {str(tmp_path)!r})\nbatch = phoneme.normalize_batch(['N\u01d0'])"
+    call = "phoneme.to_arrow(batch)"
+    assert output_of(FORK_IN_A_CALL.format(first=first, call=call, result="1")) == "0 True\n"
+
+
 def test_numpy_is_imported_once() -> None:
     code = """
 from phoneme import _core, py2code_batch
