@@ -54,11 +54,6 @@ class Texts {
   py::array TakeOffsets() { return offsets_.TakeArray(); }
   py::array TakeStatus() { return status_.TakeArray(); }
 
-  template <typename Owner>
-  py::array TakeOffsets(Owner owner) {
-    return offsets_.TakeArray(owner);
-  }
-
  private:
   std::int64_t end_ = 0;
   Buffer<std::int64_t> offsets_;
@@ -249,13 +244,6 @@ notation::Normalized Normalize(int language, const std::string& text) {
   return notation::NormalizePinyin(text);  // also for an unregistered language
 }
 
-// Keeps the memory of the offsets of normalised texts, and what became of these: a batch that takes
-// the texts as a pair of buffers finds it there.
-struct NormalizedTexts {
-  py::capsule memory;
-  py::array status;
-};
-
 class NormalizedConverter {
  public:
   // The first use of a language makes its tables. It is here, under the lock, under which Python
@@ -274,11 +262,7 @@ class NormalizedConverter {
   void Skip(Status status) { texts_.Skip(status); }
 
   py::tuple Take() {
-    const py::array status = texts_.TakeStatus();
-    const py::array offsets = texts_.TakeOffsets([&](py::capsule memory) {
-      return py::cast(NormalizedTexts{std::move(memory), status});
-    });
-    return py::make_tuple(data_.TakeArray(), offsets, status);
+    return py::make_tuple(data_.TakeArray(), texts_.TakeOffsets(), texts_.TakeStatus());
   }
 
  private:
@@ -374,16 +358,46 @@ void ImportNumpy() {
   py::dtype::of<std::uint8_t>();
 }
 
-using StatusArray = std::optional<py::array_t<std::uint8_t>>;
+// The offsets of normalised texts, and what became of these: the base of an array that TieStatus
+// makes, where a batch that takes the texts as a pair of buffers finds it.
+struct NormalizedTexts {
+  py::array offsets;
+  py::array status;
+};
+
+// The same offsets as an array that carries the status. What is not an array stays as it is.
+py::object TieStatus(const py::object& offsets, const py::object& status) {
+  if (!py::isinstance<py::array>(offsets) || !py::isinstance<py::array>(status)) return offsets;
+  const auto from = py::reinterpret_borrow<py::array>(offsets);
+  const std::vector<py::ssize_t> shape(from.shape(), from.shape() + from.ndim());
+  const std::vector<py::ssize_t> strides(from.strides(), from.strides() + from.ndim());
+  const py::object base = py::cast(NormalizedTexts{from, py::array(status)});
+  py::array tied(from.dtype(), shape, strides, from.data(), base);
+  if (!from.writeable()) tied.attr("flags").attr("writeable") = false;
+  return std::move(tied);
+}
+
+using Statuses = py::array_t<std::uint8_t, py::array::c_style | py::array::forcecast>;
+
+// The status of each text, null for none.
+Statuses StatusArgument(const py::object& status) {
+  if (status.is_none()) return py::reinterpret_steal<Statuses>(py::handle());
+  Statuses statuses = Statuses::ensure(status);
+  if (statuses && statuses.ndim() == 1) return statuses;
+  PyErr_Clear();
+  throw py::type_error("the status of a batch must be an array of uint8 in one dimension, not " +
+                       TypeName(status.ptr()));
+}
 
 template <typename Converter>
 py::tuple ConvertBy(Converter& converter, py::handle texts, bool takes_missing,
-                    const StatusArray& status) {
+                    const py::object& status) {
   Taken taken;
   taken.missing = takes_missing;
-  if (status) {
-    taken.status = status->data();
-    taken.status_count = static_cast<std::size_t>(status->size());
+  const Statuses statuses = StatusArgument(status);
+  if (statuses) {
+    taken.status = statuses.data();
+    taken.status_count = static_cast<std::size_t>(statuses.size());
   }
   ConvertAll(texts, taken, converter);
   return converter.Take();
@@ -392,13 +406,13 @@ py::tuple ConvertBy(Converter& converter, py::handle texts, bool takes_missing,
 // A batch function of a converter that takes what it is made of after all else.
 template <typename Converter, typename... Options>
 py::tuple Convert(py::handle texts, py::handle language, py::handle fallback, bool takes_missing,
-                  const StatusArray& status, Options... options) {
+                  const py::object& status, Options... options) {
   Converter converter(LanguageArgument(language.ptr(), fallback.ptr()), options...);
   return ConvertBy(converter, texts, takes_missing, status);
 }
 
 py::tuple AnalyzeBatch(py::handle texts, py::handle language, py::handle fallback,
-                       bool takes_missing, const StatusArray& status,
+                       bool takes_missing, const py::object& status,
                        std::optional<std::uint32_t> rules, const notation::AliasTable* aliases,
                        int cutting) {
   notation::AnalysisOptions options;
@@ -413,7 +427,9 @@ py::tuple AnalyzeBatch(py::handle texts, py::handle language, py::handle fallbac
 
 void AddBatches(py::module_& module) {
   py::class_<NormalizedTexts>(module, "NormalizedTexts")
+      .def_readonly("offsets", &NormalizedTexts::offsets)
       .def_readonly("status", &NormalizedTexts::status);
+  module.def("tie_status", TieStatus);
   module.def("import_numpy", ImportNumpy);
   module.def("py2code_batch", &Convert<CodeConverter, bool>);
   module.def("py2ph_batch", &Convert<SyllableConverter, bool>);

@@ -50,19 +50,12 @@ class Buffer {
 
   /// Hands the values over to a NumPy array, and is empty afterwards.
   py::array TakeArray() {
-    return TakeArray([](py::capsule memory) { return memory; });
-  }
-
-  /// As above, with the array's base what `owner` makes of the capsule that frees the memory.
-  template <typename Owner>
-  py::array TakeArray(Owner owner) {
     Resize(std::max(size_, std::size_t{1}));
-    py::capsule memory(values_, std::free);
+    const py::capsule memory(values_, std::free);
     Value* values = std::exchange(values_, nullptr);
     const std::size_t size = std::exchange(size_, 0);
     capacity_ = 0;
-    const py::object base = owner(std::move(memory));
-    return py::array_t<Value>(static_cast<py::ssize_t>(size), values, base);
+    return py::array_t<Value>(static_cast<py::ssize_t>(size), values, memory);
   }
 
  private:

@@ -2,6 +2,8 @@
 
 from __future__ import annotations
 
+import copy
+import decimal
 import pickle
 import sys
 from collections import Counter
@@ -217,8 +219,8 @@ def test_what_was_normalised_is_not_lost_in_silence() -> None:
     assert batch.status.tolist() == [0, 0, 0, 0, 5, 2, 4, 0]
     codes = [phoneme.py2code(text or "") if status == 0 else None
              for text, status in zip(batch, NORMALIZED_STATUS)]  # fmt: skip
-    copy = pickle.loads(pickle.dumps(batch))
-    forms: list[Any] = [batch, (batch.data, batch.offsets), (bytes(batch.data), batch.offsets), copy]
+    again = pickle.loads(pickle.dumps(batch))
+    forms: list[Any] = [batch, (batch.data, batch.offsets), (bytes(batch.data), batch.offsets), again]
     for form in forms:
         for function in (phoneme.py2code_batch, phoneme.py2ph_batch):
             converted: Any = function(form)
@@ -230,9 +232,96 @@ def test_what_was_normalised_is_not_lost_in_silence() -> None:
         # Not strict: letters are dropped, but what was a problem stays one.
         assert phoneme.py2code_batch(form, strict=False).status.tolist() == batch.status.tolist()
         assert phoneme.analyze_batch(form).status.tolist() == [2, 3, *batch.status.tolist()[2:]]
-    # A bare copy of the text has no memory of it.
-    bare = (bytes(batch.data), batch.offsets.copy())
-    assert phoneme.py2code_batch(bare).status.tolist() == [0] * 8
+    # Bare copies have no memory of it.
+    for bare in (batch.offsets.copy(), np.array(batch.offsets), batch.offsets.astype(np.int32)):
+        assert phoneme.py2code_batch((batch.data, bare)).status.tolist() == [0] * 8
+    items: Any = batch[:]
+    assert items == batch.tolist() and phoneme.py2code_batch(items[:1]).status.tolist() == [0]
+    with pytest.raises(TypeError, match=r"^texts\[4\]"):
+        phoneme.py2code_batch(items)
+
+
+#: Views of the offsets of eight normalised texts, and the texts that each has.
+VIEWS: list[tuple[str, Any, slice]] = [
+    ("itself", lambda offsets: offsets, slice(0, 8)),
+    ("[:]", lambda offsets: offsets[:], slice(0, 8)),
+    ("view", lambda offsets: offsets.view(), slice(0, 8)),
+    ("subclass", lambda offsets: offsets.view(np.recarray), slice(0, 8)),
+    ("memoryview", memoryview, slice(0, 8)),
+    ("asarray of it", lambda offsets: np.asarray(memoryview(offsets)), slice(0, 8)),
+    ("frombuffer", lambda offsets: np.frombuffer(offsets, np.int64), slice(0, 8)),
+    ("reshape", lambda offsets: offsets.reshape(3, 3).ravel(), slice(0, 8)),
+    ("[:3]", lambda offsets: offsets[:3], slice(0, 2)),
+    ("[1:]", lambda offsets: offsets[1:], slice(1, 8)),
+    ("[1:4]", lambda offsets: offsets[1:4], slice(1, 3)),
+    ("[2:][2:][:3]", lambda offsets: offsets[2:][2:][:3], slice(4, 6)),
+    ("memoryview [4:7]", lambda offsets: memoryview(offsets)[4:7], slice(4, 6)),
+    ("memoryview of [3:]", lambda offsets: memoryview(offsets[3:])[1:3], slice(4, 5)),
+    ("[8:]", lambda offsets: offsets[8:], slice(8, 8)),
+    ("[9:]", lambda offsets: offsets[9:], slice(8, 8)),
+    ("[:0]", lambda offsets: offsets[:0], slice(0, 0)),
+]  # fmt: skip
+
+
+@pytest.mark.parametrize("view, texts", [view[1:] for view in VIEWS], ids=[view[0] for view in VIEWS])
+def test_views_of_normalised_texts_keep_their_status(view: Any, texts: slice) -> None:
+    batch = phoneme.normalize_batch(NORMALIZED)
+    unpickled = pickle.loads(pickle.dumps(batch))
+    rebuilt = phoneme.TextBatch(batch.offsets.copy(), batch.status, batch.data)
+    for source in (batch, unpickled, copy.deepcopy(batch), copy.copy(batch), rebuilt):
+        converted = phoneme.py2code_batch((source.data, view(source.offsets)))
+        assert converted.status.tolist() == NORMALIZED_STATUS[texts]
+
+
+@pytest.mark.parametrize(
+    "view",
+    [
+        lambda offsets: offsets.view(np.int32),
+        lambda offsets: offsets.view(np.uint8)[4:-4].view(np.int64),
+        lambda offsets: offsets[::2],
+        lambda offsets: offsets[::-1],
+        lambda offsets: offsets.reshape(3, 3),
+        lambda offsets: memoryview(offsets)[::2],
+        lambda offsets: memoryview(offsets).cast("B"),
+        lambda offsets: np.broadcast_to(offsets[:1], 3),
+    ],
+)
+def test_other_views_of_normalised_texts_are_refused(view: Any) -> None:
+    for batch in (phoneme.normalize_batch(NORMALIZED), phoneme.normalize_batch(NORMALIZED)):
+        with pytest.raises(ValueError, match="not a run of those of the normalised texts"):
+            phoneme.py2code_batch((batch.data, view(batch.offsets)))
+
+
+def test_offsets_keep_what_they_are() -> None:
+    batch = phoneme.normalize_batch(NORMALIZED)
+    offsets = batch.offsets.copy()
+    offsets.flags.writeable = False
+    tied = phoneme.TextBatch(offsets, batch.status, batch.data).offsets
+    assert not tied.flags.writeable and batch.offsets.flags.writeable
+    assert np.shares_memory(tied, offsets) and tied.tolist() == offsets.tolist()
+
+
+class Texts(phoneme.TextBatch):
+    """Texts that are somebody else's class."""
+
+
+def test_a_subclass_of_a_text_batch_keeps_its_status() -> None:
+    batch = phoneme.normalize_batch(NORMALIZED)
+    mine = Texts(batch.offsets, batch.status, batch.data)
+    for texts in (mine, pickle.loads(pickle.dumps(mine))):
+        assert phoneme.py2code_batch(texts).status.tolist() == NORMALIZED_STATUS
+        assert phoneme.analyze_batch(texts).status.tolist()[4:7] == [5, 2, 4]
+
+
+@pytest.mark.parametrize("status", [b"\0\0", "00", 3, [[0], [0]], object()])
+def test_a_status_that_is_none(status: Any) -> None:
+    batch = phoneme.normalize_batch(["ni3", "xx5"])
+    with pytest.raises(TypeError, match="^the status of a batch must be an array of uint8") as caught:
+        phoneme.py2code_batch(phoneme.TextBatch(batch.offsets, status, batch.data))
+    assert str(caught.value).endswith(f" in one dimension, not {type(status).__name__}")
+    spread = np.array([0, 9, 5, 9], np.uint8)[::2]
+    mine = phoneme.TextBatch(batch.offsets, spread, batch.data)
+    assert phoneme.py2code_batch(mine).status.tolist() == [0, 5]
 
 
 def test_normalised_pronunciations() -> None:
@@ -277,8 +366,8 @@ def test_batches_are_sequences() -> None:
     codes: Any
     for function in BATCHES:
         whole = function(["ni3", "xyz 9"])
-        copy = pickle.loads(pickle.dumps(whole))
-        assert _same(copy, whole) and copy.tolist() == whole.tolist() and len(whole) == 2
+        again = pickle.loads(pickle.dumps(whole))
+        assert _same(again, whole) and again.tolist() == whole.tolist() and len(whole) == 2
 
 
 BATCHES: list[Any] = [
