@@ -6,6 +6,7 @@ converted, so that threads scale over the processor's cores.
 
 from __future__ import annotations
 
+import operator
 from collections.abc import Mapping, Sequence  # those of typing are slower to ask
 from dataclasses import dataclass
 from typing import (
@@ -52,8 +53,10 @@ class Batch(Sequence[Optional[Result]]):
     >>> len(batch), batch[0], batch[1], batch.tolist()
     (3, [2243, 1173], None, [[2243, 1173], None, [1945]])
 
-    An item is what the conversion of the one text gives with errors="none": None for a text that
-    failed. `offsets` has one entry more than there are texts, and `status` the number of a Status
+    An item is None for a text whose status is not 0. Else it is what converting the one text gives:
+    the list of `py2code`, `py2ph` and `pyw2py`, the bytes of `pr2ph` with `as_ids`, of
+    `normalize_batch` the normalised text, and of `analyze_batch` the list of its syllables. A slice
+    of a batch is the list of its items. `offsets` has one entry more than there are texts, and `status` the number of a Status
     for each text; see there. A text that failed has nothing in the other arrays, but in those of
     `normalize_batch`.
     """
@@ -73,10 +76,17 @@ class Batch(Sequence[Optional[Result]]):
     def __getitem__(
         self, index: Union[SupportsIndex, slice]
     ) -> Union[Optional[Result], list[Optional[Result]]]:
-        places = range(len(self))[index]  # an IndexError beyond them
-        if isinstance(places, range):
-            return [self._item(i) for i in places]
-        return self._item(places)
+        if isinstance(index, slice):
+            return [self._item(i) for i in range(len(self))[index]]
+        try:
+            place = operator.index(index)
+        except TypeError:
+            what = type(index).__name__
+            raise TypeError(f"batch indices must be integers or slices, not {what}") from None
+        count = len(self)
+        if not -count <= place < count:
+            raise IndexError("batch index out of range")
+        return self._item(place % count)
 
     def __iter__(self) -> Iterator[Optional[Result]]:
         return (self._item(i) for i in range(len(self)))

@@ -355,12 +355,14 @@ def test_batches_are_sequences() -> None:
     assert list(reversed(batch)) == items[::-1] and [2243, 1173] in batch
     assert batch.index([1945]) == 3 and batch.count(None) == 1
     for beyond in (4, -5):
-        with pytest.raises(IndexError):
+        with pytest.raises(IndexError, match="^batch index out of range$"):
             batch[beyond]
     wrong: Any
-    for wrong in ("codes", 1.0, None):
-        with pytest.raises(TypeError):
+    for wrong, name in (("codes", "str"), (1.0, "float"), (None, "NoneType")):
+        with pytest.raises(TypeError, match=f"^batch indices must be integers or slices, not {name}$"):
             batch[wrong]
+    with pytest.raises(IndexError, match="^batch index out of range$"):
+        phoneme.py2code_batch([])[0]
     assert [type(item) for item in phoneme.pr2ph_batch(["n i 3"])] == [bytes]
     assert [type(code) for code in batch[0] or []] == [int, int]
     codes: Any
