@@ -3,7 +3,6 @@
 #include "bindings/texts.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string_view>
 
 namespace qeo::python {
@@ -14,12 +13,27 @@ bool IsText(py::handle object) {
   return PyUnicode_Check(object.ptr()) != 0 || PyBytes_Check(object.ptr()) != 0;
 }
 
-// What a column of a table holds where it has no text: None, NaN, and what pandas has for them.
+bool IsBool(py::handle object) {
+  const std::string_view type = Py_TYPE(object.ptr())->tp_name;
+  return PyBool_Check(object.ptr()) || type == "numpy.bool_" || type == "numpy.bool";
+}
+
+// Whether an object differs from itself, as the NaN of every type does. What cannot be compared, or
+// as an array gives no single answer, does not.
+bool DiffersFromItself(PyObject* object) {
+  const auto differs =
+      py::reinterpret_steal<py::object>(PyObject_RichCompare(object, object, Py_NE));
+  if (differs) return IsBool(differs) && FlagArgument(differs.ptr());
+  if (PyErr_ExceptionMatches(PyExc_Exception) == 0) throw py::error_already_set();
+  PyErr_Clear();
+  return false;
+}
+
+// What a column of a table holds where it has no text: None, NaN and NaT of any type, and
+// pandas.NA, which does not say whether it differs from itself.
 bool IsMissing(PyObject* object) {
   if (object == Py_None) return true;
-  if (PyFloat_Check(object)) return std::isnan(PyFloat_AS_DOUBLE(object));
-  const std::string_view type = Py_TYPE(object)->tp_name;
-  return type == "NAType" || type == "NaTType";
+  return std::string_view(Py_TYPE(object)->tp_name) == "NAType" || DiffersFromItself(object);
 }
 
 // The size of a buffer's offsets: 4 or 8 bytes, or 0 when they are something else.

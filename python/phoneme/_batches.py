@@ -375,8 +375,8 @@ def py2code_batch(
     is not looked at: what is null is read as the text that its offsets span, as a rule "".
 
     Anything else in a text's place is a TypeError that names its index. With ``errors="none"``
-    None and NaN, which a Series has where a value is missing, are texts that failed with the status
-    MISSING. A mapping or what has two dimensions is a TypeError too, and offsets that fall or leave
+    None and what differs from itself, as the NaN or NaT of any type that a Series has where a value
+    is missing, are texts that failed with the status MISSING. A mapping or what has two dimensions is a TypeError too, and offsets that fall or leave
     the data are a ValueError.
     """
     arguments = _arguments(texts, language, errors, fallback)

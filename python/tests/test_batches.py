@@ -381,7 +381,32 @@ BATCHES: list[Any] = [
     phoneme.analyze_batch,
 ]
 
-MISSING: list[Any] = [None, float("nan"), np.float64("nan"), pd.NA, pd.NaT]
+MISSING: list[Any] = [
+    None, float("nan"), np.float64("nan"), np.float32("nan"), np.float16("nan"), np.longdouble("nan"),
+    complex("nan"), decimal.Decimal("nan"), np.datetime64("NaT"), np.timedelta64("NaT"), pd.NA, pd.NaT,
+]  # fmt: skip
+
+
+class Incomparable:
+    """What cannot say whether it differs from itself."""
+
+    def __ne__(self, other: object) -> Any:
+        raise ArithmeticError
+
+
+class Vague:
+    """What differs from itself by an answer that is not a bool."""
+
+    def __ne__(self, other: object) -> Any:
+        return ["yes"]
+
+
+@pytest.mark.parametrize(
+    "other", [Incomparable(), Vague(), decimal.Decimal("snan"), np.array([np.nan] * 2), [np.nan]]
+)
+def test_what_is_not_missing(other: Any) -> None:
+    with pytest.raises(TypeError, match=r"^texts\[1\] must be str or bytes, not [\w.]+$"):
+        phoneme.py2code_batch(["ni3", other], errors="none")
 
 
 @pytest.mark.parametrize("function", BATCHES)
@@ -442,15 +467,15 @@ def test_what_is_no_text(function: Any, other: Any) -> None:
 
 @pytest.mark.parametrize("function", BATCHES)
 def test_missing_texts(function: Any) -> None:
-    texts = ["ni3", *MISSING, "xyz3", ""]
+    texts, count = ["ni3", *MISSING, "xyz3", ""], len(MISSING)
     given: Any
     for given in (texts, iter(texts), pd.Series(texts, dtype=object), np.array(texts, dtype=object),
-                  pd.Series(["ni3", *[None] * 5, "xyz3", ""], dtype="string")):  # fmt: skip
+                  pd.Series(["ni3", *[None] * count, "xyz3", ""], dtype="string")):  # fmt: skip
         batch = function(given, errors="none")
-        assert batch.status.tolist()[1:6] == [Status.MISSING] * 5
+        assert batch.status.tolist()[1 : count + 1] == [Status.MISSING] * count
         plain = function(["ni3", "xyz3", ""])
-        assert batch.tolist() == [plain[0], *[None] * 5, plain[1], plain[2]]
-        assert batch.offsets[1:6].tolist() == [plain.offsets[1]] * 5
+        assert batch.tolist() == [plain[0], *[None] * count, plain[1], plain[2]]
+        assert batch.offsets[1 : count + 1].tolist() == [plain.offsets[1]] * count
     assert function([None], errors="none").tolist() == [None]
     with pytest.raises(ValueError, match="^errors must be 'raise' or 'none', not 'skip'$"):
         function(["ni3"], errors="skip")
