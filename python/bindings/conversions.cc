@@ -103,19 +103,28 @@ py::object Py2Code(Arguments arguments) {
   return std::move(list);
 }
 
+// A piece as str. One of bytes is read as one of a str is, so that a batch, which does not keep
+// what its words were, gives the same.
+py::object PieceText(const std::string& piece) {
+  const auto size = static_cast<Py_ssize_t>(piece.size());
+  PyObject* text = PyUnicode_DecodeUTF8(piece.data(), size, "surrogatepass");
+  if (text == nullptr && PyErr_ExceptionMatches(PyExc_UnicodeDecodeError) != 0) {
+    PyErr_Clear();
+    text = PyUnicode_DecodeUTF8(piece.data(), size, "surrogateescape");
+  }
+  if (text == nullptr) throw py::error_already_set();
+  return py::reinterpret_steal<py::object>(text);
+}
+
 // pyw2py(word, language, backward, fallback)
 py::object Pyw2Py(Arguments arguments) {
   std::vector<std::string> pieces;
   const int language = LanguageArgument(arguments[1], arguments[3]);
   sp::pyw2py(language, TextArgument(arguments[0]), pieces, FlagArgument(arguments[2]));
   // What was a str becomes the same characters again; other bytes are kept in Python's own way.
-  const char* errors = PyBytes_Check(arguments[0]) ? "surrogateescape" : "surrogatepass";
   py::list list;
   for (const std::string& piece : pieces) {
-    const auto size = static_cast<Py_ssize_t>(piece.size());
-    auto text = py::reinterpret_steal<py::object>(PyUnicode_DecodeUTF8(piece.data(), size, errors));
-    if (!text) throw py::error_already_set();
-    list.append(std::move(text));
+    list.append(PieceText(piece));
   }
   return std::move(list);
 }

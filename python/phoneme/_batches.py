@@ -208,7 +208,7 @@ class PieceBatch(Batch[list[str]]):
 
     The pieces of word i are those from ``offsets[i]`` to ``offsets[i + 1]``, and the bytes of piece
     j ``data[piece_offsets[j]:piece_offsets[j + 1]]``. As items they are str, in which bytes that
-    are no UTF-8 become surrogate escapes.
+    are not UTF-8 become surrogate escapes, as with `pyw2py`.
     """
 
     data: Bytes

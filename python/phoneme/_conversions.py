@@ -213,8 +213,9 @@ def pyw2py(
 
     The pieces are in lower case, tone digits still attached. With `backward` a run of letters is
     cut by longest suffix and its syllables come last one first; runs between separators keep their
-    order. Pieces are not checked: "xyz3" is passed on as it stands, and a word that cannot be cut
-    gives fewer or none. Bytes that are no UTF-8 become surrogate escapes. With `fallback` an
+    order. Pieces are not checked: "xyz3" is passed on as it is, and a word that cannot be cut
+    gives fewer or none. A piece of bytes that are not UTF-8 has surrogate escapes, but encoded
+    surrogates alone become surrogates, as those of a str do. With `fallback` an
     unregistered language is served by Mandarin.
     """
     return _core.pyw2py(word, language, backward, fallback)

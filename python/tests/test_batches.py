@@ -89,6 +89,11 @@ def test_pieces(backward: bool) -> None:
     singles = [phoneme.pyw2py(text, backward=backward) for text in TEXTS]
     assert [pieces[a:b] for a, b in zip(offsets, offsets[1:])] == singles == batch.tolist()
     assert phoneme.pyw2py_batch([b"\xff3", "\ud8003"]).tolist() == [["\udcff3"], ["\ud8003"]]
+    encoded = "\ud8003".encode("utf-8", "surrogatepass")
+    words = [encoded, encoded + b" " + encoded, b"\xff" + encoded, encoded + b" \xff3", b"\xed\xa03"]
+    assert phoneme.pyw2py_batch(words).tolist() == [phoneme.pyw2py(word) for word in words]
+    assert phoneme.pyw2py(encoded) == ["\ud8003"]
+    assert phoneme.pyw2py(b"\xff" + encoded) == ["\udcff\udced\udca0\udc803"]
     assert batch.status.tolist() == [0] * len(TEXTS)
 
 
