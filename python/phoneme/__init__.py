@@ -8,10 +8,12 @@
 >>> phoneme.normalize_pinyin("Nǐ hǎo").text
 'ni3 hao3'
 
-A text is str, which is read as UTF-8, or bytes. The language is the second argument: "mandarin",
-"cantonese" or "english", a code as "zh-HK", a `Language` or its id. What cannot be converted is a
-`ConversionError`, or None with errors="none". The C++ library has an answer for each id, name and
-code, known or not; `fallback=True` gives it. Functions whose names end in "_batch" take many texts
+A text is str, which is read as UTF-8, or bytes. Where a function converts something and takes a
+language, the language is the second argument; `phones`, `syllables` and `chart` take it first. It
+is "mandarin", "cantonese" or "english", a code as "zh-HK", a `Language` or its id. What cannot be
+converted is a `ConversionError`, or None with errors="none". The C++ library has an answer for each
+id of a language and for most unknown names and codes: `fallback=True` gives it, and each function
+says what it is. A name of a language that is unknown is always a ValueError. Functions whose names end in "_batch" take many texts
 and give NumPy arrays.
 
 Everything can be used after a fork and from any number of threads, but for `chart` and `report`,

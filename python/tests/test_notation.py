@@ -55,19 +55,19 @@ def test_positions_are_those_of_the_argument() -> None:
 def test_rules() -> None:
     text = "lu:4 dianr3"
     assert phoneme.normalize_pinyin(text).text == "lv4 dian3 er5"
-    assert phoneme.normalize_pinyin(text, []).text == "lu"
+    assert phoneme.normalize_pinyin(text, rules=[]).text == "lu"
     only: Any
     for only in ([Rule.FUSED_ERHUA], ["fused-erhua"], {Rule.FUSED_ERHUA}, ["fused-erhua"] * 2):
         result = phoneme.normalize_pinyin(text, rules=only)
         assert result.text == "lu dian3 er5"
         assert [application.rule for application in result.applied] == [Rule.FUSED_ERHUA]
     for one_off in phoneme.Rule:
-        used = phoneme.normalize_pinyin(text, set(Rule) - {one_off}).applied
+        used = phoneme.normalize_pinyin(text, rules=set(Rule) - {one_off}).applied
         assert one_off not in [application.rule for application in used]
     for names, shown in ((["no-such-rule"], "'no-such-rule'"), ([3, "tone_mark"], "'tone_mark', 3"),
                          ([Rule.ERHUA, "Erhua"], "'Erhua'")):  # fmt: skip
         with pytest.raises(ValueError) as caught:
-            phoneme.normalize_pinyin(text, names)  # type: ignore[arg-type]
+            phoneme.normalize_pinyin(text, rules=names)  # type: ignore[arg-type]
         known = ", ".join(rule.value for rule in Rule)
         message = f'unknown rule {shown}; the rules, also with "no-", are {known}'
         assert str(caught.value) == message
@@ -112,10 +112,10 @@ def test_rules_are_spelt_and_switched_as_in_the_tool(tool: str, rule: str) -> No
 
 
 def test_rules_switched_off() -> None:
-    assert phoneme.normalize_pinyin("nar4 r5", ["no-erhua"]).text == "na4 er5"
-    assert phoneme.normalize_pinyin("nar4 r5", ["no-erhua", "no-fused-erhua"]).text == ""
+    assert phoneme.normalize_pinyin("nar4 r5", rules=["no-erhua"]).text == "na4 er5"
+    assert phoneme.normalize_pinyin("nar4 r5", rules=["no-erhua", "no-fused-erhua"]).text == ""
     others = [f"no-{rule.value}" for rule in Rule]
-    assert phoneme.normalize_pinyin("lu:4 nǐ", others) == phoneme.normalize_pinyin("lu:4 nǐ", [])
+    assert phoneme.normalize_pinyin("lu:4 nǐ", rules=others) == phoneme.normalize_pinyin("lu:4 nǐ", rules=[])
     # Those that are not in use by default stay so.
     assert phoneme.arpabet_to_pronunciation("OW2", ["no-glued"]).text == "ow 2"
     for mixed in (["erhua", "no-erhua"], [Rule.ERHUA, "no-glued"]):
@@ -261,7 +261,7 @@ def test_arpabet_there_and_back() -> None:
     assert phoneme.pronunciation_to_arpabet(result.text).text == "HH AH0 L OW1"
     wrong = phoneme.arpabet_to_pronunciation("HH QQ OW1")
     assert wrong.problems == (Problem(ProblemKind.UNKNOWN_PHONE, Range(3, 5), ""),)
-    folded = phoneme.arpabet_to_pronunciation("OW2", [Rule.LOWER_CASE, Rule.SECOND_STRESS])
+    folded = phoneme.arpabet_to_pronunciation("OW2", rules=[Rule.LOWER_CASE, Rule.SECOND_STRESS])
     assert folded.text == "ow 1"
 
 
