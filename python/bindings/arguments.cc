@@ -94,6 +94,7 @@ std::string ItemType(const py::buffer_info& buffer) {
 }
 
 py::object IndexOf(PyObject* object) {
+  if (PyBool_Check(object)) return {};
   auto index = py::reinterpret_steal<py::object>(PyNumber_Index(object));
   if (index) return index;
   if (PyErr_ExceptionMatches(PyExc_TypeError) == 0) throw py::error_already_set();

@@ -38,8 +38,8 @@ int LanguageArgument(PyObject* language, PyObject* fallback);
 /// Whether an object is true.
 bool FlagArgument(PyObject* flag);
 
-/// The int of an object that can be one, null for any other. What is raised in the making but a
-/// TypeError comes through.
+/// The int of an object that can be one, null for any other and for a bool, which is an int by
+/// mistake more often than on purpose. Exceptions other than TypeError come through.
 py::object IndexOf(PyObject* object);
 
 /// An integer from `least` to `most`; a ValueError that calls it `what` outside, a TypeError when
