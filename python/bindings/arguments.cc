@@ -152,7 +152,12 @@ std::string Shown(PyObject* object) {
   int overflow = 0;
   if (PyLong_Check(object)) PyLong_AsLongAndOverflow(object, &overflow);
   if (overflow != 0) return "an int of more than 64 bits";
-  return std::string(py::repr(object));
+  constexpr Py_ssize_t kLongest = 60;
+  const py::str shown = py::repr(object);
+  if (PyUnicode_GET_LENGTH(shown.ptr()) <= kLongest) return std::string(shown);
+  const auto begin = py::reinterpret_steal<py::str>(PyUnicode_Substring(shown.ptr(), 0, kLongest));
+  if (!begin) throw py::error_already_set();
+  return std::string(begin) + "...";
 }
 
 }  // namespace qeo::python

@@ -49,7 +49,8 @@ long IntegerArgument(PyObject* integer, long least, long most, const char* what)
 /// How error messages call the type of an object.
 std::string TypeName(PyObject* object);
 
-/// How error messages show an object: by its repr, where it is no number of too many digits.
+/// How error messages show an object: by the first 60 characters of its repr, or in words where it
+/// is a number of too many digits.
 std::string Shown(PyObject* object);
 
 }  // namespace qeo::python

@@ -5,11 +5,13 @@ Conversions themselves only say that they failed. What is done here costs nothin
 
 from __future__ import annotations
 
+import itertools
 import operator
 import re
 from typing import (
     Any,
     Callable,
+    Iterable,
     Literal,
     NoReturn,
     Optional,
@@ -62,15 +64,25 @@ class ConversionError(ValueError):
         self.reason = reason
 
     def __str__(self) -> str:
-        where = f"{_shown(self.piece)} at {self.offset} {self.reason}"
+        where = f"{shown(self.piece)} at {self.offset} {self.reason}"
         is_all = len(self.piece) == len(self.text)
-        return where if is_all else f"{where}: {_shown(self.text)}"
+        return where if is_all else f"{where}: {shown(self.text)}"
 
 
-def _shown(text: Sequence[Any]) -> str:
+def shown(thing: object) -> str:
+    """A thing as messages show it: by the first 60 characters of its repr."""
     longest = 60
-    shown = repr(text)
-    return shown if len(shown) <= longest else shown[:longest] + "..."
+    text = repr(thing)
+    return text if len(text) <= longest else text[:longest] + "..."
+
+
+def listed(messages: Iterable[str], separator: str = "; ") -> str:
+    """The first ten messages, and how many more there are."""
+    most = 10
+    remaining = iter(messages)
+    first = list(itertools.islice(remaining, most))
+    more = sum(1 for _ in remaining)
+    return separator.join(first) + (f"{separator}and {more} more" if more else "")
 
 
 def named(language: LanguageName) -> str:
@@ -87,7 +99,7 @@ def named(language: LanguageName) -> str:
 
 def check_errors(errors: str) -> None:
     if errors not in ("raise", "none"):
-        raise ValueError(f"errors must be 'raise' or 'none', not {errors!r}")
+        raise ValueError(f"errors must be 'raise' or 'none', not {shown(errors)}")
 
 
 def settle(

@@ -28,7 +28,15 @@ from typing import (
 
 from phoneme import _core
 from phoneme._core import Syllable
-from phoneme._errors import Errors, LanguageName, Text, raise_for_item, settle
+from phoneme._errors import (
+    Errors,
+    LanguageName,
+    Text,
+    listed,
+    raise_for_item,
+    settle,
+    shown,
+)
 
 if TYPE_CHECKING:
     from phoneme._core import SyllableWithGaps
@@ -239,7 +247,7 @@ class Aliases(Mapping[str, str]):
     'nei5'
 
     A mapping does in its place; this one is checked and made only once. Entries that cannot be
-    used are a ValueError that lists them.
+    used are a ValueError that lists the first ten.
     """
 
     def __init__(self, aliases: Mapping[str, str]) -> None:
@@ -249,12 +257,12 @@ class Aliases(Mapping[str, str]):
         given = dict(aliases)
         self._table, self._aliases, errors = _core.parse_aliases(_alias_lines(given))
         if errors or self._aliases != given:
-            raise ValueError("; ".join(_wrong_aliases(given)))
+            raise ValueError(listed(_wrong_aliases(given)))
 
     def _read(self, text: Text) -> None:
         self._table, self._aliases, errors = _core.parse_aliases(text)
         if errors:
-            raise ValueError("; ".join(f"line {line}: {message}" for line, message in errors))
+            raise ValueError(listed(f"line {line}: {_short(message)}" for line, message in errors))
 
     def __getitem__(self, spelling: str) -> str:
         return self._aliases[spelling]
@@ -272,6 +280,12 @@ class Aliases(Mapping[str, str]):
         return Aliases, (self._aliases,)
 
 
+def _short(message: str) -> str:
+    """A message whose quoted text, which is in the middle, may be long."""
+    ends = 60
+    return message if len(message) <= 2 * ends else f"{message[:ends]}...{message[-ends:]}"
+
+
 def _alias_lines(aliases: Mapping[str, str]) -> str:
     # The comment in front makes a byte order mark in a spelling an error like any other.
     return "#\n" + "".join(f"{spelling}\t{syllable}\n" for spelling, syllable in aliases.items())
@@ -282,9 +296,10 @@ def _wrong_aliases(aliases: Mapping[str, str]) -> Iterator[str]:
     for spelling, syllable in aliases.items():
         _, pairs, errors = _core.parse_aliases(_alias_lines({spelling: syllable}))
         if errors:
-            yield f"aliases[{spelling!r}]: {errors[0][1]}"
+            yield f"aliases[{shown(spelling)}]: {_short(errors[0][1])}"
         elif pairs != {spelling: syllable}:  # the spelling is a comment, or there are more lines
-            yield f"aliases[{spelling!r}]: {spelling!r} and {syllable!r} are not an alias"
+            pair = f"{shown(spelling)} and {shown(syllable)}"
+            yield f"aliases[{shown(spelling)}]: {pair} are not an alias"
 
 
 AliasesLike = Optional[Mapping[str, str]]
@@ -297,7 +312,7 @@ def parse_aliases(text: Text) -> Aliases:
     Aliases({'ni': 'nei'})
 
     Empty lines and lines that begin with "#" are left out. Lines that cannot be used, also a
-    spelling that stands in an earlier line, are a ValueError that lists them.
+    spelling of an earlier line, are a ValueError that lists the first ten.
     """
     aliases = Aliases.__new__(Aliases)
     aliases._read(text)
@@ -453,7 +468,7 @@ def pronunciation_to_arpabet(pronunciation: Text) -> Normalized:
 def cutting_number(cutting: Cutting) -> int:
     ways = ("whole", "forward", "backward", "none")
     if cutting not in ways:
-        raise ValueError(f"cutting must be one of {ways}, not {cutting!r}")
+        raise ValueError(f"cutting must be one of {ways}, not {shown(cutting)}")
     return ways.index(cutting)
 
 
@@ -525,7 +540,7 @@ SyllablesOrCodes = Union[Iterable[int], Iterable[Syllable]]
 
 def _with_spaces(spacing: str) -> bool:
     if spacing not in ("word", "space"):
-        raise ValueError(f"spacing must be 'word' or 'space', not {spacing!r}")
+        raise ValueError(f"spacing must be 'word' or 'space', not {shown(spacing)}")
     return spacing == "space"
 
 

@@ -263,6 +263,76 @@ def test_errors_are_value_errors_and_pickle() -> None:
     assert vars(other) == vars(error) and len(vars(error)) == 5
 
 
+def _long_rules() -> Any:
+    return phoneme.analyze("ni3", rules=[f"{i}" * 10_000 for i in range(100)])
+
+
+LONG = "x" * 100_000
+MESSAGES: list[tuple[str, Any, int]] = [
+    ("language", lambda: phoneme.phones(LONG), 200),
+    ("language of a batch", lambda: phoneme.py2code_batch([], LONG), 200),
+    ("constructor", lambda: phoneme.Phone(3, LONG), 200),
+    ("number", lambda: phoneme.phones(2**60), 200),
+    ("piece", lambda: phoneme.py2code(LONG + "3"), 200),
+    ("wide piece", lambda: phoneme.py2code("\U0001f600" * 100_000 + "3"), 200),
+    ("phone", lambda: phoneme.phone(LONG), 200),
+    ("rules", _long_rules, 1000),
+    ("errors", lambda: phoneme.py2code("ni3", errors=LONG), 200),  # type: ignore[call-overload]
+    ("cutting", lambda: phoneme.analyze("ni3", cutting=LONG), 200),  # type: ignore[arg-type]
+    ("spacing", lambda: phoneme.jyutping([], spacing=LONG), 200),  # type: ignore[call-overload]
+    ("spelling", lambda: phoneme.Aliases({LONG: "ngai"}), 300),
+    ("alias", lambda: phoneme.Aliases({"ai": LONG}), 300),
+    ("no alias", lambda: phoneme.Aliases({"#" + LONG: LONG}), 300),
+    ("aliases", lambda: phoneme.Aliases({f"{i}": "ngai" for i in range(10_000)}), 1500),
+    ("lines", lambda: phoneme.parse_aliases("x\n" * 100_000), 1500),
+    ("long lines", lambda: phoneme.parse_aliases((LONG + "\tngai\n") * 20), 2000),
+]
+
+
+@pytest.mark.parametrize("call, most", [case[1:] for case in MESSAGES], ids=[case[0] for case in MESSAGES])
+def test_messages_are_bounded(call: Any, most: int) -> None:
+    with pytest.raises(ValueError) as caught:
+        call()
+    assert len(str(caught.value)) < most
+
+
+def test_lists_in_messages_name_ten() -> None:
+    with pytest.raises(ValueError) as caught:
+        phoneme.parse_aliases("x\n" * 13)
+    lines = str(caught.value).split("; ")
+    assert [line.split(":")[0] for line in lines] == [*(f"line {i + 1}" for i in range(10)), "and 3 more"]
+    with pytest.raises(ValueError) as caught:
+        phoneme.parse_aliases("x\n" * 10)
+    assert "more" not in str(caught.value)
+    with pytest.raises(ValueError, match=r"; and 2 more$"):
+        phoneme.Aliases({f"{i}": "ngai" for i in range(12)})
+    with pytest.raises(ValueError, match=r'^line 1: "x{59}\.\.\.x+" is not a spelling of 1 to 8'):
+        phoneme.parse_aliases(LONG + "\tngai")
+
+
+BOOLS: list[Any] = [
+    lambda: phoneme.phone(True),
+    lambda: phoneme.phone(False, fallback=True),
+    lambda: phoneme.code2py(True),
+    lambda: phoneme.code2ph(True),
+    lambda: phoneme.ph2tp(True),
+    lambda: phoneme.tone_adaptation(True),
+    lambda: phoneme.phones(True),
+    lambda: phoneme.py2code("ni3", True, fallback=True),
+    lambda: phoneme.py2code_batch(["ni3"], True, fallback=True),
+    lambda: phoneme.cut_whole("xian", max_cuts=True),
+    lambda: phoneme.marked_pinyin([True]),
+    lambda: phoneme.Phone(True, "mandarin"),
+    lambda: phoneme.Syllable([], "mandarin", True),
+]
+
+
+@pytest.mark.parametrize("call", BOOLS)
+def test_a_bool_is_not_a_number(call: Any) -> None:
+    with pytest.raises(TypeError, match="not bool"):
+        call()
+
+
 def test_messages_stay_short() -> None:
     error = _error(phoneme.py2code, "ni3 " * 100_000 + "hoa3")
     assert error.offset == 400_000 and len(str(error)) < 200
