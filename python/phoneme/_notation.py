@@ -55,8 +55,12 @@ class Rule(str, enum.Enum):
     >>> normalize_pinyin("lu:4 nar4", rules=["no-erhua", "no-fused-erhua"]).text
     'lv4'
 
-    A name is spelled as the command line tool spells it. With "no-" before each of them, rules are
-    those in use by default without these.
+    A name is spelled as the command line tool spells it. Where a name begins with "no-", as that of
+    an option of the tool, the rules are those in use by default, without those of the "no-" names
+    and with the others that are named; else they are the named ones alone.
+
+    >>> arpabet_to_pronunciation("OW2", rules=["second-stress", "no-missing-stress"]).text
+    'ow 1'
     """
 
     FULL_WIDTH = "full-width"  #: full-width letters and digits to ASCII
@@ -339,27 +343,28 @@ def core_aliases(aliases: AliasesLike) -> Optional[_core.AliasTable]:
     return (aliases if isinstance(aliases, Aliases) else Aliases(aliases))._table
 
 
-#: Rules by their members or names; None for those in use by default.
+#: Rules by their members or names, see `Rule`; None for those in use by default.
 Rules = Optional[Iterable[Union[Rule, str]]]
 
 
 def rule_bits(rules: Rules) -> Optional[int]:
     if rules is None:
         return None
-    if isinstance(rules, str):
-        raise TypeError("rules must be an iterable of rules, not one str")
-    names = {rule.value if isinstance(rule, Rule) else rule for rule in rules}
-    switches = {name: _SWITCHES[name] for name in names if name in _SWITCHES}
-    unknown = sorted(repr(name) for name in names - switches.keys())
+    if isinstance(rules, (str, bytes)) or not hasattr(rules, "__iter__"):
+        what = f"rules must be an iterable of rules, not one {type(rules).__name__}"
+        raise TypeError(f"{what}; {_KNOWN_RULES}")
+    names = [rule.value if isinstance(rule, Rule) else rule for rule in rules]
+    unknown = {shown(name) for name in names if not isinstance(name, str) or name not in _SWITCHES}
     if unknown:
-        known = ", ".join(_core.RULE_NAMES)
-        raise ValueError(f'unknown rule {", ".join(unknown)}; the rules, also with "no-", are {known}')
-    bits = sum(bit for bit, _ in switches.values())
-    directions = {is_on for _, is_on in switches.values()}
-    if len(directions) == 2:
-        raise ValueError('rules are names, or names with "no-" before each, not both')
-    return bits if directions <= {True} else _core.DEFAULT_RULES & ~bits
+        raise ValueError(f"unknown rule {listed(sorted(unknown), ', ')}; {_KNOWN_RULES}")
+    on = off = 0
+    for name in names:
+        bit, is_on = _SWITCHES[name]
+        on, off = (on | bit, off) if is_on else (on, off | bit)
+    return _core.DEFAULT_RULES & ~off | on if off else on
 
+
+_KNOWN_RULES = 'the rules, also with "no-", are ' + ", ".join(_core.RULE_NAMES)
 
 # The bit of each name of a rule, and whether it is switched on.
 _SWITCHES = {

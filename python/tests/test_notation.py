@@ -2,9 +2,11 @@
 
 from __future__ import annotations
 
+import inspect
 import json
 import pickle
 import subprocess
+import types
 from pathlib import Path
 from typing import Any, Union
 
@@ -71,8 +73,52 @@ def test_rules() -> None:
         known = ", ".join(rule.value for rule in Rule)
         message = f'unknown rule {shown}; the rules, also with "no-", are {known}'
         assert str(caught.value) == message
-    with pytest.raises(TypeError, match="not one str"):
-        phoneme.normalize_pinyin(text, "erhua")
+
+
+@pytest.mark.parametrize(
+    "rules, error, begin",
+    [
+        ("erhua", TypeError, "rules must be an iterable of rules, not one str"),
+        (b"erhua", TypeError, "rules must be an iterable of rules, not one bytes"),
+        (5, TypeError, "rules must be an iterable of rules, not one int"),
+        ([[1]], ValueError, "unknown rule [1]"),
+        ([{"erhua": 1}, "glued"], ValueError, "unknown rule {'erhua': 1}"),
+        ([b"erhua"], ValueError, "unknown rule b'erhua'"),
+        (["no-", "-no-erhua"], ValueError, "unknown rule '-no-erhua', 'no-'"),
+        (["x" * 100_000], ValueError, "unknown rule '" + "x" * 59 + "..."),
+        (range(100, 200), ValueError, "unknown rule 100, 101, 102, 103, 104, 105, 106, 107, 108,"
+                                      " 109, and 90 more"),
+    ],
+)  # fmt: skip
+def test_what_is_not_a_rule(rules: Any, error: type[Exception], begin: str) -> None:
+    known = ", ".join(rule.value for rule in Rule)
+    with pytest.raises(error) as caught:
+        phoneme.normalize_pinyin("ni3", rules=rules)
+    assert str(caught.value) == f'{begin}; the rules, also with "no-", are {known}'
+
+
+def test_options_come_by_name() -> None:
+    functions: list[Any] = [
+        phoneme.normalize_pinyin, phoneme.normalize_jyutping, phoneme.arpabet_to_pronunciation,
+    ]  # fmt: skip
+    for function in functions:
+        with pytest.raises(TypeError, match="positional argument"):
+            function("ni3", "mandarin")
+
+
+def test_the_language_is_where_the_documentation_says() -> None:
+    first = []
+    for name in phoneme.__all__:
+        function = getattr(phoneme, name)
+        if not isinstance(function, types.FunctionType):
+            continue
+        parameters = list(inspect.signature(function).parameters.values())
+        places = [i for i, parameter in enumerate(parameters) if parameter.name == "language"]
+        assert places in ([], [0], [1]), name
+        first += [name] if places == [0] else []
+        assert all(parameter.kind is parameter.KEYWORD_ONLY for parameter in parameters
+                   if parameter.name in ("rules", "aliases", "cutting") and name != "Aliases"), name  # fmt: skip
+    assert first == ["chart", "phones", "syllables"]
 
 
 #: A text for each rule that the rule changes, and its language.
@@ -117,10 +163,31 @@ def test_rules_switched_off() -> None:
     others = [f"no-{rule.value}" for rule in Rule]
     assert phoneme.normalize_pinyin("lu:4 nǐ", rules=others) == phoneme.normalize_pinyin("lu:4 nǐ", rules=[])
     # Those that are not in use by default stay so.
-    assert phoneme.arpabet_to_pronunciation("OW2", ["no-glued"]).text == "ow 2"
-    for mixed in (["erhua", "no-erhua"], [Rule.ERHUA, "no-glued"]):
-        with pytest.raises(ValueError, match="not both"):
-            phoneme.normalize_pinyin("ni3", mixed)
+    assert phoneme.arpabet_to_pronunciation("OW2", rules=["no-glued"]).text == "ow 2"
+
+
+@pytest.mark.parametrize(
+    "text, rules, result",
+    [
+        ("HH OW2", None, "hh ow 2"),
+        ("HH OW2", ["no-missing-stress"], "hh ow 2"),
+        ("HH OW2", ["second-stress"], ""),  # the lower case is not among these rules
+        ("HH OW2", ["second-stress", "no-missing-stress"], "hh ow 1"),
+        ("HH OW2", ["no-missing-stress", Rule.SECOND_STRESS], "hh ow 1"),
+        ("HH AH0", ["second-stress", "no-reduced-vowel"], "hh ah 0"),
+    ],
+)
+def test_rules_switched_on_and_off(text: str, rules: Any, result: str) -> None:
+    assert phoneme.arpabet_to_pronunciation(text, rules=rules).text == result
+
+
+def test_rules_switched_on_and_off_as_in_the_tool(tool: str) -> None:
+    for text in ("HH OW2", "HH OW"):
+        analysis = phoneme.analyze(text, "english", rules=["second-stress", "no-missing-stress"])
+        applied = [application.rule.value for application in analysis.applied]
+        problems = [problem.kind.value for problem in analysis.problems]
+        found = _tool_reads(tool, "english", text, "--second-stress", "--no-missing-stress")
+        assert found == (problems[0] if problems else applied)
 
 
 def test_the_shipped_aliases() -> None:
