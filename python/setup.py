@@ -11,10 +11,10 @@ from setuptools.command.build_py import build_py
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent
 
-# The project's version stands in CMakeLists.txt and nowhere else.
+# CMakeLists.txt alone has the project's version.
 found = re.search(r"VERSION (\d+\.\d+\.\d+)", (ROOT / "CMakeLists.txt").read_text())
 if found is None:
-    raise SystemExit("CMakeLists.txt tells no version")
+    raise SystemExit("CMakeLists.txt has no version of the form 1.2.3")
 VERSION = found[1]
 
 # Relative to this folder, as setuptools wants them.

@@ -24,10 +24,10 @@ std::string TextArgument(PyObject* text);
 /// calls them `what` for anything else.
 std::vector<unsigned char> BytesArgument(PyObject* bytes, const char* what);
 
-/// Whether a buffer has one dimension, and its items stand one right behind the other.
+/// Whether a buffer has one dimension, and its items follow one another without gaps.
 bool IsRow(const py::buffer_info& buffer);
 
-/// The format of a buffer's items, without the sign of the machine's own byte order in front.
+/// The format of a buffer's items, without a leading sign of the machine's own byte order.
 std::string ItemType(const py::buffer_info& buffer);
 
 /// The id of a language that is given by name or code, or as an integer. A ValueError for an id
@@ -43,7 +43,7 @@ bool FlagArgument(PyObject* flag);
 py::object IndexOf(PyObject* object);
 
 /// An integer from `least` to `most`; a ValueError that calls it `what` outside, a TypeError when
-/// it is no integer.
+/// it is not an integer.
 long IntegerArgument(PyObject* integer, long least, long most, const char* what);
 
 /// How error messages call the type of an object.

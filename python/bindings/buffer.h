@@ -1,7 +1,7 @@
 #ifndef PYTHON_BINDINGS_BUFFER_H_
 #define PYTHON_BINDINGS_BUFFER_H_
 
-// A growing array for the results of a batch. Unlike a vector it grows and shrinks where it stands,
+// A growing array for the results of a batch. Unlike a vector it grows and shrinks in place,
 // as far as the allocator can, which large arrays are worth; and NumPy can take it over.
 
 #include <pybind11/numpy.h>

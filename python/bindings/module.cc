@@ -44,7 +44,7 @@ void Fill(py::module_& module) {
 
 }  // namespace
 
-// What PYBIND11_MODULE would make, but for the question in front: pybind11 remembers the first
+// What PYBIND11_MODULE would make, but for the question before it: pybind11 remembers the first
 // interpreter that it sees, and would wait for it for ever when that one is gone.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): Python calls it by this name
 extern "C" PYBIND11_EXPORT PyObject* PyInit__core() {

@@ -57,7 +57,7 @@ class ObjectReader {
   ObjectReader(py::handle texts, bool takes_missing);
 
   /// Reads the next chunk; false when there are no more texts. A TypeError that names the index of
-  /// an object that is no text.
+  /// an object that is not a text.
   bool Read(Chunk& chunk);
 
   /// How many texts there are at least, for reserving memory.
@@ -76,7 +76,7 @@ class ObjectReader {
 /// one more than there are texts, or none at all.
 class BufferPair {
  public:
-  /// The pair, or nothing when `texts` is not a tuple of two with a buffer of offsets behind. A
+  /// The pair, or nothing when `texts` is not a tuple of two with a buffer of offsets second. A
   /// TypeError or ValueError when it is but the buffers do not fit.
   static std::optional<BufferPair> From(py::handle texts);
 

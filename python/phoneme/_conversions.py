@@ -482,7 +482,7 @@ def ph2ph(
 
 
 def ph2tp(phone_id: int, language: LanguageName = "mandarin", *, fallback: bool = False) -> int:
-    """Tells what a byte of a phone-id sequence is: 1 closes a syllable (0 to 9), 2 is a phone.
+    """What a byte of a phone-id sequence is: 1 closes a syllable (0 to 9), 2 is a phone.
 
     >>> ph2tp(3), ph2tp(24)
     (1, 2)

@@ -118,12 +118,12 @@ class _Counts:
         )
 
 
-# The digit that closes a syllable of a pronunciation string stands alone.
+# The digit that closes a syllable of a pronunciation string is a piece of its own.
 _CLOSING_DIGIT = re.compile(r"\s\d\s*(,|$)")
 
 
 def served_language(language: LanguageName) -> phoneme.Language:
-    """The language whose tables stand behind a name or id, which may be unregistered."""
+    """The language whose tables serve a name or id, which may be unregistered."""
     return phoneme.Language(phoneme.phones(language)[0].language)
 
 

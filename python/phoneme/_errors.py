@@ -37,13 +37,13 @@ class ConversionError(ValueError):
     ... except ConversionError as error:
     ...     print(error)
     ...     print(error.piece, error.offset)
-    'hoa3' at 4 is no syllable of mandarin: 'ni3 hoa3'
+    'hoa3' at 4 is not a syllable of mandarin: 'ni3 hoa3'
     hoa3 4
 
     `text` is what was passed, `piece` the part of it that is wrong and `offset` its place:
-    ``text[offset:offset + len(piece)] == piece``. In the place of a single number stand its digits,
-    of a phone-id sequence its bytes, and of an iterable of codes or syllables a tuple. `language`
-    is what was passed.
+    ``text[offset:offset + len(piece)] == piece``. For a single number both are its digits (of one
+    that needs more than 64 bits, words that say so), for a phone-id sequence its bytes, and for an
+    iterable of codes or syllables a tuple. `language` is what was passed.
 
     The piece is searched for in a second pass over the text, which errors="none" spares.
     """
@@ -140,13 +140,13 @@ _PIECE = re.compile(rb"[0-9]|[^0-9\s'`][^0-9A-Z\s'`]*[0-9]?")
 
 
 def raise_for_pinyin(text: Text, language: LanguageName) -> NoReturn:
-    """Raises for the first piece of a romanised text that is no syllable."""
+    """Raises for the first piece of a romanised text that is not a syllable."""
     data = _bytes(text)
     for piece in _PIECE.finditer(data):
-        # The space in front keeps a piece from being cut as a whole text would be.
+        # The leading space keeps a piece from being cut as a whole text would be.
         if _core.py2code(b" " + piece[0], language, True) is None:
             begin, end = piece.span()
-            _raise(text, data, begin, end, language, f"is no syllable of {named(language)}")
+            _raise(text, data, begin, end, language, f"is not a syllable of {named(language)}")
     raise AssertionError("no piece of a text that failed is wrong")
 
 
@@ -175,13 +175,15 @@ def _raise_for_pronunciation(
     pieces = field.strip(_BLANKS).split(b" ")
     if len(pieces) == 1:
         end = begin + len(pieces[0])
-        _raise(text, data, begin, end, language, "stands alone: a syllable is phones and a digit")
+        reason = "is not a syllable: expected phones and a digit"
+        _raise(text, data, begin, end, language, reason)
     for piece in pieces[:-1]:
         if parse(piece + b" 0", language, True) is None:
-            reason = f"is no phone of {named(language)}" if piece else "is empty: a space too many"
+            is_unknown = f"is not a phone of {named(language)}"
+            reason = is_unknown if piece else "is empty: a space too many"
             _raise(text, data, begin, begin + len(piece), language, reason)
         begin += len(piece) + 1
-    _raise(text, data, begin, begin + len(pieces[-1]), language, "is not one digit")
+    _raise(text, data, begin, begin + len(pieces[-1]), language, "is not a tone digit")
 
 
 def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
@@ -190,7 +192,7 @@ def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
     for offset in range(len(data)):
         piece = data[offset : offset + 1]
         if _core.ph2ph(piece, language, True) is None:
-            reason = f"is no phone of {named(language)}"
+            reason = f"is not a phone of {named(language)}"
             raise ConversionError(data, piece, offset, language, reason)
     raise AssertionError("no byte of a sequence that failed is wrong")
 
@@ -198,13 +200,13 @@ def raise_for_phone_ids(phone_ids: Any, language: LanguageName) -> NoReturn:
 def raise_for_code(code: int, language: LanguageName) -> NoReturn:
     """Raises for a syllable code without a row."""
     text = str(int(code))
-    raise ConversionError(text, text, 0, language, f"is no syllable code of {named(language)}")
+    raise ConversionError(text, text, 0, language, f"is not a syllable code of {named(language)}")
 
 
 def raise_for_phone(id_or_name: Union[int, Text], language: LanguageName) -> NoReturn:
     """Raises for an id or a name that no phone has."""
     text = id_or_name if isinstance(id_or_name, (str, bytes)) else _digits(id_or_name)
-    raise ConversionError(text, text, 0, language, f"is no phone of {named(language)}")
+    raise ConversionError(text, text, 0, language, f"is not a phone of {named(language)}")
 
 
 def _digits(number: SupportsIndex) -> str:

@@ -81,7 +81,7 @@ def grid_blocks(language: phoneme.Language, counts: Coverage | None) -> list[Blo
 
 
 def _note(language: phoneme.Language, looks: _Looks) -> str:
-    """What stands where, and the phones that no syllable has."""
+    """What is where, and the phones that no syllable has."""
     unused = [name_and_id(phone) for phone in phoneme.phones(language) if phone not in looks.usable]
     numbers = "" if looks.counts is None else " The numbers: how often each is there."
     return f"Initials down, finals across.{numbers} In no syllable: {', '.join(unused)}."
@@ -135,7 +135,7 @@ def _ordered_initials(language: phoneme.Language) -> list[phoneme.Phone]:
 
 
 def _final_groups(language: phoneme.Language) -> list[tuple[str, list[MaybePhone]]]:
-    """The finals by what they begin with; first what stands in their place in a few syllables: none
+    """The finals by what they begin with; first what is in their place in a few syllables: none
     ("ng"), or an initial (the "m" of "hm")."""
     phones = phoneme.phones(language)
     finals = [phone for phone in phones if phone.type == phoneme.PhoneType.FINAL]
@@ -152,7 +152,7 @@ _APICAL = ("ii", "iii")  # vowels of their own, written with i
 
 
 def _by_medial(finals: list[phoneme.Phone]) -> list[tuple[str, list[MaybePhone]]]:
-    """Each medial with the rhymes behind it in the order that they have alone."""
+    """Each medial with the rhymes after it in the order that they have alone."""
     medials = {phone.id: _medial(phone.name) for phone in finals}
     alone = [phone.name for phone in finals if not medials[phone.id]]
 
@@ -236,7 +236,7 @@ def _draw_column_heading(
 def _draw_row_heading(
     page: Page, initial: MaybePhone, place: tuple[float, float], looks: _Looks
 ) -> None:
-    """The number stands beside the name, or below it where it may be long."""
+    """The number is beside the name, or below it where it may be long."""
     left, middle = place
     if initial is None:
         page.text(left - 6, middle, "no initial", 9, ha="right", color=FAINT)

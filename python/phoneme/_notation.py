@@ -139,8 +139,8 @@ class Problem(NamedTuple):
     >>> analyze("ni3 hoa3").problems[0].suggestion
     'hao3'
 
-    `suggestion` is what may have been meant, "" without one, and `hint` says where it comes from.
-    `piece` is what the hint is about: more than `range` where that has only the letters that a cut
+    `suggestion` is what may have been meant, "" without one, and `hint` what it comes from. `piece`
+    is what the hint is about, None without a hint: more than `range` where that has only the letters that a cut
     leaves out, less where that has several syllables.
 
     >>> problem, = analyze("yai").problems
@@ -181,7 +181,7 @@ class Normalized(NamedTuple):
 
 
 class AnalyzedSyllable(NamedTuple):
-    """A syllable of a text, and where it stands.
+    """A syllable of a text, and its place.
 
     >>> syllable, = analyze("Nǐ").syllables
     >>> syllable.spelling, syllable.digit, syllable.range, syllable.row
@@ -291,7 +291,7 @@ def _short(message: str) -> str:
 
 
 def _alias_lines(aliases: Mapping[str, str]) -> str:
-    # The comment in front makes a byte order mark in a spelling an error like any other.
+    # The leading comment makes a byte order mark in a spelling an error like any other.
     return "#\n" + "".join(f"{spelling}\t{syllable}\n" for spelling, syllable in aliases.items())
 
 

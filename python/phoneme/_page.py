@@ -148,7 +148,7 @@ def _file_format(path: str | os.PathLike[str]) -> str:
 
 
 def _save(figure: Any, path: str | os.PathLike[str], title: str) -> None:
-    """Beside its place first: what stands there is replaced by a whole picture or not at all."""
+    """Beside its place first: what is there is replaced by a whole picture or not at all."""
     place = os.path.realpath(path)
     part = os.path.join(os.path.dirname(place), f".{uuid.uuid4().hex}.part")
     try:

@@ -152,7 +152,7 @@ def test_pronunciations() -> None:
 def test_codes_without_rows(code: int, language: str, answer: str) -> None:
     with pytest.raises(phoneme.ConversionError) as caught:
         phoneme.code2py(code, language)
-    assert str(caught.value) == f"'{code}' at 0 is no syllable code of {language}"
+    assert str(caught.value) == f"'{code}' at 0 is not a syllable code of {language}"
     assert phoneme.code2py(code, language, errors="none") is None
     assert phoneme.code2py(code, language, fallback=True) == answer
     assert phoneme.code2py(4169, with_tone=False) == phoneme.syllables("mandarin")[-1].pinyin

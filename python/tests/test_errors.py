@@ -55,22 +55,22 @@ def test_pinyin(text: Any, piece: Any, offset: int) -> None:
 @pytest.mark.parametrize(
     "text, language, as_ids, piece, offset, reason",
     [
-        ("n xx 3", "mandarin", False, "xx", 2, "no phone of mandarin"),
-        ("n i 3, h xx 3", "mandarin", True, "xx", 9, "no phone of mandarin"),
-        ("n i 3, aa", "mandarin", False, "aa", 7, "alone"),
-        ("3", "english", False, "3", 0, "alone"),
-        ("n i", "mandarin", False, "i", 2, "digit"),
-        ("n i 33", "mandarin", False, "33", 4, "digit"),
+        ("n xx 3", "mandarin", False, "xx", 2, "not a phone of mandarin"),
+        ("n i 3, h xx 3", "mandarin", True, "xx", 9, "not a phone of mandarin"),
+        ("n i 3, aa", "mandarin", False, "aa", 7, "expected phones and a digit"),
+        ("3", "english", False, "3", 0, "expected phones and a digit"),
+        ("n i", "mandarin", False, "i", 2, "is not a tone digit"),
+        ("n i 33", "mandarin", False, "33", 4, "is not a tone digit"),
         ("n  i 3", "mandarin", False, "", 2, "space"),
-        (" \tn i x\r\n, n", "mandarin", False, "x", 6, "digit"),
-        ("E 3, ng 3", "mandarin", True, "E", 0, "no phone"),
-        ("n i 3, ng 3", "mandarin", False, "ng", 7, "no phone of mandarin"),
-        ("n E i 3, n x 3", "mandarin", False, "E", 2, "no phone of mandarin"),
-        ("hh 漢 0", "english", False, "漢", 3, "no phone of english"),
-        ("hh ax 0, \ud800 1", 12345, False, "\ud800", 9, "no phone of language 12345"),
-        (b"hh \xff 0", 20000, True, b"\xff", 3, "no phone of english"),
-        ("n\t i 3", "mandarin", False, "n\t", 0, "no phone"),
-        ("n\ti 3, n i 3 x", "mandarin", False, "n\ti", 0, "no phone"),
+        (" \tn i x\r\n, n", "mandarin", False, "x", 6, "is not a tone digit"),
+        ("E 3, ng 3", "mandarin", True, "E", 0, "not a phone"),
+        ("n i 3, ng 3", "mandarin", False, "ng", 7, "not a phone of mandarin"),
+        ("n E i 3, n x 3", "mandarin", False, "E", 2, "not a phone of mandarin"),
+        ("hh 漢 0", "english", False, "漢", 3, "not a phone of english"),
+        ("hh ax 0, \ud800 1", 12345, False, "\ud800", 9, "not a phone of language 12345"),
+        (b"hh \xff 0", 20000, True, b"\xff", 3, "not a phone of english"),
+        ("n\t i 3", "mandarin", False, "n\t", 0, "not a phone"),
+        ("n\ti 3, n i 3 x", "mandarin", False, "n\ti", 0, "not a phone"),
     ],
 )
 def test_pronunciations(
@@ -88,7 +88,7 @@ def test_phone_ids_and_codes() -> None:
     assert type(error.text) is type(error.piece) is bytes
     error = _error(phoneme.code2ph, 65535, "cantonese")
     assert (error.text, error.piece, error.offset) == ("65535", "65535", 0)
-    assert str(error) == "'65535' at 0 is no syllable code of cantonese"
+    assert str(error) == "'65535' at 0 is not a syllable code of cantonese"
 
 
 @pytest.mark.parametrize(
@@ -128,9 +128,9 @@ def test_languages_in_messages() -> None:
     ]
     for language, named in cases:
         error = _error(phoneme.py2code, "xyz3", language, fallback=True)
-        assert str(error) == f"'xyz3' at 0 is no syllable of {named}"
+        assert str(error) == f"'xyz3' at 0 is not a syllable of {named}"
         error = _error(phoneme.code2ph, 65535, language, fallback=True)
-        assert str(error) == f"'65535' at 0 is no syllable code of {named}"
+        assert str(error) == f"'65535' at 0 is not a syllable code of {named}"
 
 
 def test_gaps_are_no_failure_of_the_library() -> None:
@@ -257,7 +257,7 @@ def test_the_values_of_errors(function: Any, good: Any, bad: Any) -> None:
 def test_errors_are_value_errors_and_pickle() -> None:
     error = _error(phoneme.py2code, "ni3 hoa3", 10001)
     assert isinstance(error, ValueError)
-    assert str(error).startswith("'ni3' at 0 is no syllable of cantonese")
+    assert str(error).startswith("'ni3' at 0 is not a syllable of cantonese")
     other = pickle.loads(pickle.dumps(error))
     assert type(other) is ConversionError and str(other) == str(error)
     assert vars(other) == vars(error) and len(vars(error)) == 5

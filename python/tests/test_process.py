@@ -330,7 +330,7 @@ def test_signals_are_seen_within_a_pair_of_few_long_texts() -> None:
     finally:
         signal.setitimer(signal.ITIMER_REAL, 0)
         signal.signal(signal.SIGALRM, before)
-    # One may be seen in front, and one behind.
+    # One may be seen before, and one after.
     assert len(seen) > 5
 
 

@@ -62,7 +62,7 @@ def test_unknown_phones(key: Any, name: Optional[str]) -> None:
     """The library has an answer for anything, which is given where it is asked for."""
     language: Any
     for language in ("mandarin", 10000):
-        with pytest.raises(phoneme.ConversionError, match="at 0 is no phone of mandarin$") as caught:
+        with pytest.raises(phoneme.ConversionError, match="at 0 is not a phone of mandarin$") as caught:
             phoneme.phone(key, language)
         shown = key if isinstance(key, (str, bytes)) or abs(key) < 2**64 else "an int of more"
         assert str(caught.value.piece).startswith(str(shown)) and caught.value.offset == 0
