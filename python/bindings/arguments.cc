@@ -76,8 +76,8 @@ std::vector<unsigned char> BytesArgument(PyObject* bytes, const char* what) {
   const std::string type = ItemType(buffer);
   if (!IsRow(buffer) || (type != "B" && type != "b" && type != "c")) {
     throw py::type_error(std::string(what) + " must be bytes or one contiguous row of them, not " +
-                         TypeName(bytes) + " of format '" + buffer.format + "' in " +
-                         std::to_string(buffer.ndim) + " dimensions");
+                         TypeName(bytes) + " of format " + Shown(py::str(buffer.format).ptr()) +
+                         " in " + std::to_string(buffer.ndim) + " dimensions");
   }
   const auto* data = static_cast<const unsigned char*>(buffer.ptr);
   return {data, data + buffer.size};

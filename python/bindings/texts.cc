@@ -109,12 +109,12 @@ BufferPair::BufferPair(py::buffer_info data, py::buffer_info offsets) {
     const char* hint = offsets.itemsize == 1 ? "; untyped bytes are given as "
                                                "numpy.frombuffer(offsets, numpy.int32), or int64"
                                              : "";
-    throw py::type_error("offsets must be 32-bit or 64-bit integers, not of format '" +
-                         offsets.format + "'" + hint);
+    throw py::type_error("offsets must be 32-bit or 64-bit integers, not of format " +
+                         Shown(py::str(offsets.format).ptr()) + hint);
   }
   if (data.itemsize != 1) {
-    throw py::type_error("the data of a pair of buffers must be bytes, not of format '" +
-                         data.format + "'");
+    throw py::type_error("the data of a pair of buffers must be bytes, not of format " +
+                         Shown(py::str(data.format).ptr()));
   }
   if (!IsRow(data) || !IsRow(offsets)) {
     throw py::value_error("a pair of buffers must be contiguous and of one dimension");

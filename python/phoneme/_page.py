@@ -8,6 +8,8 @@ from collections.abc import Callable, Iterable
 from functools import lru_cache
 from typing import TYPE_CHECKING, Any, NamedTuple
 
+from phoneme._errors import shown
+
 if TYPE_CHECKING:
     from matplotlib.figure import Figure
 
@@ -143,7 +145,8 @@ def check_path(path: str | os.PathLike[str] | None) -> None:
 def _file_format(path: str | os.PathLike[str]) -> str:
     ending = os.path.splitext(path)[1].lower()
     if ending not in (".svg", ".png"):
-        raise ValueError(f"cannot save a picture as {os.fspath(path)!r}: .svg and .png are known")
+        given = shown(os.fspath(path))
+        raise ValueError(f"cannot save a picture as {given}: .svg and .png are known")
     return ending[1:]
 
 

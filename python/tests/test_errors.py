@@ -280,6 +280,7 @@ MESSAGES: list[tuple[str, Any, int]] = [
     ("errors", lambda: phoneme.py2code("ni3", errors=LONG), 200),  # type: ignore[call-overload]
     ("cutting", lambda: phoneme.analyze("ni3", cutting=LONG), 200),  # type: ignore[arg-type]
     ("spacing", lambda: phoneme.jyutping([], spacing=LONG), 200),  # type: ignore[call-overload]
+    ("picture", lambda: phoneme.chart("mandarin", path=LONG), 200),
     ("spelling", lambda: phoneme.Aliases({LONG: "ngai"}), 300),
     ("alias", lambda: phoneme.Aliases({"ai": LONG}), 300),
     ("no alias", lambda: phoneme.Aliases({"#" + LONG: LONG}), 300),
@@ -294,6 +295,19 @@ def test_messages_are_bounded(call: Any, most: int) -> None:
     with pytest.raises(ValueError) as caught:
         call()
     assert len(str(caught.value)) < most
+
+
+def test_formats_in_messages_are_bounded() -> None:
+    row: Any = np.zeros(2, [(f"field{i}", np.uint8) for i in range(1000)])
+    calls: list[Any] = [
+        lambda: phoneme.ph2ph(row),
+        lambda: phoneme.py2code_batch((b"ni3", row)),
+        lambda: phoneme.py2code_batch((row, np.array([0, 1]))),
+    ]
+    for call in calls:
+        with pytest.raises(TypeError, match=r"format 'T\{") as caught:
+            call()
+        assert len(str(caught.value)) < 300
 
 
 def test_lists_in_messages_name_ten() -> None:
