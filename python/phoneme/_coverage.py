@@ -132,7 +132,7 @@ def _lexicon_name(lexicon: Lexicon) -> str:
 
 
 def _check_types(lexicon: Lexicon, column: int) -> None:
-    if not hasattr(column, "__index__"):
+    if isinstance(column, bool) or not hasattr(column, "__index__"):
         raise TypeError(f"column must be an int, not {type(column).__name__}")
     # Bytes would be numbers, and a table with columns the names of these.
     if isinstance(lexicon, (bytes, bytearray)) or getattr(lexicon, "ndim", 1) != 1:

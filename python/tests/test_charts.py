@@ -577,7 +577,7 @@ def test_what_is_no_lexicon_at_all(tmp_path: pathlib.Path) -> None:
             coverage(lexicon)
         assert str(caught.value) == f"a lexicon is {takes}, not {type(lexicon).__name__}"
     column: Any
-    for column in ("1", 1.0, None):
+    for column in ("1", 1.0, None, True):
         with pytest.raises(TypeError) as caught:
             coverage(tmp_path / "missing.tsv", column=column)
         assert str(caught.value) == f"column must be an int, not {type(column).__name__}"
