@@ -182,7 +182,7 @@ print(os.waitpid(child, 0)[1], codes)
     assert output_of(code) == "0 [1173]\n"
 
 
-# While a thread makes a call, which may import what is slow to find, the process forks.
+# While a thread makes a call, which may import a module that is slow to find, the process forks.
 FORK_IN_A_CALL = """
 import os, signal, sys, threading, time
 import phoneme
@@ -190,7 +190,7 @@ import phoneme
 asked = threading.Event()
 class Slow:
     def find_spec(self, name, path=None, target=None):
-        if threading.current_thread() is thread:
+        if name.startswith("{slow}") and threading.current_thread() is thread:
             asked.set()
             time.sleep(0.5)
 sys.meta_path.insert(0, Slow())
@@ -211,13 +211,17 @@ print(os.waitpid(child, 0)[1], result == {result})
 
 
 def test_a_fork_while_another_thread_reads_the_shipped_aliases() -> None:
-    call = "phoneme.shipped_aliases()['ni']"
-    assert output_of(FORK_IN_A_CALL.format(first="", call=call, result="'nei'")) == "0 True\n"
+    code = FORK_IN_A_CALL.format(
+        first="", slow="", call="phoneme.shipped_aliases()['ni']", result="'nei'"
+    )
+    assert output_of(code) == "0 True\n"
 
 
 def test_a_fork_while_another_thread_imports_pyarrow(tmp_path: Path) -> None:
-    # What to_arrow uses of pyarrow to make an array of strings.
+    # What to_arrow uses of pyarrow to make an array of strings, after a part that is slow to find.
+    (tmp_path / "pyarrow_part.py").touch()
     (tmp_path / "pyarrow.py").write_text(
+        "import pyarrow_part\n"
         "class LargeStringArray:\n"
         "    @staticmethod\n"
         "    def from_buffers(count, *buffers):\n"
@@ -227,8 +231,10 @@ def test_a_fork_while_another_thread_imports_pyarrow(tmp_path: Path) -> None:
         "utf-8",
     )
     first = f"sys.path.insert(0, {str(tmp_path)!r})\nbatch = phoneme.normalize_batch(['N\u01d0'])"
-    call = "phoneme.to_arrow(batch)"
-    assert output_of(FORK_IN_A_CALL.format(first=first, call=call, result="1")) == "0 True\n"
+    code = FORK_IN_A_CALL.format(
+        first=first, slow="pyarrow_part", call="phoneme.to_arrow(batch)", result="1"
+    )
+    assert output_of(code) == "0 True\n"
 
 
 def test_numpy_is_imported_once() -> None:
