@@ -132,6 +132,13 @@ void ExpectSuggestion(int language, const std::string& suggestion) {
   Expect(read.syllables.size() == 1 && read.problems.empty(), "a suggestion is a syllable");
 }
 
+// What a hint says is not in the table is not a word that is a syllable.
+void ExpectGap(int language, AnalysisOptions options, const Problem& problem) {
+  options.cutting = Cutting::kNone;
+  const std::string letters = std::string(problem.initial).append(problem.final);
+  Expect(Analyze(language, letters, options).syllables.empty(), "a gap is not in the table");
+}
+
 // Whether the bytes of a problem are small letters that no rule changes, and a digit.
 bool IsPlain(const std::string& bytes) {
   const auto is_plain = [](char c) { return c >= 'a' && c <= 'z' && c != 'v'; };
@@ -148,13 +155,15 @@ void ExpectReferenceHint(int language, const std::string& bytes, const Problem& 
   Expect(found == expected, "the hint is the reference's");
 }
 
-void ExpectHints(int language, const std::string& text, const Analysis& analysis) {
+void ExpectHints(int language, const std::string& text, const AnalysisOptions& options,
+                 const Analysis& analysis) {
   for (const Problem& problem : analysis.problems) {
     const bool suggests = problem.hint == Hint::kSpelling || problem.hint == Hint::kAlias;
     Expect(suggests == !problem.suggestion.empty(), "a hint suggests what it is said to");
     Expect((problem.hint == Hint::kGap) == !problem.initial.empty(), "a gap has its initial");
     Expect((problem.hint == Hint::kNone) == (problem.piece.length == 0), "a hint has its piece");
     if (suggests) ExpectSuggestion(language, problem.suggestion);
+    if (problem.hint == Hint::kGap) ExpectGap(language, options, problem);
     if (problem.hint != Hint::kNone) {
       Expect(problem.piece.end() <= text.size() && Overlap(problem.piece, problem.range),
              "a hint is about the problem");
@@ -182,7 +191,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Analysis analysis = Analyze(language, text, options);
   ExpectOwners(language, text, analysis);
   ExpectLibrarySyllables(language, analysis);
-  ExpectHints(language, text, analysis);
+  ExpectHints(language, text, options, analysis);
   const auto expected = Reference(language, text, options);
   const bool is_cut = options.cutting != Cutting::kNone;  // as the reference cuts
   if (expected && is_cut) ExpectReference(analysis, *expected);

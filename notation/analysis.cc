@@ -49,6 +49,14 @@ bool ArePlain(std::string_view bytes) {
   return ascii::IsDigit(bytes.back()) && std::all_of(bytes.begin(), bytes.end() - 1, is_plain);
 }
 
+// Writes v where the letters that a rule reads as "lve" and "nve" have u.
+void Respell(std::string& letters) {
+  for (const std::string_view respelled : {"lue", "nue"}) {
+    std::size_t at = letters.find(respelled);
+    for (; at != std::string::npos; at = letters.find(respelled, at)) letters[at + 1] = 'v';
+  }
+}
+
 // Writes a guess into a problem, about what is written in `piece`, with a digit or none.
 void SetHint(int language, const internal::Guess& guess, Range piece, char digit,
              Problem& problem) {
@@ -236,8 +244,10 @@ void SyllableReader::AddHint(Problem& problem) {
   for (const internal::Letter& letter : word_.letters) {
     letters += letter.letter == internal::kCircumflexE ? 'e' : letter.letter;
   }
-  if (word_.digits.count == 0) return AddHintToRun(letters, problem);
-  SetHint(language_, internal::GuessSyllable(language_, letters), problem.range,
+  const bool is_run = word_.digits.count == 0;
+  if (rules_.Has(Rule::kDiaeresis) && (is_run || letters.size() == 3)) Respell(letters);
+  if (is_run) return AddHintToRun(letters, problem);
+  SetHint(language_, internal::GuessMarked(language_, letters), problem.range,
           word_.digits.first.ascii, problem);
 }
 
@@ -246,7 +256,7 @@ void SyllableReader::AddHint(Problem& problem) {
 void SyllableReader::AddHintToRun(std::string_view letters, Problem& problem) {
   const internal::Piece whole = {0, letters.size()};
   if (CountMarks(whole) <= 1) {
-    SetRunHint(internal::GuessSyllable(language_, letters), whole, problem);
+    SetRunHint(internal::GuessMarked(language_, letters), whole, problem);
     if (problem.hint != Hint::kNone) return;
   }
   internal::SplitRun(letters.size(), CutLetters(language_, letters, Cutting::kWhole), parts_);
@@ -285,9 +295,15 @@ void SyllableReader::FindWrongMarks(std::string_view letters) {
   for (std::size_t i = 0; i < parts_.size(); ++i) {
     RunPart& part = parts_[i];
     internal::ToneMarks marks;
-    for (std::size_t at = part.begin; at < part.end; ++at) marks.Add(word_[at]);
+    bool has_circumflex = false;  // which is a syllable by itself
+    for (std::size_t at = part.begin; at < part.end; ++at) {
+      marks.Add(word_[at]);
+      has_circumflex = has_circumflex || word_[at].letter == internal::kCircumflexE;
+    }
     part.mark_count = marks.count();
-    part.is_wrong = part.is_wrong || !marks.AreOfOneSyllable();
+    part.has_wrong_mark =
+        !marks.AreOfOneSyllable() || (has_circumflex && part.end - part.begin > 1);
+    part.is_wrong = part.is_wrong || part.has_wrong_mark;
     const std::string_view spelling = letters.substr(part.begin, part.end - part.begin);
     if (i == 0 || part.row == SyllableTree::kNoRow || spelling == "er") continue;
     const bool is_clear = part.mark_count > 0 && parts_[i - 1].mark_count > 0;

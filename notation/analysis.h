@@ -73,7 +73,8 @@ struct Analysis {
 /// - kSpelling: the syllable for which its frequency times the likeliness of the slip is the
 ///   greatest. A letter dropped, doubled or transposed with the next one and a key beside the right
 ///   one (QWERTY) are likely, any other key is rare. Not of one or two letters, which are near to
-///   too many syllables.
+///   too many syllables. Two or more letters that are a syllable, of which only a mark is wrong
+///   ("hań"), are meant for that syllable.
 ///
 /// The piece is what has a digit; else the neighbouring letters, at most as many as one syllable
 /// with a slip has, with which the word is read best ("yai" is cut ya, i; the hint is about "yai").

@@ -50,6 +50,7 @@ class PartsSearch {
 
   void Try(std::size_t first, std::size_t last) {
     Weight weight = {0, 0};
+    const bool is_marked_wrong = first == last && parts_[first].has_wrong_mark;
     std::size_t mark_count = 0;
     for (std::size_t i = first; i <= last; ++i) {
       const RunPart& part = parts_[i];
@@ -58,8 +59,10 @@ class PartsSearch {
       if (part.row != SyllableTree::kNoRow) weight.cost -= RarityOf(language_, part.row);
     }
     const bool is_known = first == last && parts_[first].row != SyllableTree::kNoRow;
-    if (is_known || mark_count > 1) return;
-    const Guess guess = GuessSyllable(language_, LettersOf(letters_, parts_[first], parts_[last]));
+    if ((is_known && !is_marked_wrong) || mark_count > 1) return;
+    const std::string_view letters = LettersOf(letters_, parts_[first], parts_[last]);
+    const Guess guess =
+        is_marked_wrong ? GuessMarked(language_, letters) : GuessSyllable(language_, letters);
     if (guess.hint == Hint::kNone) return;
     weight.cost += guess.cost;
     if (best_.guess.hint != Hint::kNone && !(weight < best_weight_)) return;
@@ -103,7 +106,7 @@ void JoinNasals(std::string_view letters, std::vector<RunPart>& parts) {
       continue;
     }
     RunPart& syllable = parts[kept - 1];
-    syllable = {syllable.begin, part.end, SyllableTree::kNoRow, true, true, 0};
+    syllable = {syllable.begin, part.end, SyllableTree::kNoRow, true, true, false, 0};
   }
   parts.resize(kept);
 }

@@ -21,6 +21,7 @@ struct RunPart {
   int row = SyllableTree::kNoRow;  // that when it is left out
   bool is_wrong = false;           // left out, or a syllable that the marks of the run forbid
   bool has_nasal = false;          // that is not a syllable by itself, left out after this one
+  bool has_wrong_mark = false;     // on the wrong letter, or one that no syllable has
   std::size_t mark_count = 0;
 };
 

@@ -235,7 +235,9 @@ int AliasRow(std::string_view letters) {
 }  // namespace
 
 Guess GuessSyllable(int language, std::string_view letters) {
-  if (letters.size() > SyllableTree::Of(language).longest() + 1) return {};
+  const SyllableTree& tree = SyllableTree::Of(language);
+  if (letters.size() > tree.longest() + 1) return {};
+  if (tree.Find(letters).row != SyllableTree::kNoRow) return {};
   if (language == sp::LANGUAGE_CANTONESE) {
     const int row = AliasRow(letters);
     if (row != SyllableTree::kNoRow) return {Hint::kAlias, row, {}, {}, kCantoneseRarities[row]};
@@ -243,6 +245,13 @@ Guess GuessSyllable(int language, std::string_view letters) {
   const Guess gap = SyllableParts::Of(language).FindGap(letters);
   if (gap.hint == Hint::kGap || letters.size() < kShortestMisspelt) return gap;
   return SlipSearch(language, letters).Run();
+}
+
+Guess GuessMarked(int language, std::string_view letters) {
+  const int row = SyllableTree::Of(language).Find(letters).row;
+  if (row == SyllableTree::kNoRow) return GuessSyllable(language, letters);
+  if (letters.size() == 1) return {};
+  return {Hint::kSpelling, row, {}, {}, RarityOf(language, row)};
 }
 
 int RarityOf(int language, int row) { return RaritiesOf(language).rows[row]; }

@@ -32,10 +32,13 @@ struct Guess {
   int cost = std::numeric_limits<int>::max();
 };
 
-/// What `letters`, small ones that are not a syllable of Mandarin or Cantonese, may be meant for:
-/// what the shipped alias table has, else a gap of the table, else what is one slip away. The last
-/// is not asked of one or two letters, which are near to too much.
+/// What `letters`, small ones, may be meant for in Mandarin or Cantonese: what the shipped alias
+/// table has, else a gap of the table, else what is one slip away. The last is not asked of one or
+/// two letters, which are near to too much. None for letters that are a syllable.
 Guess GuessSyllable(int language, std::string_view letters);
+
+/// The same of letters with a wrong mark: two or more that are a syllable are meant for that.
+Guess GuessMarked(int language, std::string_view letters);
 
 /// How rare a syllable of Mandarin or Cantonese is, in sixteenths of a bit.
 int RarityOf(int language, int row);

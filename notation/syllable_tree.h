@@ -73,10 +73,13 @@ class SyllableTree {
   /// The syllable whose letters lead to a node, of row kNoRow when they are none.
   const Syllable& At(std::size_t node) const { return nodes_[node].syllable; }
 
-  /// A syllable by its letters, of which the first may be a capital.
+  /// A syllable by its letters, of which the first may be a capital; of row kNoRow when they are
+  /// none.
   const Syllable& Find(std::string_view syllable) const {
     std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
-    for (const char letter : syllable.substr(1)) node = Next(node, letter);
+    for (std::size_t i = 1; i < syllable.size() && node != kRoot; ++i) {
+      node = Next(node, syllable[i]);
+    }
     return At(node);
   }
 

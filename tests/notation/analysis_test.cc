@@ -337,6 +337,7 @@ TEST(Analyze, Suggestions) {
       {LANGUAGE_MANDARIN, "siahng4", ""},
       {LANGUAGE_MANDARIN, "zhaangr3", ""},
       {LANGUAGE_MANDARIN, "xyz3", ""},
+      {LANGUAGE_MANDARIN, "xxa3", "xia3"},
       {LANGUAGE_MANDARIN, "zhuangzhuangzhuang1", ""},
       {LANGUAGE_MANDARIN, "bcdfghjk", ""},
       {LANGUAGE_CANTONESE, "xx3", ""},
@@ -393,6 +394,32 @@ TEST(Analyze, AliasHintsAreTheShippedTable) {
   EXPECT_EQ(found, aliases.size());
 }
 
+// Letters that are a syllable are meant for it when only their marks are wrong.
+TEST(Analyze, HintsOfWrongMarks) {
+  ExpectHints({
+      {LANGUAGE_MANDARIN, "ha\u0144", "han2"},
+      {LANGUAGE_MANDARIN, "\u0144ai", "nai2"},
+      {LANGUAGE_MANDARIN, "ya\u0144", "yan2"},  // not "yuan2"
+      {LANGUAGE_MANDARIN, "Ya\u0144", "yan2"},
+      {LANGUAGE_MANDARIN, "n\u01D0ya\u0144", "yan2 for 3+4"},
+      {LANGUAGE_MANDARIN, "ho\u0144g", "hong2"},
+      {LANGUAGE_MANDARIN, "b\u00EAi4", "bei4"},
+      {LANGUAGE_MANDARIN, "d\u00EA2", "de2"},
+      {LANGUAGE_MANDARIN, "d\u00EA9", "de"},
+      {LANGUAGE_MANDARIN, "b\u1EBFi", "bei2"},
+      {LANGUAGE_MANDARIN, "w\u01D2b\u1EBFi", "bei2 for 3+5"},
+      {LANGUAGE_MANDARIN, "b\u00EAi", "bei"},
+      {LANGUAGE_MANDARIN, "w\u01D2lu\u1EBF", "lve2 for 3+5"},
+      {LANGUAGE_MANDARIN, "lu\u00EA4", "lve4"},
+      {LANGUAGE_MANDARIN, "l\u00EAn2", "gap l+en"},
+      // Neither mark can be told for the wrong one.
+      {LANGUAGE_MANDARIN, "h\u00F3\u0144g", ""},
+      {LANGUAGE_MANDARIN, "w\u01D2h\u00F3\u0144g", ""},
+      // An e with circumflex is a syllable by itself.
+      {LANGUAGE_MANDARIN, "w\u01D2\u1EBFji\u0144", "jin2 for 6+4"},
+  });
+}
+
 // An initial and a final that the table has, but not together: nothing is suggested.
 TEST(Analyze, GapHints) {
   ExpectHints({
@@ -405,6 +432,9 @@ TEST(Analyze, GapHints) {
       {LANGUAGE_MANDARIN, "fi4", "gap f+i"},
       {LANGUAGE_MANDARIN, "shong1", "gap sh+ong"},
       {LANGUAGE_MANDARIN, "fiao", "gap f+iao for 0+4"},
+      // hm is in the table, if only as a word by itself.
+      {LANGUAGE_MANDARIN, "hmguo", ""},
+      {LANGUAGE_MANDARIN, "hmxiao", ""},
       // Neither y and w nor the finals of syllables without an initial are parts of others.
       {LANGUAGE_MANDARIN, "yai2", "yao2"},
       {LANGUAGE_MANDARIN, "bweng1", "beng1"},
@@ -888,6 +918,14 @@ void ExpectSuggestionIsKnown(const Sample& sample, const Problem& problem) {
   EXPECT_EQ(ShowProblems(read), "");
 }
 
+// What a hint says is not in the table is not a word that is a syllable.
+void ExpectGap(const Sample& sample, const Problem& problem) {
+  AnalysisOptions options = WithCutting(Cutting::kNone);
+  options.rules = sample.options.rules;
+  const std::string letters = std::string(problem.initial).append(problem.final);
+  EXPECT_EQ(ShowSyllables(Analyze(sample.language, letters, options)), "");
+}
+
 void ExpectSoundHints(const Sample& sample, const Analysis& analysis) {
   for (const Problem& problem : analysis.problems) {
     SCOPED_TRACE(ShowHint(problem));
@@ -897,6 +935,7 @@ void ExpectSoundHints(const Sample& sample, const Analysis& analysis) {
     EXPECT_EQ(problem.hint == Hint::kGap, !problem.final.empty());
     EXPECT_EQ(problem.hint == Hint::kNone, problem.piece.length == 0);
     if (suggests) ExpectSuggestionIsKnown(sample, problem);
+    if (problem.hint == Hint::kGap) ExpectGap(sample, problem);
     if (problem.hint == Hint::kNone) continue;
     EXPECT_LE(problem.piece.end(), sample.text.size());
     EXPECT_LT(std::max(problem.piece.offset, problem.range.offset),
