@@ -233,8 +233,8 @@ bool Normalizer::IsForeignLetter() {
   return *is_otherwise_ascii_;
 }
 
-// Whether a text has letters or digits of ASCII, and besides ASCII only letters of full width that
-// are words by themselves.
+// Whether a text has letters or digits of ASCII, and besides ASCII only letters of full width
+// without marks that are words by themselves.
 bool Normalizer::IsOtherwiseAscii() const {
   bool has_ascii = false;
   bool was_in_word = false;
@@ -243,8 +243,9 @@ bool Normalizer::IsOtherwiseAscii() const {
     const Character character = reader_.ReadCharacter(at);
     const bool is_in_word = IsInWord(character) || character.kind == CharacterKind::kDigit;
     const bool is_ascii = character.range.length == 1 && ascii::IsAscii(text_[at]);
-    const bool is_wide = character.kind == CharacterKind::kLetter && character.is_full_width &&
-                         !character.is_capital;
+    const bool is_letter = character.kind == CharacterKind::kLetter;
+    const bool is_wide = is_letter && character.is_full_width && !character.is_capital &&
+                         !Letter(character).has_mark;
     const bool is_joined = is_in_word && was_in_word && (is_wide || was_wide);
     if (is_joined || !(is_ascii || is_wide)) return false;
     has_ascii = has_ascii || (is_ascii && is_in_word);

@@ -374,6 +374,9 @@ TEST(NormalizePinyin, Abbreviations) {
       // a small letter of full width in a text of ASCII
       {"wu3 ａ ji2", "wu3 ji2", "abbreviation 4+3", "foreign text 4+3"},
       {"ａ ji", "ji", "abbreviation 0+3", "foreign text 0+3"},
+      {"hao3 ａ\u0304", "hao3 a1", "full-width 5+5, tone-mark 5+5", ""},
+      {"hao3 ａ ａ\u0304", "hao3 a5 a1",
+       "full-width 5+3, tone-mark 5+3, full-width 9+5, tone-mark 9+5", ""},
       {"3 ａ", "", "abbreviation 2+3", "foreign text 0+1, foreign text 2+3"},
       {"-ａ- ji2 (ｂ)", "ji2",
        "punctuation 0+1, abbreviation 1+3, punctuation 4+1, punctuation 10+1, abbreviation 11+3, "

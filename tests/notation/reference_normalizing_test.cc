@@ -71,6 +71,7 @@ TEST(ReferenceNormalizing, Pinyin) {
           {"yidianr NiHao", "\"yi dian er ni hao\"s"},
           {"ｎｉ３ ni³", "\"ni3 ni3\"s"},
           {"wu3 ａ ji2", "\"wu3 ji2\"s, foreign text 4+3"},
+          {"hao3 ａ\u0304", "\"hao3 a1\"s"},
           {"san1 P MP3恤", "\"san1\"s, foreign text 5+1, foreign text 7+6"},
           {"xx5 biáng", "\"\"s, unknown syllable 0+3, unknown syllable 4+6"},
           {"ni33 ni6 nǐ3", "\"ni3\"s, bad tone 3+1, bad tone 5+3, bad tone 9+4"},
@@ -121,13 +122,14 @@ TEST(ReferenceNormalizing, Arpabet) {
 
 TEST(ReferenceNormalizing, RandomPinyin) {
   const std::vector<std::string> fragments = {
-      "ni",  "hao", "Hao", "dian", "ma",  "xian", "er", "r",      "lue",    "nve",    "zhàn",
-      "nán", "Hé",  "an",  "a",    "e",   "n",    "g",  "ng",     "l",      "j",      "v",
-      "u",   "u:",  "yu:", "nu:",  "qu:", "xv",   ":",  "ü",      "ǚ",      "ǎ",      "ā",
-      "r5",  "pǔr", "r0",  "é",    "ò",   "ī",    "ń",  "ê",      "\u0300", "\u0301", "\u0308",
-      "ɑ",   "ɡ",   "ñ",   "P",    "PK",  "A",    "E",  "R",      "L",      "V",      "恤",
-      "，",  "·",   "'",   " ",    "\t",  "0",    "1",  "3",      "5",      "6",      "33",
-      "５",  "³",   "ｎ",  "Ｎ",   "：",  "#",    "＃", "\u200b", "\xe4",   "\xff",   "\u20dd"};
+      "ni",   "hao",    "Hao",    "dian",   "ma",     "xian", "er",   "r",     "lue", "nve",
+      "zhàn", "nán",    "Hé",     "an",     "a",      "e",    "n",    "g",     "ng",  "l",
+      "j",    "v",      "u",      "u:",     "yu:",    "nu:",  "qu:",  "xv",    ":",   "ü",
+      "ǚ",    "ǎ",      "ā",      "r5",     "pǔr",    "r0",   "é",    "ò",     "ī",   "ń",
+      "ê",    "\u0300", "\u0301", "\u0308", "ɑ",      "ɡ",    "ñ",    "P",     "PK",  "A",
+      "E",    "R",      "L",      "V",      "恤",     "，",   "·",    "'",     " ",   "\t",
+      "0",    "1",      "3",      "5",      "6",      "33",   "５",   "³",     "ｎ",  "ａ",
+      "Ｎ",   "：",     "#",      "＃",     "\u200b", "\xe4", "\xff", "\u20dd"};
   RandomTexts random;
   int modelled = 0;
   for (int i = 0; i < kTexts && !testing::Test::HasFailure(); ++i) {
