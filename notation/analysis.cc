@@ -170,7 +170,7 @@ void SyllableReader::FindPieces() {
 }
 
 // Cuts letters without a tone. Those that the cut leaves out are pieces too: lost, or unknown with
-// the syllable that they follow, as "nun", or as the whole word.
+// the syllable that they follow ("nun"), or as the whole word.
 void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
   const std::string_view word = std::string_view(normalized_.text).substr(begin, end - begin);
   const std::vector<CutSyllable> cut = CutLetters(language_, word, cutting_);
@@ -181,7 +181,7 @@ void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
   const std::size_t first = pieces_.size();
   for (std::size_t i = 0; i < parts_.size(); ++i) {
     const RunPart& part = parts_[i];
-    const PieceKind wrong = cut.empty() || part.has_nasal ? PieceKind::kUnknown : PieceKind::kLost;
+    const PieceKind wrong = cut.empty() || part.is_joined ? PieceKind::kUnknown : PieceKind::kLost;
     pieces_.push_back({part.is_wrong ? wrong : PieceKind::kSyllable, begin + part.begin,
                        begin + part.end, kNoDigit});
     if (!part.is_wrong) continue;

@@ -61,7 +61,8 @@ struct Analysis {
 /// A word of a text without tones is cut as the options say. Letters that its cut leaves out are a
 /// problem of their own: kLettersLost, or kUnknownSyllable when nothing of the word is left. A
 /// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is not a part of that
-/// one and not one by itself, so both are one kUnknownSyllable: "nun". With kNone a word that is
+/// one and not one by itself, so both are one kUnknownSyllable, with all that is left out after it:
+/// "nun", "nunr". With kNone a word that is
 /// not one syllable is unknown. The other kinds are described where the text is normalised. Unlike
 /// there, a problem of these two kinds may have a hint about the piece of the text that is likely
 /// wrong, the first of these:

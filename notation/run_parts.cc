@@ -24,6 +24,12 @@ struct Weight {
   }
 };
 
+// Whether letters begin with one of m, n, ng, hm and hng.
+bool BeginsWithNasal(std::string_view letters) {
+  const std::size_t at = letters[0] == 'h' ? 1 : 0;
+  return at < letters.size() && IsNasal(Pack(letters.substr(at, 1)));
+}
+
 class PartsSearch {
  public:
   PartsSearch(int language, std::string_view letters, const std::vector<RunPart>& parts)
@@ -98,10 +104,8 @@ void SplitRun(std::size_t letter_count, const std::vector<CutSyllable>& cut,
 void JoinNasals(std::string_view letters, std::vector<RunPart>& parts) {
   std::size_t kept = 0;
   for (const RunPart& part : parts) {
-    const std::string_view spelling = LettersOf(letters, part, part);
-    const bool is_nasal =
-        part.is_wrong && spelling.size() <= kMaxPackedLength && IsNasal(Pack(spelling));
-    if (!is_nasal || kept == 0) {
+    const bool is_joined = part.is_wrong && BeginsWithNasal(LettersOf(letters, part, part));
+    if (!is_joined || kept == 0) {
       parts[kept++] = part;
       continue;
     }

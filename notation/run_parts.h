@@ -20,7 +20,7 @@ struct RunPart {
   std::size_t end = 0;
   int row = SyllableTree::kNoRow;  // that when it is left out
   bool is_wrong = false;           // left out, or a syllable that the marks of the run forbid
-  bool has_nasal = false;          // that is not a syllable by itself, left out after this one
+  bool is_joined = false;          // a syllable, and letters left out after it
   bool has_wrong_mark = false;     // on the wrong letter, or one that no syllable has
   std::size_t mark_count = 0;
 };
@@ -29,8 +29,8 @@ struct RunPart {
 void SplitRun(std::size_t letter_count, const std::vector<CutSyllable>& cut,
               std::vector<RunPart>& parts);
 
-/// Makes a syllable and a nasal that the cut leaves out after it one part that is wrong ("nun" is
-/// not nu and n), in a language whose nasals stand alone.
+/// Makes a syllable and letters that the cut leaves out after it one part that is wrong when those
+/// begin with a nasal ("nun" is not nu and n), in a language whose nasals stand alone.
 void JoinNasals(std::string_view letters, std::vector<RunPart>& parts);
 
 /// A guess about some neighbouring parts, `first` to `last`.
