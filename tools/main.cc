@@ -140,14 +140,58 @@ ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
   return BadUsage(app, UsageError(problem));
 }
 
+using Words = std::vector<std::string>;
+
+// "--name=" without a value: the parser would take the next word, which was meant for another.
+std::string EmptyValueProblem(const Words& words) {
+  for (const std::string& word : words) {
+    if (word == "--") {
+      break;
+    }
+    if (word.rfind("--", 0) == 0 && word.find('=') == word.size() - 1) {
+      return Shortened(word.substr(0, word.size() - 1)) + ": must not be empty";
+    }
+  }
+  return "";
+}
+
+constexpr std::string_view kEndOfCommand = "++";  // to the parser, which drops it as a word
+
+std::ptrdiff_t CountEndsOfCommand(const Words& words) {
+  return std::count_if(words.begin(), words.end(), [](const std::string& word) {
+    const std::size_t size = kEndOfCommand.size();
+    return word.size() >= size && word.compare(word.size() - size, size, kEndOfCommand) == 0;
+  });
+}
+
+// Words are the values of options, alone or at their end ("-i++"), are not known, or are lost.
+std::string LostWordProblem(const CLI::App& app, const Words& words) {
+  std::ptrdiff_t kept = CountEndsOfCommand(app.remaining(true));
+  for (const CLI::App* command : app.get_subcommands()) {
+    for (const CLI::Option* option : command->get_options()) {
+      kept += CountEndsOfCommand(option->results());
+    }
+  }
+  return kept < CountEndsOfCommand(words) ? "\"++\" must follow \"--\"" : "";
+}
+
+// What the parser accepts and yet does not read as written.
+std::string WordsProblem(const CLI::App& app, const Words& words) {
+  const std::string problem = EmptyValueProblem(words);
+  return problem.empty() ? LostWordProblem(app, words) : problem;
+}
+
 // Help goes before any other complaint, and a first word that is not a command is named.
-ExitStatus BadCommandLine(const CLI::App& app, const CLI::ParseError& error) {
+ExitStatus BadCommandLine(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
   for (const CLI::App* command : app.get_subcommands()) {
     if (command->count("--help") > 0) {
       return PrintResult(app.help());
     }
   }
-  const std::vector<std::string> strangers = app.remaining();
+  if (const std::string problem = WordsProblem(app, words); !problem.empty()) {
+    return BadUsage(app, problem);
+  }
+  const Words strangers = app.remaining();
   if (app.get_subcommands().empty() && !strangers.empty()) {
     return BadUsage(app, "unknown command " + Quoted(strangers.front()));
   }
@@ -319,6 +363,7 @@ ExitStatus Run(int argc, char** argv) {
   const CLI::App& phones =
       AddList(app, arguments, "phones", "List the phones of a language", kPhonesFooter);
   AddList(app, arguments, "syllables", "List the syllables of a language", kSyllablesFooter);
+  const Words words(argv + std::min(argc, 1), argv + argc);
   try {
     app.parse(argc, argv);
   } catch (const CLI::CallForHelp&) {
@@ -326,7 +371,10 @@ ExitStatus Run(int argc, char** argv) {
   } catch (const CLI::CallForVersion& version) {
     return PrintResult(std::string(version.what()) + '\n');
   } catch (const CLI::ParseError& error) {
-    return BadCommandLine(app, error);
+    return BadCommandLine(app, words, error);
+  }
+  if (const std::string problem = WordsProblem(app, words); !problem.empty()) {
+    return BadUsage(app, problem);
   }
   try {
     if (convert.parsed()) {
