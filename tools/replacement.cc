@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -15,7 +16,21 @@ namespace qeo::tool {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;  // less what the user's umask takes away
-constexpr std::array<int, 5> kSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU};
+// The signals that end a program, but for those of its faults, after which no handler is safe, and
+// those of a written pipe and file, which the tool ignores.
+constexpr std::array kSignals = {
+    SIGHUP,    SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGABRT,   SIGALRM,
+    SIGPROF,   SIGSYS, SIGTRAP, SIGUSR1, SIGUSR2, SIGVTALRM,
+#ifdef SIGPOLL
+    SIGPOLL,
+#endif
+#ifdef SIGPWR
+    SIGPWR,
+#endif
+#ifdef SIGSTKFLT
+    SIGSTKFLT,
+#endif
+};
 
 // The names of temporary files, for the signal handler. They are those of the Replacements, which
 // outlive their entries.
@@ -32,25 +47,35 @@ extern "C" void RemoveTemporaryFiles(int signal) {
   std::raise(signal);
 }
 
+// Calls `act` with each signal that ends a program, which the real-time signals do too.
+template <typename Act>
+void ForEachSignal(Act act) {
+  std::for_each(kSignals.begin(), kSignals.end(), act);
+#ifdef SIGRTMIN
+  for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) {
+    act(signal);
+  }
+#endif
+}
+
 sigset_t EndingSignals() {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int signal : kSignals) {
-    sigaddset(&signals, signal);
-  }
+  ForEachSignal([&signals](int signal) { sigaddset(&signals, signal); });
   return signals;
 }
 
 // A signal that is ignored, as under nohup, stays ignored.
 void HandleSignals() {
-  for (const int signal : kSignals) {
+  const sigset_t signals = EndingSignals();
+  ForEachSignal([&signals](int signal) {
     struct sigaction action = {};
     if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_DFL) {
       action.sa_handler = RemoveTemporaryFiles;
-      action.sa_mask = EndingSignals();
+      action.sa_mask = signals;
       ::sigaction(signal, &action, nullptr);
     }
-  }
+  });
 }
 
 std::atomic<const char*>* Register(const char* name) {

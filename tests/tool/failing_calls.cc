@@ -32,8 +32,14 @@ struct Named {
 constexpr Named kErrors[] = {{"EACCES", EACCES}, {"EAGAIN", EAGAIN}, {"EINTR", EINTR},
                              {"EINVAL", EINVAL}, {"EIO", EIO},       {"ENOSPC", ENOSPC},
                              {"EPERM", EPERM},   {"EPIPE", EPIPE},   {"EROFS", EROFS}};
-constexpr Named kSignals[] = {{"SIGHUP", SIGHUP},   {"SIGINT", SIGINT},   {"SIGQUIT", SIGQUIT},
-                              {"SIGTERM", SIGTERM}, {"SIGXCPU", SIGXCPU}, {"SIGPIPE", SIGPIPE}};
+constexpr int kLastRealTimeSignal = 64;  // SIGRTMAX of Linux, which is a call
+constexpr Named kSignals[] = {
+    {"SIGHUP", SIGHUP},   {"SIGINT", SIGINT},       {"SIGQUIT", SIGQUIT},
+    {"SIGTERM", SIGTERM}, {"SIGXCPU", SIGXCPU},     {"SIGPIPE", SIGPIPE},
+    {"SIGABRT", SIGABRT}, {"SIGALRM", SIGALRM},     {"SIGPOLL", SIGPOLL},
+    {"SIGPROF", SIGPROF}, {"SIGPWR", SIGPWR},       {"SIGSTKFLT", SIGSTKFLT},
+    {"SIGSYS", SIGSYS},   {"SIGTRAP", SIGTRAP},     {"SIGUSR1", SIGUSR1},
+    {"SIGUSR2", SIGUSR2}, {"SIGVTALRM", SIGVTALRM}, {"SIGRTMAX", kLastRealTimeSignal}};
 
 template <std::size_t kSize>
 int NumberOf(const std::string& name, const Named (&table)[kSize]) {
