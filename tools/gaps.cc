@@ -21,6 +21,11 @@ const char* MissingNameOf(const sp::PinyinInfo& row) {
   return row.final[0] != '\0' && row.final_phone == nullptr ? row.final : nullptr;
 }
 
+// The library reads text in small letters alone.
+bool IsInSmallLetters(std::string_view name) {
+  return std::all_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
 Gap FindToneGap(const sp::SyllableInfo& syllable) {
   if (Gaps::HasTone(syllable)) {
     return Gap::kNone;
@@ -37,6 +42,7 @@ Gaps::Gaps(const Conversion& conversion)
   for (std::uint64_t i = 0; i < tables.pinyin_count; ++i) {
     const sp::PinyinInfo& row = tables.pinyin_list[i];
     missing_names_.push_back(MissingNameOf(row));
+    has_spelling_.push_back(IsInSmallLetters(row.pinyin));
     const sp::PhoneInfo* const last = row.final[0] != '\0' ? row.final_phone : row.initial_phone;
     if (last != nullptr && last->type == sp::PHONE_TYPE_INITIAL) {
       syllabic_phones_.push_back(last);
@@ -57,6 +63,9 @@ Gap Gaps::Find(Target to, const sp::SyllableInfo& syllable) const {
     case Target::kTsv:
       return Gap::kNone;
     case Target::kSyllables:
+      if (!HasSpelling(syllable)) {
+        return Gap::kNoSpelling;
+      }
       return takes_any_digit || tone_gap == Gap::kNoTone ? Gap::kNone : tone_gap;
     case Target::kMarks:
       return tone_gap;
@@ -72,6 +81,9 @@ Gap Gaps::Find(Target to, const sp::SyllableInfo& syllable) const {
   }
   if (phone_gap != Gap::kNone || needs_no_tone) {
     return phone_gap;
+  }
+  if (tone_gap == Gap::kNone && CountFinals(syllable) > 1) {
+    return Gap::kManyFinals;
   }
   return tone_gap != Gap::kNone || can_carry_tone ? tone_gap : Gap::kToneWithoutFinal;
 }
@@ -90,6 +102,8 @@ std::string_view Gaps::KindOf(Gap gap) {
       return "missing phone";
     case Gap::kNoTone:
       return "no tone";
+    case Gap::kNoSpelling:
+      return "no spelling";
     default:
       return notation::ProblemName(notation::ProblemKind::kBadTone);
   }
@@ -105,9 +119,18 @@ std::string Gaps::DetailOf(Gap gap, const sp::SyllableInfo& syllable) const {
       return ": " + DescribeTones(syllable.language);
     case Gap::kToneWithoutFinal:
       return ": no final or vowel carries it";
+    case Gap::kManyFinals:
+      return ": more than one final or vowel would carry it";
+    case Gap::kNoSpelling:
+      return ": text does not read it back";
     default:
       return "";
   }
+}
+
+bool Gaps::HasSpelling(const sp::SyllableInfo& syllable) const {
+  const std::size_t row = syllable.code / std::size_t{10};
+  return row < has_spelling_.size() && has_spelling_[row];
 }
 
 const char* Gaps::MissingName(const sp::SyllableInfo& syllable) const {
@@ -122,10 +145,14 @@ Gap Gaps::FindPhoneGap(const sp::SyllableInfo& syllable) const {
   return syllable.phones.empty() ? Gap::kNoPhones : Gap::kNone;
 }
 
+std::ptrdiff_t Gaps::CountFinals(const sp::SyllableInfo& syllable) {
+  return std::count_if(
+      syllable.phones.begin(), syllable.phones.end(),
+      [](const sp::PhoneInfo* phone) { return phone->type == sp::PHONE_TYPE_FINAL; });
+}
+
 bool Gaps::CanCarryTone(const sp::SyllableInfo& syllable) const {
-  return std::any_of(
-             syllable.phones.begin(), syllable.phones.end(),
-             [](const sp::PhoneInfo* phone) { return phone->type == sp::PHONE_TYPE_FINAL; }) ||
+  return CountFinals(syllable) > 0 ||
          (!syllable.phones.empty() && std::find(syllabic_phones_.begin(), syllabic_phones_.end(),
                                                 syllable.phones.back()) != syllabic_phones_.end());
 }

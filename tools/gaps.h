@@ -4,6 +4,7 @@
 /// What a target notation cannot express of a syllable. Such a syllable fails its line: a result
 /// never has a gap where a phone or a tone belongs.
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,6 +21,8 @@ enum class Gap {
   kNoTone,            ///< it was read without a tone, which its language needs
   kBadTone,           ///< its digit is not a tone of its language
   kToneWithoutFinal,  ///< it has no final or vowel to carry the tone
+  kManyFinals,        ///< it has more than one, of which only the first would have the tone
+  kNoSpelling,        ///< the name of its row is not read back, as "E" of mandarin
 };
 
 /// Finds gaps in the syllables of a conversion.
@@ -31,9 +34,10 @@ class Gaps {
   ///
   /// Codes can express every syllable, and so can the records of kJson and kTsv, which show what
   /// is missing. Phones and ids need a phone for each name of the row; ids take any digit.
-  /// Syllables need a digit that their text reads back, marks, toned phones, pronunciations and
-  /// ARPAbet a tone of the language. In a strict conversion, syllables and pronunciations take any
-  /// digit, as code2py and pr2ph do.
+  /// Syllables need a name and a digit that their text reads back, marks, toned phones,
+  /// pronunciations and ARPAbet a tone of the language, and toned phones and ARPAbet one final or
+  /// vowel for it. In a strict conversion, syllables and pronunciations take any digit, as code2py
+  /// and pr2ph do.
   Gap Find(Target to, const sp::SyllableInfo& syllable) const;
 
   /// Returns whether the digit of a syllable is a tone, or a stress, of its language.
@@ -46,13 +50,16 @@ class Gaps {
   std::string DetailOf(Gap gap, const sp::SyllableInfo& syllable) const;
 
  private:
+  bool HasSpelling(const sp::SyllableInfo& syllable) const;
   const char* MissingName(const sp::SyllableInfo& syllable) const;
   Gap FindPhoneGap(const sp::SyllableInfo& syllable) const;
+  static std::ptrdiff_t CountFinals(const sp::SyllableInfo& syllable);
   bool CanCarryTone(const sp::SyllableInfo& syllable) const;
 
   bool has_codes_;
   bool is_strict_;
   std::vector<const char*> missing_names_;             // by row; null where nothing is missing
+  std::vector<bool> has_spelling_;                     // by row; false where text does not read it
   std::vector<const sp::PhoneInfo*> syllabic_phones_;  // initials that end a row, as in "m4"
 };
 

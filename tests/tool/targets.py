@@ -84,6 +84,8 @@ class Syllable:
 
 
 def to_syllables(syllable, strict):
+    if not syllable.language.rows[syllable.row][0].islower():
+        return GAP
     if not (strict or syllable.has_tone() or syllable.is_without_tone()):
         return GAP
     return f"{syllable.language.rows[syllable.row][0]}{syllable.digit}"
@@ -119,6 +121,8 @@ def to_toned_phones(syllable, strict):
     if not (syllable.is_whole() and syllable.carries_tone() and syllable.has_tone()):
         return GAP
     finals = [i for i, phone in enumerate(phones) if phone in syllable.language.finals]
+    if len(finals) > 1:
+        return GAP
     phones[finals[0] if finals else -1] += str(syllable.digit)
     return " ".join(phones)
 
@@ -249,25 +253,27 @@ def compare(language, source, lines, options=()):
             if found != failed:
                 fail(f"{where} --to {target}: check differs in lines {sorted(found ^ failed)[:9]}")
             if target == "marks":
-                read_marks_back(language, results, failed, failed_by_target, file.name, where)
+                read_back(language, "pinyin", target, results, failed, file.name, where)
+            if target == "syllables" and not strict:
+                read_back(language, "text", target, results, failed, file.name, where)
         wanted = failed_by_target["pronunciation"] | failed_by_target.get("codes", set())
         if not strict and check(language, source, file.name, options) != wanted:
             fail(f"{where}: check alone differs")
 
 
-def read_marks_back(language, results, failed, _, path, where):
-    """Pinyin with marks is the codes that it was made from, but for the syllable that has no
-    spelling in the library's notation."""
+def read_back(language, reading, target, results, failed, path, where):
+    """Pinyin with marks and syllables are the codes that they were made from, but for the marked
+    syllable that has no spelling in the library's notation."""
     source = re.search(r"--from (\S+)", where).group(1)
     codes = convert(language, source, "codes", path, where.split()[3:])[0]
     kept = [i for i in range(len(results)) if i + 1 not in failed and "ê" not in unmarked(results[i])]
     with tempfile.NamedTemporaryFile("w", encoding="utf-8") as file:
         file.write("".join(results[i] + "\n" for i in kept))
         file.flush()
-        back = convert(language, "pinyin", "codes", file.name, ())[0]
+        back = convert(language, reading, "codes", file.name, ())[0]
     for i, line in zip(kept, back):
         if line != codes[i]:
-            fail(f"{where} --to marks: {codes[i]} is {results[i]}, which reads {line!r}")
+            fail(f"{where} --to {target}: {codes[i]} is {results[i]}, which reads {line!r}")
 
 
 def unmarked(text):
