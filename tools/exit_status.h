@@ -4,6 +4,7 @@
 /// How a run of the tool ends.
 
 #include <stdexcept>
+#include <string>
 
 namespace qeo::tool {
 
@@ -16,10 +17,16 @@ enum ExitStatus {
 };
 
 /// What is wrong with the command line, found only when its files are looked at. The message is
-/// ready for a terminal.
+/// ready for a terminal, and must not go to standard error where that is the file in question.
 class UsageError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit UsageError(const std::string& message, bool is_about_standard_error = false)
+      : std::runtime_error(message), is_about_standard_error_(is_about_standard_error) {}
+
+  bool is_about_standard_error() const { return is_about_standard_error_; }
+
+ private:
+  bool is_about_standard_error_;
 };
 
 }  // namespace qeo::tool

@@ -17,7 +17,8 @@ void FilesInUse::Read(const std::string& name, const std::optional<FileId>& file
   }
   for (const Use& use : uses_) {
     if (use.is_written && use.file == *file) {
-      throw UsageError(name + " and " + use.name + " are the same file");
+      throw UsageError(name + " and " + use.name + " are the same file",
+                       use.file == IdOf(STDERR_FILENO));
     }
   }
   uses_.push_back({name, *file, false, false});
@@ -29,7 +30,8 @@ void FilesInUse::Write(const std::string& name, const std::optional<FileId>& fil
   }
   for (const Use& use : uses_) {
     if (use.file == *file && !(is_stream && use.is_stream)) {
-      throw UsageError(use.name + " and " + name + " are the same file");
+      throw UsageError(use.name + " and " + name + " are the same file",
+                       use.file == IdOf(STDERR_FILENO));
     }
   }
   uses_.push_back({name, *file, true, is_stream});

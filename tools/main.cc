@@ -107,8 +107,8 @@ CLI::App& AddList(CLI::App& app, Arguments& arguments, const char* name, const c
   return command;
 }
 
-ExitStatus PrintMessage(const std::string& message, ExitStatus status) {
-  Output messages(STDERR_FILENO);
+ExitStatus PrintMessage(const std::string& message, ExitStatus status, int stream = STDERR_FILENO) {
+  Output messages(stream);
   AppendMessage(message, messages.text());
   messages.Flush();
   return status;
@@ -133,7 +133,12 @@ ExitStatus BadUsage(const CLI::App& app, const UsageError& error) {
   for (const CLI::App* subcommand : app.get_subcommands()) {
     command += ' ' + subcommand->get_name();
   }
-  return PrintMessage(error.what() + (" (see " + command) + " --help)", kBadUsage);
+  const bool can_use_error = !error.is_about_standard_error();
+  if (!can_use_error && IdOf(STDOUT_FILENO) == IdOf(STDERR_FILENO)) {
+    return kBadUsage;  // a message would change the file that it is about
+  }
+  return PrintMessage(error.what() + (" (see " + command) + " --help)", kBadUsage,
+                      can_use_error ? STDERR_FILENO : STDOUT_FILENO);
 }
 
 ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
