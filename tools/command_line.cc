@@ -88,11 +88,15 @@ std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
   return "";
 }
 
-// Reads a small file whole. Returns the errno of a failure, or 0.
+constexpr std::size_t kLongestAliases = std::size_t{16} << 20;
+
+// Reads a small file whole, or more than kLongestAliases of a large one. Returns the errno of a
+// failure, or 0.
 int ReadFile(const File& file, std::string& text) {
   char buffer[4096];
   ssize_t count = 0;
-  while ((count = ::read(file.descriptor(), buffer, sizeof buffer)) > 0) {
+  while (text.size() <= kLongestAliases &&
+         (count = ::read(file.descriptor(), buffer, sizeof buffer)) > 0) {
     text.append(buffer, static_cast<std::size_t>(count));
   }
   return count < 0 ? errno : 0;
@@ -109,6 +113,10 @@ std::string ReadAliases(const std::string& path, FilesInUse& in_use,
   std::string text;
   if (const int error = ReadFile(file, text); error != 0) {
     return SystemProblem(action, error);
+  }
+  if (text.size() > kLongestAliases) {
+    return action + ": the alias table is longer than " + std::to_string(kLongestAliases) +
+           " bytes";
   }
   if (const std::string problem = EncodingProblem(text); !problem.empty()) {
     return action + ": " + problem;
