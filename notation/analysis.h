@@ -68,7 +68,9 @@ struct Analysis {
 /// wrong, the first of these:
 ///
 /// - kAlias, in Cantonese: the alias table that is shipped (data/jyutping_aliases.tsv) has the
-///   letters of the piece. With that table in `aliases` they are not a problem.
+///   letters of the piece. With that table in `aliases` they are not a problem. The hint is given
+///   whatever `rules` and `aliases` are. One letter within a word is an alias only where nothing
+///   else is likelier.
 /// - kGap: the letters are an initial and a final that syllables of the table have, but not
 ///   together ("lan" in Cantonese). Nothing is suggested.
 /// - kSpelling: the syllable for which its frequency times the likeliness of the slip is the

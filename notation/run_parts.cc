@@ -33,26 +33,23 @@ bool BeginsWithNasal(std::string_view letters) {
 class PartsSearch {
  public:
   PartsSearch(int language, std::string_view letters, const std::vector<RunPart>& parts)
-      : language_(language),
-        longest_(SyllableTree::Of(language).longest() + 1),
-        letters_(letters),
-        parts_(parts) {}
+      : language_(language), letters_(letters), parts_(parts) {}
 
   PartsGuess Around(std::size_t wrong) {
     Try(wrong, wrong);
-    if (best_.guess.hint == Hint::kAlias) return best_;
-    for (std::size_t first = wrong + 1; first > 0 && Fits(first - 1, wrong); --first) {
-      for (std::size_t last = wrong; last < parts_.size() && Fits(first - 1, last); ++last) {
-        Try(first - 1, last);
+    const bool is_clear = parts_.size() == 1 || parts_[wrong].end - parts_[wrong].begin > 1;
+    if (is_clear && best_.guess.hint == Hint::kAlias) return best_;
+    for (std::size_t count = 2; count <= kMostParts; ++count) {
+      for (std::size_t before = 0; before < count; ++before) {
+        const std::size_t last = wrong - before + count - 1;
+        if (before <= wrong && last < parts_.size()) Try(wrong - before, last);
       }
     }
     return best_;
   }
 
  private:
-  bool Fits(std::size_t first, std::size_t last) const {
-    return parts_[last].end - parts_[first].begin <= longest_;
-  }
+  static constexpr std::size_t kMostParts = 3;  // "zhogn" is cut zh, o, gn
 
   void Try(std::size_t first, std::size_t last) {
     Weight weight = {0, 0};
@@ -77,7 +74,6 @@ class PartsSearch {
   }
 
   int language_;
-  std::size_t longest_;
   std::string_view letters_;
   const std::vector<RunPart>& parts_;
   PartsGuess best_;

@@ -40,9 +40,10 @@ struct PartsGuess {
   std::size_t last = 0;
 };
 
-/// The best guess about parts that are together one syllable with at most one mark, and of which
-/// parts[wrong] is one: the guess with the most wrong letters, then the one that is likeliest with
-/// the syllables that it leaves as they are. An alias for parts[wrong] comes first.
+/// The best guess about one to three parts that are together one syllable with at most one mark,
+/// and of which parts[wrong] is one: the guess with the most wrong letters, then the one that is
+/// likeliest with the syllables that it leaves as they are. An alias for parts[wrong] comes first,
+/// unless that is one letter among others.
 PartsGuess GuessAround(int language, std::string_view letters, const std::vector<RunPart>& parts,
                        std::size_t wrong);
 

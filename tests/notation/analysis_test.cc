@@ -365,6 +365,9 @@ TEST(Analyze, AliasHints) {
       {LANGUAGE_CANTONESE, "aam1", "alias ngaam1"},  // not "saam1"
       {LANGUAGE_CANTONESE, "nihou", "alias nei"},
       {LANGUAGE_CANTONESE, "ngoai", "alias ngai"},
+      {LANGUAGE_CANTONESE, "a", "alias aa"},
+      // One letter of a word is seldom meant for one by itself.
+      {LANGUAGE_CANTONESE, "gwongzauwaaa", "waa for 8+4"},
       {LANGUAGE_MANDARIN, "kwut3", ""},
   });
 }
