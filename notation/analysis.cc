@@ -107,7 +107,7 @@ class SyllableReader {
  private:
   enum class PieceKind { kSyllable, kLost, kUnknown };
 
-  // Letters of the normalised text, and the digit behind them.
+  // Letters of the normalised text, and the digit after them.
   struct Piece {
     PieceKind kind;
     std::size_t begin;
@@ -305,9 +305,10 @@ void SyllableReader::FindWrongMarks(std::string_view letters) {
         !marks.AreOfOneSyllable() || (has_circumflex && part.end - part.begin > 1);
     part.is_wrong = part.is_wrong || part.has_wrong_mark;
     const std::string_view spelling = letters.substr(part.begin, part.end - part.begin);
-    if (i == 0 || part.row == SyllableTree::kNoRow || spelling == "er") continue;
-    const bool is_clear = part.mark_count > 0 && parts_[i - 1].mark_count > 0;
-    if (is_clear || !internal::TakesApostrophe(internal::Pack(spelling))) continue;
+    if (i == 0 || part.row == SyllableTree::kNoRow) continue;
+    const bool is_clear = internal::MayLackApostrophe(internal::Pack(spelling), part.mark_count > 0,
+                                                      parts_[i - 1].mark_count > 0);
+    if (is_clear) continue;
     part.is_wrong = true;
     parts_[i - 1].is_wrong = true;
   }

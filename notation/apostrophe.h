@@ -17,6 +17,13 @@ constexpr bool TakesApostrophe(PackedSpelling syllable) {
          syllable == Pack("m") || syllable == Pack("n") || syllable == Pack("ng");
 }
 
+/// Whether a syllable is one without an apostrophe before it in a word with tone marks: "fǎo" is
+/// not fa and o, but "Xīān" cannot be one syllable, and nothing else ends in "er".
+constexpr bool MayLackApostrophe(PackedSpelling syllable, bool has_mark, bool follows_mark) {
+  return !TakesApostrophe(syllable) || (has_mark && follows_mark) ||
+         (!has_mark && syllable == Pack("er"));
+}
+
 /// Whether a syllable has no vowel, and is thus what other syllables end in, or h and that.
 constexpr bool IsNasal(PackedSpelling syllable) {
   return syllable == Pack("m") || syllable == Pack("n") || syllable == Pack("ng") ||

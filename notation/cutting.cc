@@ -252,7 +252,7 @@ std::vector<CutSyllable> Cutter::Forward() const {
   return cut;
 }
 
-// The longest matches from the end, in text order. What stands in front of the last one is dropped
+// The longest matches from the end, in text order. What is before the last one is dropped
 // down to the capital that opened it.
 std::vector<CutSyllable> Cutter::Backward() const {
   std::vector<CutSyllable> cut;

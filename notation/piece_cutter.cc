@@ -75,9 +75,8 @@ void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, PackedSpell
   const bool lacks_apostrophe = begin > 0 && TakesApostrophe(letters);
   if (lacks_apostrophe) rank.cost += numbers_.penalty;
   for (const std::size_t marks_before : {0U, 1U}) {
-    // "fǎo" is not fa and o, but "Xīān" cannot be one syllable, and nothing else ends in "er"
-    const bool is_clear = !lacks_apostrophe || !text_has_marks_ || marks + marks_before == 2 ||
-                          (marks == 0 && letters == Pack("er"));
+    const bool is_clear = !lacks_apostrophe || !text_has_marks_ ||
+                          MayLackApostrophe(letters, marks > 0, marks_before > 0);
     Rank& best = ranks[begin % ranks.size()][marks_before];
     if (!is_clear || best < rank) continue;
     best = rank;  // also when it is equal: its first syllable is longer
