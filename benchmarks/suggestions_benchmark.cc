@@ -1,5 +1,6 @@
-// What a hint costs: the time of Analyze for misspelt syllables less that of the normaliser, which
-// finds the same problems without hints, for each problem.
+// What a hint costs, for each problem: the time of Analyze for misspelt syllables less that of the
+// normaliser, which finds the same problems without hints. It finds none in words without tones:
+// there, less that of Analyze for the same words, spelled right.
 //
 //   suggestions_benchmark [OPTION OF GOOGLE BENCHMARK...] [SYLLABLES]
 
@@ -67,6 +68,31 @@ Lines MisspeltMarks(std::size_t word_count) {
   return lines;
 }
 
+// Words of three syllables without tones, of which the second has a slip, and the same without it.
+struct Words {
+  Lines misspelt;
+  Lines right;
+};
+
+Words Toneless(int language, std::size_t word_count) {
+  Slips slips(kSeed);
+  Words words;
+  while (words.misspelt.size() < word_count) {
+    const std::string first = RandomSyllable(language, slips);
+    const std::string second = RandomSyllable(language, slips);
+    const std::string third = RandomSyllable(language, slips);
+    const std::string right = first + second + third;
+    const std::string misspelt = first + slips.Slip(second) + third;
+    const Analysis analysis = Analyze(language, misspelt);
+    const bool is_hint =
+        analysis.problems.size() == 1 && analysis.problems[0].hint == Hint::kSpelling;
+    if (!is_hint || !Analyze(language, right).problems.empty()) continue;
+    words.misspelt.push_back(misspelt);
+    words.right.push_back(right);
+  }
+  return words;
+}
+
 std::size_t Normalize(int language, const std::string& line) {
   const Normalized normalized =
       language == sp::LANGUAGE_CANTONESE ? NormalizeJyutping(line) : NormalizePinyin(line);
@@ -82,16 +108,19 @@ double TimeOf(const Lines& lines, std::size_t& problems,
   return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
 }
 
-void Run(benchmark::State& state, int language, const Lines& lines) {
+// Without lines that are right the normaliser reads those with problems.
+void Run(benchmark::State& state, int language, const Lines& lines, const Lines& right) {
+  const auto normalize = [language](const std::string& line) { return Normalize(language, line); };
+  const auto analyze = [language](const std::string& line) {
+    return Analyze(language, line).problems.size();
+  };
   std::size_t problems = 0;
   for (auto _ : state) {
     std::size_t expected = 0;
-    const double without = TimeOf(
-        lines, expected, [language](const std::string& line) { return Normalize(language, line); });
-    const double with = TimeOf(lines, problems, [language](const std::string& line) {
-      return Analyze(language, line).problems.size();
-    });
-    if (problems != expected) return state.SkipWithError("other problems than the normaliser's");
+    const double without =
+        right.empty() ? TimeOf(lines, expected, normalize) : TimeOf(right, expected, analyze);
+    const double with = TimeOf(lines, problems, analyze);
+    if (right.empty() != (problems == expected)) return state.SkipWithError("other problems");
     state.SetIterationTime(with - without);
   }
   const double hints = static_cast<double>(state.iterations()) * static_cast<double>(problems);
@@ -99,10 +128,9 @@ void Run(benchmark::State& state, int language, const Lines& lines) {
       benchmark::Counter(hints, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-void Register(const char* name, int language, Lines lines) {
-  const auto run = [language, lines = std::move(lines)](benchmark::State& state) {
-    Run(state, language, lines);
-  };
+void Register(const char* name, int language, Lines lines, Lines right = {}) {
+  const auto run = [language, lines = std::move(lines), right = std::move(right)](
+                       benchmark::State& state) { Run(state, language, lines, right); };
   benchmark::RegisterBenchmark(name, run)->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
@@ -110,6 +138,11 @@ void RegisterAll(std::size_t count) {
   Register("digits/mandarin", sp::LANGUAGE_MANDARIN, Misspelt(sp::LANGUAGE_MANDARIN, count));
   Register("digits/cantonese", sp::LANGUAGE_CANTONESE, Misspelt(sp::LANGUAGE_CANTONESE, count));
   Register("marks/mandarin", sp::LANGUAGE_MANDARIN, MisspeltMarks(count));
+  for (const auto& [name, language] : {std::pair("toneless/mandarin", sp::LANGUAGE_MANDARIN),
+                                       std::pair("toneless/cantonese", sp::LANGUAGE_CANTONESE)}) {
+    Words words = Toneless(language, count);
+    Register(name, language, std::move(words.misspelt), std::move(words.right));
+  }
 }
 
 }  // namespace
