@@ -1081,6 +1081,11 @@ void ExpectReferenceHint(int language, const std::string& letters, int& hints) {
   ASSERT_EQ(ShowHint(analysis.problems[0]), expected) << letters;
 }
 
+// The cutter keeps what is known of eight places, and the set of syllables packs six letters.
+TEST_P(AnalyzeSyllables, HaveSixLettersAtMost) {
+  for (const std::string& spelling : Spellings()) EXPECT_LE(spelling.size(), 6U) << spelling;
+}
+
 // The suggestion is that of the slow form, which tries every slip.
 TEST_P(AnalyzeSyllables, HintsAreTheReferencesForEverySlip) {
   int hints = 0;
