@@ -108,7 +108,7 @@ class SyllableReader {
   enum class PieceKind { kSyllable, kLost, kUnknown };
 
   // Letters of the normalised text, and the digit after them.
-  struct Piece {
+  struct ReadPiece {
     PieceKind kind;
     std::size_t begin;
     std::size_t end;
@@ -126,7 +126,7 @@ class SyllableReader {
 
   void FindPieces();
   void CutWord(std::size_t begin, std::size_t end);
-  Range RangeOf(const Piece& piece, std::size_t limit);
+  Range RangeOf(const ReadPiece& piece, std::size_t limit);
   void Place(std::size_t index, Analysis& analysis);
   Problem ProblemOf(std::size_t index, ProblemKind kind);
   void AddHint(Problem& problem);
@@ -137,7 +137,7 @@ class SyllableReader {
   void AddSyllableRecords(std::vector<AnalyzedSyllable>& syllables) const;
 
   std::size_t OriginOf(std::size_t index) const { return normalized_.origins[index]; }
-  std::string LettersOf(const Piece& piece) const {
+  std::string LettersOf(const ReadPiece& piece) const {
     return normalized_.text.substr(piece.begin, piece.end - piece.begin);
   }
 
@@ -146,7 +146,7 @@ class SyllableReader {
   Cutting cutting_;
   std::string_view text_;
   Normalized normalized_;
-  std::vector<Piece> pieces_;
+  std::vector<ReadPiece> pieces_;
   std::vector<PieceGuess> guesses_;  // in the order of the pieces
   std::size_t next_guess_ = 0;       // the first that is not of a piece before the next one
   std::size_t next_applied_ = 0;     // the first application that is not before the next piece
@@ -192,7 +192,7 @@ void SyllableReader::CutWord(std::size_t begin, std::size_t end) {
 
 // The bytes of the text that a piece was read from: up to the end of the character that its last
 // byte comes from, and what rules took with it, "u:" and the r of "dianr". It ends at `limit`.
-Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
+Range SyllableReader::RangeOf(const ReadPiece& piece, std::size_t limit) {
   const std::size_t begin = OriginOf(piece.begin);
   const std::size_t last = OriginOf(piece.digit == kNoDigit ? piece.end - 1 : piece.end);
   std::size_t end = ReadCharacter(text_, last).range.end();
@@ -207,7 +207,7 @@ Range SyllableReader::RangeOf(const Piece& piece, std::size_t limit) {
 }
 
 void SyllableReader::Place(std::size_t index, Analysis& analysis) {
-  const Piece& piece = pieces_[index];
+  const ReadPiece& piece = pieces_[index];
   switch (piece.kind) {
     case PieceKind::kSyllable:
       analysis.syllables.push_back({LettersOf(piece), piece.digit, piece.range, 0, {}});
