@@ -96,15 +96,19 @@ mode_t Umask() {
 }
 
 // What the system does not allow is left out: a user cannot give files away, and some file systems
-// have no modes. Set-user-ID and set-group-ID are lost, as they are when a file is written to.
+// have no modes. The rights of a group that is lost would be those of another one, and
+// go too. Set-user-ID and set-group-ID are lost, as they are when a file is written to.
 void CopyOwnerAndMode(const std::string& path, int file_descriptor) {
   struct stat older = {};
-  const bool exists = ::stat(path.c_str(), &older) == 0;
-  if (exists) {
-    static_cast<void>(::fchown(file_descriptor, older.st_uid, static_cast<gid_t>(-1)) == 0);
-    static_cast<void>(::fchown(file_descriptor, static_cast<uid_t>(-1), older.st_gid) == 0);
+  if (::stat(path.c_str(), &older) != 0) {
+    static_cast<void>(::fchmod(file_descriptor, kNewFileMode & ~Umask()) == 0);
+    return;
   }
-  const mode_t mode = exists ? older.st_mode & 0777 : kNewFileMode & ~Umask();
+  static_cast<void>(::fchown(file_descriptor, older.st_uid, static_cast<gid_t>(-1)) == 0);
+  static_cast<void>(::fchown(file_descriptor, static_cast<uid_t>(-1), older.st_gid) == 0);
+  struct stat newer = {};
+  const bool has_group = ::fstat(file_descriptor, &newer) == 0 && newer.st_gid == older.st_gid;
+  const mode_t mode = older.st_mode & (has_group ? 0777 : 0707);
   static_cast<void>(::fchmod(file_descriptor, mode) == 0);
 }
 

@@ -130,6 +130,11 @@ int mkostemp(char* path, int flags) {
   return Call("mkostemp", count).Make(&mkostemp, path, flags);
 }
 
+int fchown(int file, uid_t owner, gid_t group) noexcept {
+  static std::atomic<int> count = 0;
+  return Call("fchown", count).Make(&fchown, file, owner, group);
+}
+
 int link(const char* from, const char* to) noexcept {
   static std::atomic<int> count = 0;
   return Call("link", count).Make(&link, from, to);
