@@ -82,8 +82,9 @@ CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
   AddSource(command, arguments);
   AddRules(command, arguments);
   AddLayout(command, arguments);
-  command.add_flag("--lexicon", arguments.is_lexicon, kLexiconHelp);
-  command.add_flag("--json", arguments.is_json, "print a JSON object per line");
+  command.add_flag("--lexicon", arguments.is_lexicon, kLexiconHelp)->disable_flag_override();
+  command.add_flag("--json", arguments.is_json, "print a JSON object per line")
+      ->disable_flag_override();
   AddTexts(command, "FILE", "the files to check; \"-\" is standard input", argument_count);
   command.get_option("FILE")->required();
   command.footer(kCheckFooter);
@@ -186,6 +187,21 @@ std::string WordsProblem(const CLI::App& app, const Words& words) {
   return problem.empty() ? LostWordProblem(app, words) : problem;
 }
 
+// What the parser says in words of its own. An option of one value is given twice, or a flag has
+// one.
+std::string MismatchProblem(const CLI::App& app, const std::string& problem) {
+  constexpr std::string_view kOverride = " was given a disallowed flag override";
+  for (const CLI::App* command : app.get_subcommands()) {
+    for (const CLI::Option* option : command->get_options()) {
+      if (option->get_expected_max() == 1 && option->count() > 1) {
+        return option->get_name() + " is given twice";
+      }
+    }
+  }
+  const std::size_t end = problem.find(kOverride);
+  return end == std::string::npos ? "" : "--" + problem.substr(0, end) + " takes no value";
+}
+
 // Help goes before any other complaint, and a first word that is not a command is named.
 ExitStatus BadCommandLine(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
   for (const CLI::App* command : app.get_subcommands()) {
@@ -204,6 +220,15 @@ ExitStatus BadCommandLine(const CLI::App& app, const Words& words, const CLI::Pa
   for (const std::string& stranger : app.remaining(true)) {
     if (stranger.size() > 1 && stranger.front() == '-') {
       return BadUsage(app, "The following argument was not expected: " + Quoted(stranger));
+    }
+  }
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    return BadUsage(
+        app, "The following argument was not expected: " + Quoted(app.remaining(true).front()));
+  }
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    if (const std::string problem = MismatchProblem(app, error.what()); !problem.empty()) {
+      return BadUsage(app, Shortened(problem));
     }
   }
   // Only the checks of this tool quote the value that they refuse.
