@@ -21,17 +21,26 @@ std::string Hex(std::string_view bytes) {
   return hex;
 }
 
-bool IsShown(const utf8proc_property_t& character) {
+bool IsShown(utf8proc_int32_t code_point, const utf8proc_property_t& character) {
+  constexpr utf8proc_int32_t kBrailleBlank = 0x2800;  // a symbol by its category
   switch (character.category) {
     case UTF8PROC_CATEGORY_CC:  // controls
     case UTF8PROC_CATEGORY_CF:  // format characters, of which some change the direction
     case UTF8PROC_CATEGORY_CN:  // unassigned
+    case UTF8PROC_CATEGORY_CO:  // private use, which looks as the font likes
+    case UTF8PROC_CATEGORY_ZS:  // blanks, which look like ' ', or like nothing
     case UTF8PROC_CATEGORY_ZL:  // these two separate lines and paragraphs
     case UTF8PROC_CATEGORY_ZP:
       return false;
     default:
-      return !character.ignorable;  // fillers and selectors, which leave no trace
+      return code_point != kBrailleBlank &&
+             !character.ignorable;  // fillers and selectors, which leave no trace
   }
+}
+
+bool IsMark(const utf8proc_property_t& character) {
+  return character.category == UTF8PROC_CATEGORY_MN || character.category == UTF8PROC_CATEGORY_MC ||
+         character.category == UTF8PROC_CATEGORY_ME;
 }
 
 std::size_t CellsOf(utf8proc_int32_t code_point, const utf8proc_property_t& character) {
@@ -44,7 +53,7 @@ std::size_t CellsOf(utf8proc_int32_t code_point, const utf8proc_property_t& char
 
 Glyph ReadGlyph(std::string_view text) {
   if (text.front() >= ' ' && text.front() <= '~') {
-    return {std::string(1, text.front()), 1, 1};
+    return {std::string(1, text.front()), 1, 1, false};
   }
   utf8proc_int32_t code_point = 0;
   const utf8proc_ssize_t read =
@@ -53,13 +62,13 @@ Glyph ReadGlyph(std::string_view text) {
   if (read > 0) {
     const std::string_view bytes = text.substr(0, static_cast<std::size_t>(read));
     const utf8proc_property_t& character = *utf8proc_get_property(code_point);
-    if (IsShown(character)) {
-      return {std::string(bytes), CellsOf(code_point, character), bytes.size()};
+    if (IsShown(code_point, character)) {
+      return {std::string(bytes), CellsOf(code_point, character), bytes.size(), IsMark(character)};
     }
   }
   const std::size_t size = read > 0 ? static_cast<std::size_t>(read) : 1;
   const std::string hex = Hex(text.substr(0, size));
-  return {hex, hex.size(), size};
+  return {hex, hex.size(), size, false};
 }
 
 std::size_t Cells(std::string_view text) {
@@ -91,7 +100,11 @@ Excerpt Begin(std::string_view text, std::size_t cells, Glyph (*read)(std::strin
   Excerpt excerpt;
   std::size_t used = 0;
   while (!text.empty()) {
-    const Glyph glyph = read(text);
+    Glyph glyph = read(text);
+    if (glyph.is_mark && excerpt.shown.empty()) {
+      const std::string hex = Hex(text.substr(0, glyph.size));
+      glyph = {hex, hex.size(), glyph.size, false};
+    }
     used += glyph.cells;
     if (used > cells || excerpt.shown.size() + glyph.shown.size() > kBytesPerCell * cells) {
       excerpt.is_whole = false;

@@ -15,13 +15,14 @@ struct Glyph {
   std::string shown;
   std::size_t cells = 0;  ///< that it takes on a terminal
   std::size_t size = 0;   ///< bytes of the text
+  bool is_mark = false;   ///< it joins what is before it
 };
 
 /// Reads the glyph that `text` begins with, which is not empty.
 ///
-/// Letters, marks, signs and blanks of any script are shown unchanged. Bytes that are not UTF-8,
-/// controls, changes of direction and other format characters, invisible and unassigned characters
-/// become the numbers of their bytes: "\xc2\x85".
+/// Letters, marks and signs of any script are shown unchanged, and the space. Bytes that are not
+/// UTF-8, controls, changes of direction and other format characters, other blanks, invisible,
+/// private and unassigned characters become the numbers of their bytes: "\xc2\x85".
 Glyph ReadGlyph(std::string_view text);
 
 /// Returns how many cells a text takes when it is shown glyph by glyph.
@@ -38,7 +39,8 @@ struct Excerpt {
 };
 
 /// Escapes as much of `text` as fits into `cells`: each glyph as ReadGlyph shows it, but a
-/// backslash and a double quote with a backslash before them. So no two texts look alike.
+/// backslash and a double quote with a backslash before them, and a mark that is first, which would
+/// join the quote, as \xNN. So no two texts look alike.
 ///
 /// All that messages repeat of files and arguments passes through here.
 Excerpt Escape(std::string_view text, std::size_t cells);

@@ -56,7 +56,8 @@ TEST(Quoted, ShortensToEightyCells) {
   EXPECT_EQ(Quoted(Repeat("\x1b", 21)), '"' + Repeat("\\x1b", 20) + "\"... (21 bytes)");
   EXPECT_EQ(Quoted(Repeat("\"", 41)), '"' + Repeat("\\\"", 40) + "\"... (41 bytes)");
   // Marks take no cell, and are bounded all the same.
-  EXPECT_EQ(Quoted(Repeat("\xcc\x81", 500)), '"' + Repeat("\xcc\x81", 320) + "\"... (1000 bytes)");
+  EXPECT_EQ(Quoted(Repeat("\xcc\x81", 500)),
+            R"("\xcc\x81)" + Repeat("\xcc\x81", 316) + "\"... (1000 bytes)");
 }
 
 TEST(QuotedName, HasRoomForALongPath) {
