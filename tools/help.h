@@ -76,10 +76,12 @@ Notations, each for "ni3hao3":
   arpabet        HH AH0 L OW1   of english
   json, tsv                     an object per line; a row per syllable under a heading
 
-Pinyin, jyutping, text and codes convert to everything; arpabet, ids and pronunciation to all but
-syllables, codes and marks. A line fails when the target cannot express one of its syllables: a row
-that names a missing phone (hng, ng and E of mandarin), a tone that the language does not have, and
-Cantonese without tones where tones are written, unless --default-tone sets one.
+Pinyin, jyutping, text and codes convert to everything but arpabet; arpabet, ids and pronunciation to
+all but syllables, codes and marks. Marks are of mandarin, arpabet is of english. A line fails when the
+target cannot express one of its syllables: a row that names a missing phone (hng, ng and E of mandarin)
+where phones are written, a tone that the language does not have and Cantonese without tones where tones
+are written (--default-tone sets one), E as a syllable. codes, json and tsv express every syllable,
+ids any digit.
 
 Examples:
   $ phoneme convert -l mandarin --to codes "ni3hao3" "Xī'ān"
@@ -102,7 +104,8 @@ Examples:
   h ao
   phoneme: 3 lines: 2 converted, 1 failed (unknown syllable 1)
 
-With lines and tsv every line gives one line; one that fails gives an empty result. In tsv the
+With lines and tsv every line gives one line; one that fails gives an empty result, --to json an object
+that says why, --to tsv no row. In tsv the
 result is a new last field, and lines that begin with "# " are passed on. cedict, cmudict and kaldi
 give "WORD RESULT", without the entries that fail, comments and variant numbers.
 What fails is reported on standard error and makes the exit status 1. When reading, writing, memory or
