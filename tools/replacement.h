@@ -26,7 +26,8 @@ class SignalsHeld {
 
 /// Until a file has its name it has a temporary one in the same directory. The temporary file is
 /// removed when the Replacement ends, and when a signal ends the process, other than SIGKILL and
-/// those of a fault of the program (SIGBUS, SIGFPE, SIGILL, SIGSEGV). No more than two exist at a time.
+/// those of a fault of the program (SIGBUS, SIGFPE, SIGILL, SIGSEGV). No more than two exist at a
+/// time.
 class Replacement {
  public:
   /// For a file of this path, which is not a link.
