@@ -118,7 +118,7 @@ std::string ReadAliases(const std::string& path, FilesInUse& in_use,
     return action + ": the alias table is longer than " + std::to_string(kLongestAliases) +
            " bytes";
   }
-  if (const std::string problem = EncodingProblem(text); !problem.empty()) {
+  if (const std::string problem = EncodingProblem(text, ">NEW"); !problem.empty()) {
     return action + ": " + problem;
   }
   notation::ParsedAliases parsed = notation::AliasTable::Parse(text);

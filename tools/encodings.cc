@@ -25,11 +25,12 @@ constexpr Encoding kEncodings[] = {
 
 }  // namespace
 
-std::string EncodingProblem(std::string_view beginning) {
+std::string EncodingProblem(std::string_view beginning, std::string_view use) {
   for (const Encoding& encoding : kEncodings) {
     if (beginning.substr(0, encoding.beginning.size()) == encoding.beginning) {
       return "it is " + std::string(encoding.name) +
-             ", not UTF-8 text; try: " + std::string(encoding.command) + " FILE | phoneme ...";
+             ", not UTF-8 text; try: " + std::string(encoding.command) + " FILE " +
+             std::string(use);
     }
   }
   return "";

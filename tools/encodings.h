@@ -10,7 +10,8 @@ namespace qeo::tool {
 
 /// Returns what a file is, by its first bytes, and the command that makes text of it; or an empty
 /// text: "it is gzip, not UTF-8 text; try: gzip -dc FILE | phoneme ...".
-std::string EncodingProblem(std::string_view beginning);
+/// `use` ends the command that the message advises: where the text goes.
+std::string EncodingProblem(std::string_view beginning, std::string_view use = "| phoneme ...");
 
 }  // namespace qeo::tool
 
