@@ -20,6 +20,7 @@ from typing import NamedTuple
 import phoneme
 
 DATA = Path(__file__).resolve().parent.parent / "data"
+NO_TONE = 7  # of a Cantonese syllable that was read without one
 REJECTS_HEADING = "# line\tword\tromanisation\tproblem\tpiece\tsuggestion"
 
 
@@ -60,12 +61,25 @@ def read_aliases(path: Path) -> phoneme.Aliases:
         raise ValueError(f"{path}: {error}") from None
 
 
+def finals_of(syllable: phoneme.Syllable) -> list[phoneme.Phone]:
+    return [phone for phone in syllable.phones if phone.type == phoneme.PhoneType.FINAL]
+
+
 def toned_phones(syllable: phoneme.Syllable) -> list[str]:
     """The names of a syllable's phones, with the tone on the final, or the last without one."""
-    phones = syllable.phones
-    finals = (phone for phone in phones if phone.type == phoneme.PhoneType.FINAL)
-    bearer = next(finals, phones[-1])
-    return [f"{phone.name}{syllable.tone if phone == bearer else ''}" for phone in phones]
+    bearer = [*finals_of(syllable), syllable.phones[-1]][0]
+    return [f"{phone.name}{syllable.tone if phone == bearer else ''}" for phone in syllable.phones]
+
+
+def gap_of(read: phoneme.AnalyzedSyllable) -> str:
+    """What the phones of a syllable lack in a lexicon, or nothing."""
+    syllable = read.syllable
+    # Without a final the phones are the letters, as in "hm"; of "hng" there is the h alone.
+    spelled = "".join(phone.name for phone in syllable.phones)
+    if not finals_of(syllable) and spelled != read.spelling:
+        return "missing phone"
+    is_toneless = syllable.language == phoneme.Language.CANTONESE and syllable.tone == NO_TONE
+    return "no tone" if is_toneless else ""
 
 
 def problems_of(entry: Entry, analysis: phoneme.Analysis) -> Iterator[tuple[str, str, str]]:
@@ -73,14 +87,12 @@ def problems_of(entry: Entry, analysis: phoneme.Analysis) -> Iterator[tuple[str,
     text = entry.romanisation
     if not entry.word.strip():
         yield "no word", entry.word, ""
-    for problem in analysis.problems:
-        begin, end = problem.range
-        yield problem.kind.value, text[begin:end], problem.suggestion
     if not analysis.problems and not analysis.syllables:
         yield "not an entry", text, ""
-    for read in analysis.syllables:
-        if not read.syllable.phones:
-            yield "no phones", text[slice(*read.range)], ""
+    found = [(problem.range, problem.kind.value, problem.suggestion) for problem in analysis.problems]
+    found += [(read.range, gap, "") for read in analysis.syllables if (gap := gap_of(read))]
+    for (begin, end), kind, suggestion in sorted(found, key=lambda problem: problem[0].start):
+        yield kind, text[begin:end], suggestion
 
 
 def add_word(entry: Entry, analysis: phoneme.Analysis, result: Result) -> None:
@@ -156,7 +168,7 @@ def main() -> None:
     parser.add_argument("--aliases", type=Path, help="spellings of Jyutping to be replaced")
     arguments = parser.parse_args()
     if arguments.aliases and arguments.language != "cantonese":
-        parser.exit(2, f"{parser.prog}: --aliases has no meaning for what is read here\n")
+        parser.exit(2, f"{parser.prog}: --aliases does not apply to pinyin input\n")
 
     try:
         aliases = read_aliases(arguments.aliases) if arguments.aliases else None

@@ -92,8 +92,8 @@ def test_lexicon_tells_what_it_read(tmp_path: Path) -> None:
     *lines, last = result.stdout.splitlines()
     assert lines == [
         "7 entries: 3 read, 4 rejected",
+        "  missing phone 1: ng2 1",
         "  unknown syllable 1: hoa3 1",
-        "  no phones 1: ng2 1",
         "  not an entry 1:  1",
         "  no word 1:  1",
         "  invalid UTF-8 1: \udcfc 1",
@@ -109,8 +109,8 @@ def test_lexicon_tells_what_it_read(tmp_path: Path) -> None:
     assert files == {
         "lexicon.txt": "b n i3\nä_b n i3 h ao3\n\udce4 n i3\n",
         "rejects.tsv": lexicon.REJECTS_HEADING
+        + "\n5\tc\tng2 hoa3\tmissing phone\tng2\t"
         + "\n5\tc\tng2 hoa3\tunknown syllable\thoa3\thao3"
-        + "\n5\tc\tng2 hoa3\tno phones\tng2\t"
         + "\n6\td\t\tnot an entry\t\t"
         + "\n7\t\tni3\tno word\t\t"
         + "\n8\tx\ry\tni3\udcfc\tinvalid UTF-8\t\udcfc\t\n",
@@ -145,7 +145,7 @@ def test_lexicon_has_aliases_of_jyutping_alone(tool: str, tmp_path: Path) -> Non
     options = ["-l", "mandarin", "--aliases", tmp_path / "missing.tsv"]
     result = run("lexicon.py", *options, tmp_path / "out")
     assert (result.returncode, result.stdout) == (2, "")
-    assert result.stderr == "lexicon.py: --aliases has no meaning for what is read here\n"
+    assert result.stderr == "lexicon.py: --aliases does not apply to pinyin input\n"
     command = [tool, "convert", *map(str, options), "--to", "codes"]
     told = subprocess.run(command, input=b"", capture_output=True).stderr.decode()
     assert told.startswith(result.stderr.replace("lexicon.py", "phoneme").strip())
