@@ -3,10 +3,15 @@
 
 // Work without Python's lock, in threads that may outlive the interpreter.
 
+#include <pthread.h>
 #include <pybind11/pybind11.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <exception>
+#include <new>
+#include <thread>
 #ifdef __GLIBCXX__
 #include <cxxabi.h>
 #endif
@@ -28,9 +33,36 @@ inline void Relock(PyThreadState* state) {
 #endif
 }
 
+/// How many calls work without the lock. The process's end waits for them, since it frees what they
+/// read of the library; Python lets none begin any more. A fork leaves them to the parent.
+class CallsAtWork {
+ public:
+  /// To be asked first with the lock held.
+  static std::atomic<int>& Count() {
+    static const CallsAtWork calls;
+    return count_;
+  }
+
+  ~CallsAtWork() {
+    while (count_.load() != 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+
+  CallsAtWork(const CallsAtWork&) = delete;
+  CallsAtWork& operator=(const CallsAtWork&) = delete;
+
+ private:
+  CallsAtWork() {
+    if (pthread_atfork(nullptr, nullptr, [] { count_ = 0; }) != 0) throw std::bad_alloc();
+  }
+
+  static inline std::atomic<int> count_{0};
+};
+
 /// Calls `function` without the lock, and throws what it throws with the lock held again.
 template <typename Function>
 void WithoutLock(Function function) {
+  std::atomic<int>& count = CallsAtWork::Count();
+  ++count;
   PyThreadState* state = PyEval_SaveThread();
   std::exception_ptr error;
   try {
@@ -38,6 +70,7 @@ void WithoutLock(Function function) {
   } catch (const std::exception&) {
     error = std::current_exception();
   }
+  --count;
   Relock(state);
   if (error) std::rethrow_exception(error);
 }

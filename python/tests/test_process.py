@@ -380,6 +380,30 @@ time.sleep(0.05)
     assert (result.returncode, result.stderr) == (0, "")
 
 
+def test_the_end_of_a_process_waits_for_a_batch() -> None:
+    # The handler runs after the library has freed its tables, and lets the thread go on for the
+    # second that it sleeps, the status of the process. What is freed is overwritten.
+    code = """
+import ctypes, sys, threading, time
+libc = ctypes.CDLL(None)
+libc.on_exit(libc.sleep, None)
+import phoneme
+text = "ni3hao3ma5" * 10_000_000
+threading.Thread(target=phoneme.py2code_batch, args=([text],), daemon=True).start()
+time.sleep(0.2)
+sys.exit(1)
+"""
+    result = subprocess.run(
+        [sys.executable, "-c", code],
+        env={**os.environ, "MALLOC_PERTURB_": "165"},
+        capture_output=True,
+        text=True,
+        timeout=60,
+        check=False,
+    )
+    assert (result.returncode, result.stderr) == (1, "")
+
+
 def _resident_bytes() -> int:
     pages = int(Path("/proc/self/statm").read_text().split()[1])
     return pages * os.sysconf("SC_PAGE_SIZE")
