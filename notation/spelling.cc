@@ -98,8 +98,9 @@ bool AppendMarked(unsigned code, Spacing spacing, std::string& text) {
 }
 
 bool AppendJyutping(unsigned code, Spacing spacing, std::string& text) {
-  static const internal::SpellingTable spellings =
-      internal::MakeSpellingTable(sp::LANGUAGE_CANTONESE);
+  using internal::MakeSpellingTable;
+  using internal::SpellingTable;
+  static const SpellingTable spellings = MakeSpellingTable(sp::LANGUAGE_CANTONESE);
   const std::size_t row = code / kTonesPerRow;
   const unsigned tone = code % kTonesPerRow;
   if (row >= spellings.size() || !internal::IsTone(sp::LANGUAGE_CANTONESE, tone)) return false;

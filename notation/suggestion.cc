@@ -147,9 +147,11 @@ class SlipSearch {
   }
 
   Guess Run() {
-    TryAlong(&SlipSearch::TryLikely);
+    TryAlong([this](std::size_t node, std::size_t at) { TryLikely(node, at); });
     // Seldom can a slip that costs so much be better.
-    if (best_.cost >= kOtherKey + rarities_.least) TryAlong(&SlipSearch::TryOtherKey);
+    if (best_.cost >= kOtherKey + rarities_.least) {
+      TryAlong([this](std::size_t node, std::size_t at) { TryOtherKey(node, at); });
+    }
     return best_;
   }
 
@@ -157,10 +159,11 @@ class SlipSearch {
   using Branches = std::uint32_t;  // a bit each
 
   // Tries slips at each place that the letters before it reach.
-  void TryAlong(void (SlipSearch::*try_at)(std::size_t node, std::size_t at)) {
+  template <typename TryAt>
+  void TryAlong(TryAt try_at) {
     std::size_t node = SyllableTree::kRoot;
     for (std::size_t at = 0;; ++at) {
-      (this->*try_at)(node, at);
+      try_at(node, at);
       if (at == count_ || !tree_.Has(node, branches_[at])) return;
       node = tree_.Child(node, branches_[at]);
     }
