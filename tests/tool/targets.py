@@ -4,7 +4,7 @@
   targets.py TOOL
 
 Every row of the syllable tables with every digit, and phones in many orders, are written in all
-source notations and converted to all targets. What each target makes of each syllable is told by a
+source notations and converted to all targets. What each target makes of each syllable is given by a
 second form of its rule, which sees the tables alone; so a line that fails must fail, and one that
 does not is whole. `check --to TARGET` reports exactly the lines that `convert --to TARGET` fails,
 and `check` alone those that fail for codes or for pronunciation.
