@@ -55,3 +55,15 @@ tools/f.cc: return 2;
 python/phoneme/g.py: if a: -> (end)
 python/phoneme/g.py: b()
 END
+expect 0 "$reached" <<'END'
+tools/f.cc: return 1; (2)
+perhaps tools/f.cc: return 1;
+python/phoneme/g.py: if a: -> (end)
+END
+expect 1 "$reached
+listed in tests/uncovered.txt, but reached or gone:
+tools/f.cc: return 3;" <<'END'
+perhaps tools/f.cc: return 1; (2)
+perhaps tools/f.cc: return 3;
+python/phoneme/g.py: if a: -> (end)
+END
