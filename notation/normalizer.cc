@@ -90,6 +90,7 @@ class Normalizer {
   bool IsOneSyllable(Piece piece, const Reading& reading) const;
   void PlaceByMark(Piece syllable, const Reading& reading);
   void PlaceToneless(Piece piece);
+  void PlaceUncut(Piece letters, bool has_syllable);
 
   const Notation& notation_;
   std::string_view text_;
@@ -366,17 +367,29 @@ void Normalizer::PlaceToneless(Piece piece) {
     if (word_[i].letter != kCircumflexE) continue;
     return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
   }
-  std::size_t plain = piece.begin;  // where letters begin that stay together
+  Piece letters = {piece.begin, piece.begin};  // that stay together
+  bool has_syllable = false;
   if (!are_words_syllables_ && readings_.MayRewrite(word_, piece)) {
     for (const Piece syllable : cutter_.Cut(word_, piece, false)) {
       const Reading reading = readings_.OfPiece(word_, syllable);
+      has_syllable = has_syllable || !reading.IsRewritten();
       if (!reading.IsRewritten()) continue;
-      writer_.PutLetters(word_, {plain, syllable.begin});
+      PlaceUncut({letters.begin, syllable.begin}, has_syllable);
       writer_.PutSyllable(word_, syllable, reading, {});
-      plain = syllable.end;
+      letters.begin = syllable.end;
+      has_syllable = false;
     }
   }
-  writer_.PutLetters(word_, {plain, piece.end});
+  PlaceUncut({letters.begin, piece.end}, has_syllable || letters.begin == piece.begin);
+}
+
+// Letters of a toneless piece around those that a rule rewrites. Where the cut left out all of them
+// they do not become a syllable by standing alone, as the m of "mdianr" would.
+void Normalizer::PlaceUncut(Piece letters, bool has_syllable) {
+  if (!has_syllable && readings_.OfPiece(word_, letters).IsKnown()) {
+    return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(letters));
+  }
+  writer_.PutLetters(word_, letters);
 }
 
 }  // namespace

@@ -11,12 +11,13 @@ namespace qeo::notation::internal {
 namespace {
 
 constexpr std::size_t kUsualSyllables = 4;  // room that hardly a piece outgrows
+constexpr std::size_t kLetterLeftOut = 1;
 
 }  // namespace
 
 bool PieceCutter::Rank::operator<(const Rank& other) const {
-  return std::tie(syllables, rewritten, cost) <
-         std::tie(other.syllables, other.rewritten, other.cost);
+  return std::tie(left_out, syllables, rewritten, cost) <
+         std::tie(other.left_out, other.syllables, other.rewritten, other.cost);
 }
 
 const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool text_has_marks) {
@@ -26,7 +27,9 @@ const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool t
   if (!Cover(word, piece)) return syllables_;
   std::size_t marks = 0;
   for (Piece syllable = piece; syllable.begin < piece.end; syllable.begin = syllable.end) {
-    syllable.end = syllable.begin + lengths_[syllable.begin - piece.begin][marks];
+    const std::size_t length = lengths_[syllable.begin - piece.begin][marks];
+    syllable.end = syllable.begin + std::max(length, kLetterLeftOut);
+    if (length == 0) continue;
     syllables_.push_back(syllable);
     marks = word.HasToneMark(syllable) ? 1 : 0;
   }
@@ -35,11 +38,10 @@ const std::vector<Piece>& PieceCutter::Cut(const Word& word, Piece piece, bool t
 
 // Fills lengths_. False when there is no cut.
 bool PieceCutter::Cover(const Word& word, Piece piece) {
-  constexpr Rank kNoCut = {kUncut, 0, {}};
   RankRing ranks = {};
   lengths_.assign(piece.size(), {});
   for (std::size_t begin = piece.size(); begin-- > 0;) {
-    ranks[begin % ranks.size()] = {kNoCut, kNoCut};
+    ranks[begin % ranks.size()] = WithoutLetter(ranks[(begin + kLetterLeftOut) % ranks.size()]);
     PackedSpelling letters = 0;
     ToneMarks marks;
     const std::size_t longest = std::min(kMaxPackedLength, piece.size() - begin);
@@ -53,7 +55,13 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
       if (is_syllable) TrySyllable(begin, length, letters, marks.count(), ranks);
     }
   }
-  return ranks[0][0].syllables != kUncut;
+  return ranks[0][0].left_out != kUncut;
+}
+
+// The ranks of cuts that leave out the letter before them.
+PieceCutter::Ranks PieceCutter::WithoutLetter(Ranks ranks) const {
+  for (Rank& rank : ranks) rank.left_out = text_has_marks_ ? kUncut : rank.left_out + 1;
+  return ranks;
 }
 
 // Whether letters of a text without tones are a syllable only as a whole word, which this is not:
@@ -66,7 +74,7 @@ bool PieceCutter::StandsAlone(PackedSpelling letters) const {
 void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters,
                               std::size_t marks, RankRing& ranks) {
   Rank rank = ranks[(begin + length) % ranks.size()][marks];
-  if (rank.syllables == kUncut) return;
+  if (rank.left_out == kUncut) return;
   const Reading reading = readings_.OfLetters(letters, length);
   if (!reading.IsKnown()) return;
   rank.syllables += reading.has_fused_r ? 2 : 1;

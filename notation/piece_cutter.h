@@ -23,10 +23,11 @@ class PieceCutter {
   PieceCutter(int language, const Readings& readings)
       : numbers_(CutNumbersOf(language)), readings_(readings) {}
 
-  /// The syllables of the best cut: the fewest, for which a fused r counts as one, the fewest of
-  /// them rewritten, the least cost, the longest first. Empty when there is none. In a text with
-  /// tone marks an apostrophe is only missing where the letters cannot be meant otherwise, and
-  /// nasals are syllables like others. Valid until the next call.
+  /// The syllables of the best cut: the fewest letters left out, the fewest syllables, for which a
+  /// fused r counts as one, the fewest of them rewritten, the least cost, the longest first. In a
+  /// text with tone marks no letter is left out (empty when there is no such cut), an apostrophe is
+  /// only missing where the letters cannot be meant otherwise, and nasals are syllables like
+  /// others. Valid until the next call.
   const std::vector<Piece>& Cut(const Word& word, Piece piece, bool text_has_marks);
 
  private:
@@ -34,6 +35,7 @@ class PieceCutter {
 
   // How good a cut is; the least is best.
   struct Rank {
+    std::size_t left_out = 0;  // letters, or kUncut
     std::size_t syllables = 0;
     std::size_t rewritten = 0;
     CutCost cost;
@@ -48,6 +50,7 @@ class PieceCutter {
   using RankRing = std::array<Ranks, kMaxPackedLength + 1>;
 
   bool Cover(const Word& word, Piece piece);
+  Ranks WithoutLetter(Ranks ranks) const;
   void TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters, std::size_t marks,
                    RankRing& ranks);
   bool StandsAlone(PackedSpelling letters) const;
@@ -56,7 +59,7 @@ class PieceCutter {
   const Readings& readings_;
   bool text_has_marks_ = false;
   // For each letter of a piece the length of the syllable that begins there in the best cut, after
-  // a syllable without a tone mark and after one with a mark.
+  // a syllable without a tone mark and after one with a mark. 0 where the letter is left out.
   std::vector<std::array<std::uint8_t, 2>> lengths_;
   std::vector<Piece> syllables_;
 };

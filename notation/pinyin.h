@@ -46,7 +46,10 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///   a mark has tone 5.
 /// - With tone digits: a run of letters is one syllable.
 /// - Without tones: a run of letters stays one word, for the caller to cut (CutWhole), syllables or
-///   not. Only a syllable that a rule rewrites is set apart: "yidianr" is "yi dian er".
+///   not. Only a syllable that a rule rewrites is set apart: "yidianr" is "yi dian er". Rewritten
+///   is what the cut has that leaves out the fewest letters, and of those the one that the order
+///   above finds ("xxdianr" is "xx dian er"). Letters that it leaves out, and that would be a
+///   syllable by standing alone, are an unknown syllable (the m of "mdianr").
 ///
 /// The rules; one that is not in `rules` leaves what it would change to the others or a problem:
 ///

@@ -255,6 +255,8 @@ TEST(NormalizeJyutping, Aliases) {
           {"goni", "go nei", "alias 2+2", ""},
           {"laam", "laam", "", ""},
           {"lango", "lango", "", ""},
+          {"nihoux", "nei houx", "alias 0+2", ""},  // the cut that leaves out x
+          {"xnihou", "x nei hou", "alias 1+2", ""},
           {"xx3 ni8", "", "", "unknown syllable 0+3, bad tone 4+3"},
       },
       kJyutpingRules, &aliases);

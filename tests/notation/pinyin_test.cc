@@ -335,7 +335,13 @@ TEST(NormalizePinyin, FusedErhua) {
       {"nuer", "nuer", "", ""},  // nu and er
       {"er2 ren2", "er2 ren2", "", ""},
       {"dianren", "dianren", "", ""},
-      {"xxdianr", "xxdianr", "", ""},           // no cut covers it
+      {"xxdianr", "xx dian er", "fused-erhua 6+1", ""},  // the cut that leaves out xx
+      {"hamburger", "ham bu er ge er", "fused-erhua 5+1, fused-erhua 8+1", ""},
+      // Alone, letters that were left out would be read.
+      {"rdianr", "dian er", "fused-erhua 5+1", "unknown syllable 0+1"},
+      {"nanrmnanr", "nan er nan er", "fused-erhua 3+1, fused-erhua 8+1", "unknown syllable 4+1"},
+      {"nanrhm", "nan er", "fused-erhua 3+1", "unknown syllable 4+2"},
+      {"nanrwong", "nan er wong", "fused-erhua 3+1", ""},
       {"mr4", "", "", "unknown syllable 0+3"},  // no vowel
       {"xr4", "", "", "unknown syllable 0+3"},
   });

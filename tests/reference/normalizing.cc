@@ -447,6 +447,7 @@ struct Piece {
 
 struct Cut {
   std::vector<Piece> pieces;
+  int left_out = 0;  // letters, each a piece without a syllable
   int syllables = 0;
   int rewritten = 0;
   int lacking = 0;  // Mandarin apostrophes
@@ -456,7 +457,7 @@ struct Cut {
   // Less is better.
   bool operator<(const Cut& other) const {
     const auto counts = [](const Cut& c) {
-      return std::tie(c.syllables, c.rewritten, c.lacking, c.rarity);
+      return std::tie(c.left_out, c.syllables, c.rewritten, c.lacking, c.rarity);
     };
     if (counts(*this) != counts(other)) return counts(*this) < counts(other);
     return lengths > other.lengths;  // the longest first syllable, and so on
@@ -504,6 +505,7 @@ bool TakeApostrophe(const Notation& notation, bool is_marked, const std::vector<
 // NOLINTNEXTLINE(misc-no-recursion): all cuts
 void TryCuts(const Notation& notation, bool is_marked, const std::vector<Character>& letters,
              const Cut& cut, std::optional<Cut>& best, int& tries) {
+  if (best && cut.left_out > best->left_out) return;
   if (++tries > kMostTries) return;
   if (letters.empty() && (!best || cut < *best)) best = cut;
   for (std::size_t length = 1; length <= letters.size(); ++length) {
@@ -523,6 +525,12 @@ void TryCuts(const Notation& notation, bool is_marked, const std::vector<Charact
     next.pieces.push_back({front, spelled});
     TryCuts(notation, is_marked, {middle, letters.end()}, next, best, tries);
   }
+  if (is_marked || letters.empty()) return;
+  Cut without = cut;
+  ++without.left_out;
+  without.lengths.push_back(0);
+  without.pieces.push_back({{letters.front()}, {}});
+  TryCuts(notation, is_marked, {letters.begin() + 1, letters.end()}, without, best, tries);
 }
 
 // Reading
@@ -618,11 +626,9 @@ class Reader {
     if (is_outside_) return;
     const std::optional<Cut> best = BestCut(letters);
     const std::string spelling = Text(letters);
-    if (!best && (has_marks_ || spelling.find('^') != std::string::npos)) {
+    if (!best || spelling.find('^') != std::string::npos) {
       Report(ProblemKind::kUnknownSyllable, letters.front().begin, letters.back().end,
              reading_.problems);
-    } else if (!best) {
-      Write({spelling, false, false}, "", letters.front().begin, letters.back().end, false);
     } else if (has_marks_) {
       WriteMarked(*best);
     } else {
@@ -640,17 +646,38 @@ class Reader {
     }
   }
 
-  // Only what a rule rewrites is set apart.
+  // A letter that is left out is shown as it is.
+  static Spelled Shown(const Piece& piece) {
+    if (!piece.spelled.syllable.empty()) return piece.spelled;
+    return {Text(piece.letters), false, false};
+  }
+
+  // Only what a rule rewrites is set apart. Letters around it that the cut leaves out, and that
+  // would be read alone, are an unknown syllable.
   void WriteToneless(const Cut& cut) {
-    bool was_rewritten = true;
-    for (const Piece& piece : cut.pieces) {
-      const bool is_rewritten = piece.spelled.is_rewritten;
-      if (is_rewritten || was_rewritten) {
-        Write(piece.spelled, "", piece.letters.front().begin, piece.letters.back().end, false);
-      } else {
-        reading_.text += piece.spelled.syllable;
+    const auto is_rewritten = [](const Piece& piece) { return piece.spelled.is_rewritten; };
+    const auto is_left_out = [](const Piece& piece) { return piece.spelled.syllable.empty(); };
+    for (auto begin = cut.pieces.begin(); begin != cut.pieces.end();) {
+      auto end = std::find_if(begin, cut.pieces.end(), is_rewritten);
+      if (begin == end) ++end;
+      std::string shown;
+      std::string letters;
+      for (auto piece = begin; piece != end; ++piece) {
+        shown += Shown(*piece).syllable;
+        letters += Text(piece->letters);
       }
-      was_rewritten = is_rewritten;
+      const std::size_t offset = begin->letters.front().begin;
+      const std::size_t limit = (end - 1)->letters.back().end;
+      const bool is_all = begin == cut.pieces.begin() && end == cut.pieces.end();
+      if (!is_all && std::all_of(begin, end, is_left_out) &&
+          !SpellAlone(notation_, letters).syllable.empty()) {
+        Report(ProblemKind::kUnknownSyllable, offset, limit, reading_.problems);
+      } else {
+        Spelled spelled = Shown(*begin);
+        spelled.syllable = shown;
+        Write(spelled, "", offset, limit, false);
+      }
+      begin = end;
     }
   }
 
