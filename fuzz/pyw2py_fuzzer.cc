@@ -2,6 +2,7 @@
 // piece again; and from the front they are what py2code reads, one code a piece.
 
 #include "fuzz/conversions.h"
+#include "phoneme/ascii.h"
 #include "tests/reference/reference.h"
 
 namespace {
@@ -31,6 +32,24 @@ void ExpectCodes(int language, const std::string& word, const Strings& pieces) {
   Expect(result != 0 || codes == joined, "py2code reads the pieces");
 }
 
+// The places are those of the pieces, and their rows and tones are what py2code makes codes of.
+void ExpectPlaces(int language, const std::string& word, bool backward, const Strings& pieces) {
+  std::vector<sp::TextPiece> places(1);
+  sp::FindPieces(language, word, places, backward);
+  Expect(places.size() == pieces.size(), "a place a piece");
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    std::string piece = word.substr(places[i].offset, places[i].length);
+    piece[0] = ascii::ToSmall(piece[0]);
+    Expect(piece == pieces[i], "the piece stands at its place");
+    std::vector<unsigned short> code;
+    const bool is_known = sp::py2code(language, piece + ' ', code) == 0;
+    Expect(is_known == (places[i].row >= 0), "what is not a syllable has no row");
+    const auto tone = sp::ToneAdaptation(language, places[i].raw_tone);
+    Expect(!is_known || code.at(0) == places[i].row * sp::kTonesPerRow + tone,
+           "row and tone are those of the code");
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -45,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   sp::reference::pyw2py(language, word, expected, backward);
   Expect(pieces == expected, "the pieces are the reference's");
   for (const std::string& piece : pieces) ExpectWhole(language, piece, backward);
+  ExpectPlaces(language, word, backward, pieces);
   if (!backward) ExpectCodes(language, word, pieces);
   return 0;
 }

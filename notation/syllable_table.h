@@ -12,8 +12,7 @@
 
 namespace qeo::notation::internal {
 
-/// A syllable code is row * 10 + tone.
-inline constexpr int kTonesPerRow = 10;
+using sp::kTonesPerRow;
 
 /// The letters of the longest syllable that a table has room for.
 inline constexpr std::size_t kMaxSyllableLength = sizeof(sp::PinyinInfo::pinyin) - 1;
@@ -23,21 +22,19 @@ inline constexpr std::size_t kMaxRows = 640;
 
 /// Whether a tone is one of the language's, and not folded.
 inline bool IsTone(int language, unsigned tone) {
-  const auto digit = static_cast<signed char>(tone);
-  return sp::ToneAdaptation(language, digit) == digit;
+  return tone >= 1 && tone <= static_cast<unsigned>(sp::TopTone(language));
 }
 
 /// The toneless spellings of a language, in row order; none when it has no syllables.
 inline std::vector<std::string> SyllableSpellings(int language) {
+  const sp::SpMapping& set =
+      *sp::FindPhoneSet(sp::ServingLanguage(sp::Conversion::kSyllables, language));
   std::vector<std::string> spellings;
-  sp::SyllableInfo syllable;
-  for (int code = 0;; code += kTonesPerRow) {
-    const auto short_code = static_cast<unsigned short>(code);
-    syllable.phones.clear();
-    const int result = sp::code2ph(language, short_code, syllable);
-    if (result != 0) return spellings;
-    spellings.push_back(sp::code2py(language, short_code, false));
+  spellings.reserve(set.pinyin_count);
+  for (std::size_t row = 0; row < set.pinyin_count; ++row) {
+    spellings.emplace_back(set.pinyin_list[row].pinyin);
   }
+  return spellings;
 }
 
 /// The same without memory of its own, for tables that stay.

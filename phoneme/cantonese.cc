@@ -4,8 +4,8 @@
 
 #include <iterator>
 
-#include "phoneme/phone_set.h"
 #include "phoneme/phone_set_builder.h"
+#include "phoneme/phone_set_record.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::sp {

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "phoneme/phone_set.h"
+#include "phoneme/phone_set_record.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::sp {

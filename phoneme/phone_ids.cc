@@ -1,7 +1,5 @@
 // Phone-id sequences, back into syllables.
 
-#include "phoneme/phone_ids.h"
-
 #include <cstddef>
 #include <iterator>
 
@@ -50,7 +48,7 @@ class PhoneIterator {
 int ph2ph(int language, const std::vector<unsigned char>& phone_ids,
           std::vector<SyllableInfo>& syllables) {
   syllables.clear();
-  const Language& in_use = FindLanguage(language, LANGUAGE_AMERICAN_ENGLISH);
+  const Language& in_use = PronunciationLanguage(language);
   const PhoneInfo* phone_list = in_use.mapping->phone_list;
   const auto phone_count = static_cast<int>(in_use.mapping->phone_count);
   const unsigned char* begin = phone_ids.data();

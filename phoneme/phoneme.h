@@ -21,7 +21,7 @@
 ///   only the three Initialize...Set have conditions of their own, see there.
 /// - The phone sets are ready before `main`, also for the static initialisers of other sources, and
 ///   are freed at exit: destructors that run after that may call none but ph2tp, GetPhoneFeature,
-///   the lexicon functions and those of phoneme/languages.h.
+///   the lexicon functions, Languages, LanguageOfName and KnownLanguages.
 /// - `PhoneInfo` pointers point into constant data of the library. They stay valid, also after the
 ///   phone sets are freed, until the shared library is unloaded; of a static library, as long as
 ///   the program or the plug-in that holds it.
@@ -31,7 +31,7 @@
 #include <vector>
 
 #include "phoneme/export.h"
-#include "phoneme/languages.h"
+#include "phoneme/phone_sets.h"
 #include "phoneme/records.h"
 
 namespace qeo::sp {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "phoneme/ascii.h"
-#include "phoneme/phone_ids.h"
 #include "phoneme/phoneme.h"
 #include "phoneme/registry.h"
 #include "phoneme/words.h"
@@ -162,13 +161,13 @@ class PhoneIdWriter {
 
 int pr2ph(int language, const std::string& pronunciation, std::vector<SyllableInfo>& syllables) {
   syllables.clear();
-  const Language& in_use = FindLanguage(language, LANGUAGE_AMERICAN_ENGLISH);
+  const Language& in_use = PronunciationLanguage(language);
   SyllableWriter writer(in_use, syllables);
   return Parser(in_use.phones, pronunciation, writer).Parse();
 }
 
 int pr2ph(int language, const std::string& pronunciation, std::vector<unsigned char>& phone_ids) {
-  const Language& in_use = FindLanguage(language, LANGUAGE_AMERICAN_ENGLISH);
+  const Language& in_use = PronunciationLanguage(language);
   PhoneIdWriter writer(phone_ids);
   return Parser(in_use.phones, pronunciation, writer).Parse();
 }

@@ -1,4 +1,4 @@
-// The start of the registry, and the lookups of single phones.
+// The start of the registry, and what it is asked for: phone sets, stand-ins, single phones.
 
 #include "phoneme/registry.h"
 
@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "phoneme/phone_set.h"
+#include "phoneme/phone_set_record.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::sp {
@@ -39,16 +39,6 @@ std::vector<RowPhones> RowPhonesOf(const SpMapping& mapping) {
 // A program that has no static initialiser of its own that converts has its registry built here.
 [[maybe_unused]] const Registry& built_before_main = Registry::Get();
 
-constexpr int kFirstEnglishVariant = 20000;
-constexpr int kLastEnglishVariant = 29999;
-
-// The phone lookups alone serve an unregistered language with one of its family.
-const SpMapping& FindByFamily(int language) {
-  const bool is_english = language >= kFirstEnglishVariant && language <= kLastEnglishVariant;
-  const int fallback = is_english ? LANGUAGE_AMERICAN_ENGLISH : LANGUAGE_MANDARIN;
-  return *FindLanguage(language, fallback).mapping;
-}
-
 }  // namespace
 
 SpInfoTable::SpInfoTable() {
@@ -64,15 +54,26 @@ Registry::Registry() {
 }
 
 const PhoneInfo* GetPhoneInfoById(int language, int id) {
-  const SpMapping& mapping = FindByFamily(language);
+  const SpMapping& mapping = *PhoneLanguage(language).mapping;
   const bool in_table = id >= 0 && static_cast<std::uint64_t>(id) < mapping.phone_count;
   return mapping.phone_list + (in_table ? id : 0);
 }
 
 const PhoneInfo* GetPhoneInfoByDescription(int language, const std::string& name) {
-  const SpMapping& mapping = FindByFamily(language);
+  const SpMapping& mapping = *PhoneLanguage(language).mapping;
   const auto found = mapping.phone_map.find(name);
   return found != mapping.phone_map.end() ? found->second : mapping.phone_list;
+}
+
+const SpMapping* FindPhoneSet(int language) {
+  const Language& found = SyllableLanguage(language);
+  return found.id == language ? found.mapping : nullptr;
+}
+
+std::int32_t ServingLanguage(Conversion conversion, int language) {
+  if (conversion == Conversion::kPhones) return PhoneLanguage(language).id;
+  if (conversion == Conversion::kPronunciations) return PronunciationLanguage(language).id;
+  return SyllableLanguage(language).id;
 }
 
 char GetPhoneFeature(const PhoneInfo* phone, int index) {

@@ -75,6 +75,20 @@ inline const Language& FindLanguage(int id, int fallback) {
   return Registry::Get().Find(id, fallback);
 }
 
+/// The language of an id for each Conversion: the one that is registered, or its stand-in.
+inline const Language& SyllableLanguage(int id) { return FindLanguage(id, LANGUAGE_MANDARIN); }
+inline const Language& PronunciationLanguage(int id) {
+  return FindLanguage(id, LANGUAGE_AMERICAN_ENGLISH);
+}
+
+/// The phone lookups alone serve an unregistered language with one of its family.
+inline const Language& PhoneLanguage(int id) {
+  constexpr int kFirstEnglishVariant = 20000;
+  constexpr int kLastEnglishVariant = 29999;
+  const bool is_english = id >= kFirstEnglishVariant && id <= kLastEnglishVariant;
+  return is_english ? PronunciationLanguage(id) : SyllableLanguage(id);
+}
+
 }  // namespace internal
 }  // namespace qeo::sp
 

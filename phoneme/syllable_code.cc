@@ -12,7 +12,7 @@ using namespace internal;
 
 int py2code(int language, const std::string& text, std::vector<unsigned short>& codes) {
   codes.clear();
-  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  const Language& in_use = SyllableLanguage(language);
   bool all_known = true;
   SplitPinyin(in_use.syllables, text, false, [&](const Piece& piece) {
     all_known = piece.row != NameIndex::kAbsent;
@@ -25,7 +25,7 @@ int py2code(int language, const std::string& text, std::vector<unsigned short>& 
 }
 
 int code2ph(int language, unsigned short code, SyllableInfo& syllable) {
-  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  const Language& in_use = SyllableLanguage(language);
   syllable.code = code;
   syllable.tone = static_cast<signed char>(code % kTonesPerRow);
   const std::size_t row = code / std::size_t{kTonesPerRow};
@@ -36,7 +36,7 @@ int code2ph(int language, unsigned short code, SyllableInfo& syllable) {
 }
 
 std::string code2py(int language, unsigned short code, bool with_tone) {
-  const Language& in_use = FindLanguage(language, LANGUAGE_MANDARIN);
+  const Language& in_use = SyllableLanguage(language);
   const SpMapping& mapping = *in_use.mapping;
   if (mapping.pinyin_count == 0) return {};
   const std::size_t row = code / std::size_t{kTonesPerRow};

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "phoneme/phone_sets.h"
+
 namespace qeo::sp::internal {
 
 /// Folds a tone into 1 to `top`: out of range, it is its remainder, and remainder 0 is the top. A
@@ -14,9 +16,6 @@ constexpr signed char FoldTone(signed char tone, signed char top) {
   const int remainder = tone % top;
   return static_cast<signed char>(remainder == 0 ? top : remainder);
 }
-
-/// A syllable code holds the row and the tone as one decimal digit.
-inline constexpr int kTonesPerRow = 10;
 
 constexpr std::uint16_t SyllableCode(int row, int tone) {
   return static_cast<std::uint16_t>(row * kTonesPerRow + tone);

@@ -160,6 +160,18 @@ struct TextsSeen {
   }
 };
 
+// Pieces stand in the text where FindPieces says, the first letter perhaps a capital.
+void ExpectPlaces(int language, const std::string& text, bool backward, const Strings& expected) {
+  std::vector<TextPiece> places;
+  FindPieces(language, text, places, backward);
+  Strings pieces;
+  for (const TextPiece& place : places) {
+    std::string& piece = pieces.emplace_back(text.substr(place.offset, place.length));
+    if ('A' <= piece[0] && piece[0] <= 'Z') piece[0] = static_cast<char>(piece[0] - 'A' + 'a');
+  }
+  EXPECT_EQ(pieces, expected) << language << ' ' << testing::PrintToString(text) << backward;
+}
+
 TEST(Reference, RomanisedText) {
   RandomText random = MakeRandomText(1);
   TextsSeen seen;
@@ -171,6 +183,8 @@ TEST(Reference, RomanisedText) {
     const Outcome<Codes> codes = ExpectSame(kPy2Code, language, text, kStaleCodes);
     const Strings forward = ExpectSame(kCutForward, language, text, kStaleStrings).output;
     const Strings backward = ExpectSame(kCutBackward, language, text, kStaleStrings).output;
+    ExpectPlaces(language, text, false, forward);
+    ExpectPlaces(language, text, true, backward);
     seen.Add(language, text, codes, forward, backward);
   }
   EXPECT_EQ(compared, kTexts);

@@ -1,12 +1,12 @@
 // The names of languages. They are part of the phone sets, so that no language is without them, and
 // constant data, so that they can be asked at any time.
 
-#include "phoneme/languages.h"
+#include "phoneme/phone_sets.h"
 
 #include <algorithm>
 
 #include "phoneme/ascii.h"
-#include "phoneme/phone_set.h"
+#include "phoneme/phone_set_record.h"
 
 namespace qeo::sp {
 

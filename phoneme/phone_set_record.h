@@ -1,5 +1,5 @@
-#ifndef PHONEME_PHONE_SET_H_
-#define PHONEME_PHONE_SET_H_
+#ifndef PHONEME_PHONE_SET_RECORD_H_
+#define PHONEME_PHONE_SET_RECORD_H_
 
 // What a language's own source gives the rest of the library. The records are constant data, ready
 // before any initialiser runs.
@@ -12,7 +12,7 @@
 
 namespace qeo::sp::internal {
 
-inline constexpr std::size_t kMostCodes = 5;  // of a language, see phoneme/languages.h
+inline constexpr std::size_t kMostCodes = 5;  // of a language, see phoneme/phone_sets.h
 
 struct PhoneSet {
   int language;
@@ -38,4 +38,4 @@ inline constexpr const PhoneSet* kPhoneSets[] = {
 
 }  // namespace qeo::sp::internal
 
-#endif  // PHONEME_PHONE_SET_H_
+#endif  // PHONEME_PHONE_SET_RECORD_H_
