@@ -60,7 +60,12 @@ bool BlockReader::Next(Block& block) {
   is_at_beginning_ = false;
   block.is_overlong = is_in_long_line_;
   block.first_line = next_line_;
-  return is_in_long_line_ ? TakePart(block) : TakeLines(block);
+  block.is_last_part = false;
+  if (!is_in_long_line_) {
+    return TakeLines(block);
+  }
+  TakePart(block);
+  return true;
 }
 
 // Whether a byte order mark, which is not part of the first line, comes before it.
@@ -71,9 +76,7 @@ bool BlockReader::HasMark(std::string_view text) const {
 // Makes `text` hold at least one line, or more of one that is too long.
 void BlockReader::ReadLine(std::string& text) {
   if (is_in_long_line_) {
-    if (text.empty()) {
-      Fill(text);
-    }
+    Fill(text);
     return;
   }
   std::size_t newline = std::string::npos;
@@ -103,16 +106,23 @@ bool BlockReader::TakeLines(Block& block) {
   return block.line_count > 0;
 }
 
-bool BlockReader::TakePart(Block& block) {
+// Takes what has been read of a line that is too long. A carriage return may be half of its end, so
+// it waits for what comes next.
+void BlockReader::TakePart(Block& block) {
   block.line_count = block.is_first_part ? 1 : 0;
   const std::size_t newline = block.text.find('\n');
   if (newline != std::string::npos) {
     rest_.assign(block.text, newline + 1);
     block.text.resize(newline + 1);
-    is_in_long_line_ = false;
-    ++next_line_;
+  } else if (!is_at_end_) {
+    const bool has_return = block.text.back() == '\r';
+    rest_.assign(has_return ? 1 : 0, '\r');
+    block.text.resize(block.text.size() - rest_.size());
+    return;
   }
-  return !block.text.empty();
+  is_in_long_line_ = false;
+  block.is_last_part = true;
+  ++next_line_;
 }
 
 // Reads what there is, and waits for it.
@@ -140,7 +150,8 @@ bool BlockReader::Fill(std::string& text) {
   }
   text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
   byte_count_ += text.size() - size;
-  return count > 0;
+  is_at_end_ = count <= 0;
+  return !is_at_end_;
 }
 
 }  // namespace qeo::tool

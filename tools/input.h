@@ -28,6 +28,7 @@ struct Block {
   std::uint64_t line_count = 0;
   bool is_overlong = false;    ///< `text` is a part of one line that is too long
   bool is_first_part = false;  ///< of that line
+  bool is_last_part = false;   ///< of that line, with its whole end
 };
 
 struct Line {
@@ -35,7 +36,7 @@ struct Line {
   std::string_view end;   ///< "\n" or "\r\n"; "\n" for a last line that has none
 };
 
-/// Takes the first line off `text`, which is not empty.
+/// Takes the first line off `text`; an empty one is a last line without an end.
 Line TakeLine(std::string_view& text);
 
 /// Reads a file from its current position to its end. A byte order mark at the beginning is left
@@ -48,7 +49,8 @@ class BlockReader {
   /// Returns whether Next will return without waiting for another program.
   bool IsReady() const;
 
-  /// Reads as many lines as one read gives, at least one. Returns false at the end of the input
+  /// Reads as many lines as one read gives, at least one, or a part of a line that is too long,
+  /// which may be empty. Returns false at the end of the input
   /// and after a read error, which also swallows a line that it cut in two.
   bool Next(Block& block);
 
@@ -62,7 +64,7 @@ class BlockReader {
   bool HasMark(std::string_view text) const;
   void ReadLine(std::string& text);
   bool TakeLines(Block& block);
-  bool TakePart(Block& block);
+  void TakePart(Block& block);
   bool Fill(std::string& text);
   ssize_t Read(char* bytes) const;
 
@@ -71,6 +73,7 @@ class BlockReader {
   int error_ = 0;
   bool is_at_beginning_ = true;
   bool is_in_long_line_ = false;
+  bool is_at_end_ = false;  // the last read gave nothing
   std::uint64_t byte_count_ = 0;
   std::uint64_t next_line_ = 1;
   std::string rest_;  // read, and not yet returned

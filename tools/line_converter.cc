@@ -92,25 +92,39 @@ void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const E
   if (to_ == Target::kJson) {
     const bool is_broken = entry.kind == EntryKind::kBroken;
     AppendJsonFailure({number, entry.word, is_broken ? line.text : entry.text}, failure_, out);
-    out += line.end;
-  } else if (to_ != Target::kTsv && !layout_.HasWords()) {
-    if (layout_.format == Format::kTsv) {
-      out.append(line.text) += '\t';
-    }
+  } else if (layout_.format == Format::kTsv && !WritesRecords()) {
+    out.append(line.text) += '\t';
+  }
+  EndFailure(line, out);
+}
+
+// Ends what a line that fails gives, if it gives anything.
+void LineConverter::EndFailure(const Line& line, std::string& out) const {
+  if (to_ == Target::kJson || (to_ != Target::kTsv && !layout_.HasWords())) {
     out += line.end;
   }
 }
 
-// A line that is too long comes in parts, and fails once.
+// A line that is too long comes in parts, and fails once. Its text is in no result, so it leaves an
+// empty line also where others are repeated.
 void LineConverter::RejectPart(Batch& batch) {
-  batch.rejects += batch.input.text;
-  if (!batch.input.is_first_part) {
+  const Block& part = batch.input;
+  failure_ = {"line too long", "longer than " + std::to_string(kLongestLine) + " bytes", {}};
+  if (part.is_first_part) {
+    AddMessage(part.first_line, failure_.message, batch);
+    ++batch.totals.failed[failure_.kind];
+  }
+  if (!part.is_last_part) {
+    batch.rejects += part.text;
     return;
   }
-  failure_ = {"line too long", "longer than " + std::to_string(kLongestLine) + " bytes", {}};
-  AddMessage(batch.input.first_line, failure_.message, batch);
-  ++batch.totals.failed[failure_.kind];
-  WriteFailure(batch.input.first_line, {"", "\n"}, {}, batch.results);
+  std::string_view rest = part.text;
+  const Line last = TakeLine(rest);
+  batch.rejects.append(last.text).append(last.end);
+  if (to_ == Target::kJson) {
+    AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
+  }
+  EndFailure(last, batch.results);
 }
 
 void LineConverter::AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const {

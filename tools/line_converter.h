@@ -50,6 +50,7 @@ class LineConverter {
   void RejectPart(Batch& batch);
   void Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch);
   void WriteFailure(std::uint64_t number, const Line& line, const Entry& entry, std::string& out);
+  void EndFailure(const Line& line, std::string& out) const;
   void AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const;
   bool WritesRecords() const { return to_ == Target::kJson || to_ == Target::kTsv; }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -87,6 +88,49 @@ TEST(BlockReader, NumbersGoOnFromReadToRead) {
       ASSERT_EQ(line.number, ++expected);
     }
     EXPECT_EQ(expected, 2000U + 2000 / 3);
+  }
+}
+
+// A line that is too long comes in parts of any size, of which the last alone has its end.
+TEST(BlockReader, GivesTheLastPartOfALongLineItsWholeEnd) {
+  constexpr struct {
+    const char* text;
+    const char* long_line;
+    const char* end;
+  } kCases[] = {
+      {"abcdefgh\nxy\n", "abcdefgh", "\n"},
+      {"abcdefgh\r\nxy\n", "abcdefgh", "\r\n"},
+      {"abcdefgh\r\r\nxy", "abcdefgh\r", "\r\n"},
+      {"abc\rdefg\rh\nxy", "abc\rdefg\rh", "\n"},
+      {"abcdefgh", "abcdefgh", ""},
+      {"abcdefgh\r", "abcdefgh\r", ""},
+      {"abcd\r", "abcd\r", ""},
+      {"abcdefgh\r\r", "abcdefgh\r\r", ""},
+  };
+  for (const auto& c : kCases) {
+    for (const std::size_t bytes_a_read : {1U, 2U, 3U, 4U}) {
+      const Pipe pipe(c.text);
+      BlockReader reader(pipe.descriptor(), {4, bytes_a_read});
+      std::string parts;
+      Block block;
+      do {
+        ASSERT_TRUE(reader.Next(block)) << c.text;
+        ASSERT_TRUE(block.is_overlong);
+        EXPECT_EQ(block.is_first_part, parts.empty());
+        EXPECT_EQ(block.first_line, 1U);
+        EXPECT_EQ(block.line_count, parts.empty() ? 1U : 0U);
+        parts += block.text;
+      } while (!block.is_last_part);
+      EXPECT_EQ(parts, std::string(c.long_line) + c.end);
+      const std::string end = c.end;
+      EXPECT_EQ(block.text.substr(block.text.size() - std::min(block.text.size(), end.size())),
+                end);
+      while (reader.Next(block)) {
+        EXPECT_FALSE(block.is_overlong);
+        EXPECT_FALSE(block.is_last_part);
+        EXPECT_EQ(block.first_line, 2U);
+      }
+    }
   }
 }
 
