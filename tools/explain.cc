@@ -17,6 +17,7 @@
 #include "tools/inventory.h"
 #include "tools/languages.h"
 #include "tools/library_reading.h"
+#include "tools/messages.h"
 #include "tools/notations.h"
 #include "tools/reader.h"
 #include "tools/table.h"
@@ -92,6 +93,7 @@ class Explanation {
     AppendWholeText(out);
     AppendCuts(out);
     AppendProblems(out);
+    AppendHints(out);
     AppendWithoutRules(out);
   }
 
@@ -111,6 +113,7 @@ class Explanation {
   std::string Ids(const sp::SyllableInfo& syllable) const;
   void AppendCuts(std::string& out) const;
   void AppendProblems(std::string& out) const;
+  void AppendHints(std::string& out) const;
   void AppendWithoutRules(std::string& out) const;
   std::string Notation(const Records& records) const;
 
@@ -255,22 +258,32 @@ void Explanation::AppendCuts(std::string& out) const {
   AppendCutsOfWords(language_, normalized.text, options_.cutting, out);
 }
 
-std::string ShortHint(const notation::Problem& problem) {
-  if (problem.hint == notation::Hint::kGap) {
-    return "no " + std::string(problem.initial) + " + " + std::string(problem.final);
-  }
-  const bool is_alias = problem.hint == notation::Hint::kAlias;
-  return is_alias ? problem.suggestion + " (alias)" : problem.suggestion;
-}
-
 void Explanation::AppendProblems(std::string& out) const {
   AppendSection(
-      "problems", PlacedColumns({{"problem", false}, {"perhaps", false}}), analysis_.problems,
-      kMaxProblems,
+      "problems", PlacedColumns({{"problem", false}}), analysis_.problems, kMaxProblems,
       [this](const notation::Problem& problem) -> Row {
-        return Placed(
-            problem.range, 30,
-            {std::string(notation::ProblemName(problem.kind)), OrDash(ShortHint(problem))});
+        return Placed(problem.range, 30, {std::string(notation::ProblemName(problem.kind))});
+      },
+      out);
+}
+
+// The hints of the problems, each with the place of the piece that it is about, which its words
+// need not repeat.
+void Explanation::AppendHints(std::string& out) const {
+  std::vector<notation::Problem> hinted;
+  for (const notation::Problem& problem : analysis_.problems) {
+    if (problem.hint != notation::Hint::kNone) {
+      hinted.push_back(problem);
+      hinted.back().range = problem.piece;
+    }
+  }
+  if (hinted.empty()) {
+    return;
+  }
+  AppendSection(
+      "hints", PlacedColumns({{"hint", false}}), hinted, kMaxProblems,
+      [this](const notation::Problem& problem) -> Row {
+        return Placed(problem.range, 16, {HintText(problem, text_)});
       },
       out);
 }

@@ -137,7 +137,8 @@ Examples:
 
 inline constexpr char kExplainFooter[] =
     R"(Shows the rules that were applied, the syllables with their places, tones, phones and codes, how
-words without tones can be cut, what could not be placed, and what the library reads without rules.
+words without tones can be cut, the problems and their hints, and what the library reads without
+rules.
 
 Example:
   $ phoneme explain -l cantonese "wan2gung1" | sed -n '/^syllables/,/^$/p'
