@@ -33,14 +33,23 @@ std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last
   return places;
 }
 
-// The places of the syllables of a pronunciation, between commas.
+// The places of the syllables that a byte closes.
+std::vector<notation::Range> PlacesOfIds(std::string_view text) {
+  return PlacesOfWords(text, [](std::string_view word) {
+    return ParseNumber<int>(word).value_or(0) < kFirstPhoneByte;
+  });
+}
+
+// The places of the syllables of a pronunciation, between commas, without the blanks that the
+// library takes off.
 std::vector<notation::Range> PlacesOfSyllables(std::string_view text) {
   std::vector<notation::Range> places;
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find(',', begin), text.size());
-    const std::string_view syllable = Trim(text.substr(begin, end - begin));
+    const std::string syllable =
+        xstr::trim(std::string(text.substr(begin, end - begin)), "\t\r\n ", true);
     if (!syllable.empty()) {
-      places.push_back(PlaceOf(syllable, text));
+      places.push_back({text.find(syllable, begin), syllable.size()});
     }
     begin = end + 1;
   }
@@ -221,14 +230,22 @@ bool Reader::ReadIds(std::string_view text) {
   std::string_view rest = text;
   if (ParseIds(text) && RegroupIds()) {
     const bool is_closed = phone_ids_.empty() || phone_ids_.back() < kFirstPhoneByte;
-    return is_closed || conversion_.is_strict ||
-           Fail("phones lost", "phones lost after the last closing byte");
+    return is_closed || conversion_.is_strict || LosePhones(text);
   }
   std::string_view word = TakeWord(rest);
   while (ParseIds(word) && RegroupIds()) {
     word = TakeWord(rest);
   }
   return Unknown("unknown phone-id byte", text, PlaceOf(word, text));
+}
+
+// Fails for the phones at the end that no byte closes.
+bool Reader::LosePhones(std::string_view text) {
+  const std::vector<notation::Range> closed = PlacesOfIds(text);
+  const std::size_t end = closed.empty() ? 0 : closed.back().end();
+  Fail("phones lost", "phones lost after the last closing byte");
+  failure_.place = PlaceOf(Trim(text.substr(end)), text);
+  return false;
 }
 
 // Leaves the numbers of a text in phone_ids_.
@@ -251,9 +268,11 @@ bool Reader::ReadPronunciation(const std::string& text) {
   if (ParsePronunciation(text)) {
     return RegroupIds();
   }
-  for (const std::string& token : xstr::split(text, ",", -1)) {
-    if (!ParsePronunciation(token)) {
-      DescribeSyllable(xstr::trim(token, "\t\r\n ", true));
+  std::size_t number = 0;
+  for (const notation::Range& syllable : PlacesOfSyllables(text)) {
+    ++number;
+    if (!ParsePronunciation(text.substr(syllable.offset, syllable.length))) {
+      FailSyllable(text, syllable, number);
       break;
     }
   }
@@ -266,20 +285,27 @@ bool Reader::ParsePronunciation(const std::string& text) {
   return sp::pr2ph(conversion_.language, text, phone_ids_) == 0;
 }
 
-// Describes what is wrong with one syllable of a pronunciation.
-void Reader::DescribeSyllable(const std::string& token) {
+// Describes what is wrong with one syllable of a pronunciation, and where.
+void Reader::FailSyllable(const std::string& text, notation::Range syllable, std::size_t number) {
+  const std::string place = " (syllable " + std::to_string(number) + ')';
+  const std::string token = text.substr(syllable.offset, syllable.length);
   const std::vector<std::string> pieces = xstr::split(token, " ", -1);
   if (pieces.size() < 2) {
-    Fail("bad tone", "expected phones and a tone digit, found " + Quoted(token));
+    Fail("bad tone", "expected phones and a tone digit, found " + Quoted(token) + place);
+    failure_.place = syllable;
     return;
   }
+  std::size_t offset = syllable.offset;
   for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
     if (!ParsePronunciation("sil " + pieces[i] + " 0")) {
-      Fail("unknown phone", "unknown phone " + Quoted(pieces[i]));
+      Fail("unknown phone", "unknown phone " + Quoted(pieces[i]) + place);
+      failure_.place = {offset, std::max<std::size_t>(pieces[i].size(), 1)};  // a blank too many
       return;
     }
+    offset += pieces[i].size() + 1;
   }
-  Fail("bad tone", "expected a tone digit, found " + Quoted(pieces.back()));
+  Fail("bad tone", "expected a tone digit, found " + Quoted(pieces.back()) + place);
+  failure_.place = {offset, pieces.back().size()};
 }
 
 std::vector<notation::Range> Reader::FindPlaces(const std::string& text) const {
@@ -289,9 +315,7 @@ std::vector<notation::Range> Reader::FindPlaces(const std::string& text) const {
     case Source::kCodes:
       return PlacesOfWords(text, [](std::string_view) { return true; });
     case Source::kIds:
-      return PlacesOfWords(text, [](std::string_view word) {
-        return ParseNumber<int>(word).value_or(0) < kFirstPhoneByte;
-      });
+      return PlacesOfIds(text);
     case Source::kPronunciation:
       return PlacesOfSyllables(text);
     default:

@@ -81,7 +81,8 @@ class Reader {
   bool ParseIds(std::string_view text);
   bool ParsePronunciation(const std::string& text);
   bool RegroupIds();
-  void DescribeSyllable(const std::string& token);
+  bool LosePhones(std::string_view text);
+  void FailSyllable(const std::string& text, notation::Range syllable, std::size_t number);
   bool Fail(std::string_view kind, std::string message);
   bool Unknown(std::string_view kind, std::string_view text, notation::Range place);
 
