@@ -28,6 +28,7 @@
 #include "tools/notations.h"
 #include "tools/numbers.h"
 #include "tools/output.h"
+#include "tools/parser_errors.h"
 
 namespace qeo::tool {
 namespace {
@@ -146,94 +147,14 @@ ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
   return BadUsage(app, UsageError(problem));
 }
 
-using Words = std::vector<std::string>;
-
-// "--name=" without a value: the parser would take the next word, which was meant for another.
-std::string EmptyValueProblem(const Words& words) {
-  for (const std::string& word : words) {
-    if (word == "--") {
-      break;
-    }
-    if (word.rfind("--", 0) == 0 && word.find('=') == word.size() - 1) {
-      return Shortened(word.substr(0, word.size() - 1)) + ": must not be empty";
-    }
-  }
-  return "";
-}
-
-constexpr std::string_view kEndOfCommand = "++";  // to the parser, which drops it as a word
-
-std::ptrdiff_t CountEndsOfCommand(const Words& words) {
-  return std::count_if(words.begin(), words.end(), [](const std::string& word) {
-    const std::size_t size = kEndOfCommand.size();
-    return word.size() >= size && word.compare(word.size() - size, size, kEndOfCommand) == 0;
-  });
-}
-
-// Words are the values of options, alone or at their end ("-i++"), are not known, or are lost.
-std::string LostWordProblem(const CLI::App& app, const Words& words) {
-  std::ptrdiff_t kept = CountEndsOfCommand(app.remaining(true));
-  for (const CLI::App* command : app.get_subcommands()) {
-    for (const CLI::Option* option : command->get_options()) {
-      kept += CountEndsOfCommand(option->results());
-    }
-  }
-  return kept < CountEndsOfCommand(words) ? "\"++\" must follow \"--\"" : "";
-}
-
-// What the parser accepts and yet does not read as written.
-std::string WordsProblem(const CLI::App& app, const Words& words) {
-  const std::string problem = EmptyValueProblem(words);
-  return problem.empty() ? LostWordProblem(app, words) : problem;
-}
-
-// What the parser says in words of its own. An option of one value is given twice, or a flag has
-// one.
-std::string MismatchProblem(const CLI::App& app, const std::string& problem) {
-  constexpr std::string_view kOverride = " was given a disallowed flag override";
-  for (const CLI::App* command : app.get_subcommands()) {
-    for (const CLI::Option* option : command->get_options()) {
-      if (option->get_expected_max() == 1 && option->count() > 1) {
-        return option->get_name() + " is given twice";
-      }
-    }
-  }
-  const std::size_t end = problem.find(kOverride);
-  return end == std::string::npos ? "" : "--" + problem.substr(0, end) + " takes no value";
-}
-
-// Help goes before any other complaint, and a first word that is not a command is named.
+// Help goes before any complaint.
 ExitStatus BadCommandLine(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
   for (const CLI::App* command : app.get_subcommands()) {
     if (command->count("--help") > 0) {
       return PrintResult(app.help());
     }
   }
-  if (const std::string problem = WordsProblem(app, words); !problem.empty()) {
-    return BadUsage(app, problem);
-  }
-  const Words strangers = app.remaining();
-  if (app.get_subcommands().empty() && !strangers.empty()) {
-    return BadUsage(app, "unknown command " + Quoted(strangers.front()));
-  }
-  // An option that is not known is the likelier slip than the argument that is missing besides.
-  for (const std::string& stranger : app.remaining(true)) {
-    if (stranger.size() > 1 && stranger.front() == '-') {
-      return BadUsage(app, "The following argument was not expected: " + Quoted(stranger));
-    }
-  }
-  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    return BadUsage(
-        app, "The following argument was not expected: " + Quoted(app.remaining(true).front()));
-  }
-  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-    if (const std::string problem = MismatchProblem(app, error.what()); !problem.empty()) {
-      return BadUsage(app, Shortened(problem));
-    }
-  }
-  // Only the checks of this tool quote the value that they refuse.
-  const bool is_quoted = dynamic_cast<const CLI::ValidationError*>(&error) != nullptr;
-  return BadUsage(app, is_quoted ? error.what() : Shortened(error.what()));
+  return BadUsage(app, ParserProblem(app, words, error));
 }
 
 // What is wrong with the texts of a conversion and its other options taken together.
@@ -385,7 +306,8 @@ ExitStatus Run(int argc, char** argv) {
   CLI::App app(kDescription, "phoneme");
   app.require_subcommand(1);
   app.set_help_flag("-h,--help", "Print this help");
-  app.set_version_flag("--version", "phoneme " PHONEME_VERSION, "Print the version");
+  app.set_version_flag("--version", "phoneme " PHONEME_VERSION, "Print the version")
+      ->disable_flag_override();
   app.footer(kFooter);
   const CLI::App& convert = AddConvert(app, arguments, argc);
   const CLI::App& check = AddCheck(app, arguments, argc);

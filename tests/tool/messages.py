@@ -85,6 +85,7 @@ ALIASES = [b"{}\tnei\n", b"ni\t{}\n", b"ni\tnei\t{}\n", b"{}\n", b"# {}\nni\tnei
 IN_ARGUMENTS = [
     ["{}"],
     ["--{}"],
+    ["--version={}"],
     ["convert", "{}"],
     ["convert", "-l", "{}", "--to", "ids", "ni3"],
     ["convert", "-l", "mandarin", "--to", "{}", "ni3"],
@@ -98,6 +99,8 @@ IN_ARGUMENTS = [
     ["convert", "-l", "cantonese", "--to", "ids", "--default-tone", "{}", "nei"],
     ["convert", "-l", "mandarin", "--to", "ids", "--{}", "ni3"],
     ["convert", "-l", "mandarin", "--to", "ids", "-{}", "ni3"],
+    ["convert", "-l", "mandarin", "--to", "ids", "-q{}", "ni3"],
+    ["convert", "-l", "mandarin", "--to", "ids", "-q={}", "ni3"],
     ["convert", "-l", "mandarin", "--to", "ids", "--quiet={}", "ni3"],
     ["convert", "-l", "mandarin", "--to", "ids", "--to", "{}", "ni3"],
     ["convert", "-l", "mandarin", "--to", "ids", "{}"],

@@ -1,0 +1,23 @@
+#ifndef TOOLS_PARSER_ERRORS_H_
+#define TOOLS_PARSER_ERRORS_H_
+
+/// What is wrong with a command line, in the words of this tool: none of the parser's own reach the
+/// user.
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace qeo::tool {
+
+using Words = std::vector<std::string>;
+
+/// Returns what the parser accepts in `words` and yet does not read as written, or an empty text.
+std::string WordsProblem(const CLI::App& app, const Words& words);
+
+/// Returns what is wrong with `words`, which the parser has refused with `error`.
+std::string ParserProblem(const CLI::App& app, const Words& words, const CLI::ParseError& error);
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_PARSER_ERRORS_H_
