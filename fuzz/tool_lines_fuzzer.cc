@@ -68,7 +68,6 @@ class Checker {
       : expected_(SplitSlowly(text, longest_line)) {}
 
   void Add(const tool::Block& block) {
-    Expect(!block.text.empty(), "a block is not empty");
     if (block.is_overlong) {
       AddPart(block);
     } else {
@@ -80,7 +79,8 @@ class Checker {
 
  private:
   void AddLines(const tool::Block& block) {
-    Expect(part_.empty(), "a line that is too long comes to its end");
+    Expect(!block.text.empty(), "a block is not empty");
+    Expect(!is_in_line_, "a line that is too long comes to its end");
     Expect(block.first_line == next_ + 1, "the first line's number counts the lines before it");
     std::string_view rest = block.text;
     for (std::uint64_t left = block.line_count; left > 0; --left) {
@@ -99,12 +99,16 @@ class Checker {
     const SlowLine& expected = expected_[next_];
     Expect(expected.is_overlong, "the line is too long");
     Expect(block.first_line == next_ + 1, "each part has the line's number");
-    Expect(block.is_first_part == part_.empty(), "the first part is told");
-    Expect(block.line_count == (part_.empty() ? 1 : 0), "the line is counted once");
+    Expect(block.is_first_part == !is_in_line_, "the first part is marked");
+    Expect(block.line_count == (is_in_line_ ? 0 : 1), "the line is counted once");
+    is_in_line_ = !block.is_last_part;
     part_ += block.text;
     const std::string whole = expected.text + (expected.is_open ? "" : expected.end);
     Expect(part_ == whole.substr(0, part_.size()), "the parts are the line");
-    if (part_ != whole) return;
+    if (is_in_line_) return;
+    std::string_view last = block.text;
+    Expect(tool::TakeLine(last).end == expected.end, "the last part has the whole end");
+    Expect(part_ == whole, "the last part ends the line");
     ++next_;
     part_.clear();
   }
@@ -112,6 +116,7 @@ class Checker {
   std::vector<SlowLine> expected_;
   std::size_t next_ = 0;
   std::string part_;  // of a line that is too long, as far as it has come
+  bool is_in_line_ = false;
 };
 
 // Reads a file to its end, and closes it.

@@ -94,17 +94,26 @@ Glyph ReadEscaped(std::string_view text) {
   return glyph;
 }
 
+// Whether a mark would join a character of the text itself when it follows the glyph of `bytes`,
+// and not an escape or a quote, which would then look like another character.
+bool CarriesMarks(const Glyph& glyph, std::string_view bytes) {
+  return glyph.shown == bytes && bytes != "\"" && bytes != "\\";
+}
+
 // The glyphs of a text, as `read` makes them, that fit into `cells`.
 Excerpt Begin(std::string_view text, std::size_t cells, Glyph (*read)(std::string_view)) {
   constexpr std::size_t kBytesPerCell = 8;  // marks take no cell, and a letter may have many
   Excerpt excerpt;
   std::size_t used = 0;
+  bool carries_marks = false;
   while (!text.empty()) {
     Glyph glyph = read(text);
-    if (glyph.is_mark && excerpt.shown.empty()) {
-      const std::string hex = Hex(text.substr(0, glyph.size));
+    const std::string_view bytes = text.substr(0, glyph.size);
+    if (glyph.is_mark && !carries_marks) {
+      const std::string hex = Hex(bytes);
       glyph = {hex, hex.size(), glyph.size, false};
     }
+    carries_marks = CarriesMarks(glyph, bytes);
     used += glyph.cells;
     if (used > cells || excerpt.shown.size() + glyph.shown.size() > kBytesPerCell * cells) {
       excerpt.is_whole = false;

@@ -17,19 +17,37 @@ std::string EscapeCharacter(std::string_view character) {
   return quoted.substr(1, quoted.size() - 2);
 }
 
+// Whether a mark that follows some plain bytes of JSON would join a character of a text, and not a
+// quote or an escape.
+bool CarriesMarks(std::string_view plain) {
+  bool carries_marks = false;
+  while (!plain.empty()) {
+    const bool is_escape = plain.front() == '\\';
+    carries_marks = !is_escape && plain.front() != '"';
+    plain.remove_prefix(!is_escape ? 1 : plain[1] == 'u' ? 6 : 2);
+  }
+  return carries_marks;
+}
+
 }  // namespace
 
 void AppendJsonText(const Json& json, std::string& out) {
   const std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
   // Only in strings of JSON are characters beyond ASCII, so an escape can take their place.
+  bool carries_marks = false;
   for (std::string_view rest = text; !rest.empty();) {
-    const auto plain = std::find_if_not(rest.begin(), rest.end(), IsPlain) - rest.begin();
-    out += rest.substr(0, static_cast<std::size_t>(plain));
-    rest.remove_prefix(static_cast<std::size_t>(plain));
+    const auto size = std::find_if_not(rest.begin(), rest.end(), IsPlain) - rest.begin();
+    const std::string_view plain = rest.substr(0, static_cast<std::size_t>(size));
+    out += plain;
+    rest.remove_prefix(plain.size());
     if (!rest.empty()) {
       const Glyph glyph = ReadGlyph(rest);
       const std::string_view bytes = rest.substr(0, glyph.size);
-      out += glyph.shown == bytes ? glyph.shown : EscapeCharacter(bytes);
+      if (glyph.is_mark && !plain.empty()) {
+        carries_marks = CarriesMarks(plain);
+      }
+      carries_marks = glyph.shown == bytes && (!glyph.is_mark || carries_marks);
+      out += carries_marks ? glyph.shown : EscapeCharacter(bytes);
       rest.remove_prefix(glyph.size);
     }
   }

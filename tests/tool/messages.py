@@ -9,6 +9,7 @@ terminal obeys or nobody sees, and two texts never look alike.
 """
 
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -39,6 +40,8 @@ HOSTILE = {
     "dots": b'x"... (5 bytes)',
     "delete": b"x\x7f",
     "combining": ("x" + "\u0301" * 5000).encode(),
+    "marks": "\u0301\u0301x\u0301\x1b\u0301\"\u0301\\\u0301\u202e\u0301\u093e\u20dd".encode(),
+    "mark on a byte": b"x\xff\xcc\x81",
     "letters": b"xqxqxqxqxq",
 }
 LONG = b"xq\x1b[31m\\\""
@@ -140,6 +143,16 @@ def is_visible(character):
     return unicodedata.category(character) not in ("Cc", "Cf", "Zl", "Zp", "Cs", "Cn")
 
 
+def has_lost_mark(line):
+    """Whether a mark joins an escape, a quote or the beginning of a line."""
+    before = ""
+    for unit in re.findall(r"\\x[0-9a-f]{2}|\\u[0-9a-f]{4}|\\.|.", line):
+        if unicodedata.category(unit[0]).startswith("M") and (len(before) != 1 or before == '"'):
+            return True
+        before = before if unicodedata.category(unit[0]).startswith("M") else unit
+    return False
+
+
 def check_lines(where, output, count):
     """The lines of an output, which has as many as `count` if that is not None."""
     global messages
@@ -154,6 +167,8 @@ def check_lines(where, output, count):
         messages += 1
         if not all(map(is_visible, line)) or any(c in line for c in "\u3164\u115f\ufe0f"):
             fail(f"{where}: not all visible: {line!r}")
+        if has_lost_mark(line):
+            fail(f"{where}: a mark on what is not text: {line!r}")
         if len(line) > LONGEST:
             fail(f"{where}: {len(line)} characters: {line!r}")
     return text

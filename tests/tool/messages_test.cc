@@ -55,9 +55,53 @@ TEST(Quoted, ShortensToEightyCells) {
   EXPECT_EQ(Quoted(Repeat("你", 41)), '"' + Repeat("你", 40) + "\"... (123 bytes)");
   EXPECT_EQ(Quoted(Repeat("\x1b", 21)), '"' + Repeat("\\x1b", 20) + "\"... (21 bytes)");
   EXPECT_EQ(Quoted(Repeat("\"", 41)), '"' + Repeat("\\\"", 40) + "\"... (41 bytes)");
-  // Marks take no cell, and are bounded all the same.
   EXPECT_EQ(Quoted(Repeat("\xcc\x81", 500)),
-            R"("\xcc\x81)" + Repeat("\xcc\x81", 316) + "\"... (1000 bytes)");
+            '"' + Repeat(R"(\xcc\x81)", 10) + "\"... (1000 bytes)");
+  // Marks on a letter take no cell, and are bounded all the same.
+  EXPECT_EQ(Quoted('e' + Repeat("\xcc\x81", 500)),
+            "\"e" + Repeat("\xcc\x81", 319) + "\"... (1001 bytes)");
+}
+
+// A mark that joined an escape or a quote would make another character of it.
+TEST(Quoted, ShowsAMarkOnlyOnACharacterOfTheText) {
+  const std::string mark = "\xcc\x81";           // U+0301
+  const std::string spacing = "\xe0\xa4\xbe";    // U+093E, of category Mc
+  const std::string enclosing = "\xe2\x83\x9d";  // U+20DD, of category Me
+  const struct {
+    std::string text;
+    std::string quoted;
+    std::string json;
+  } cases[] = {
+      {mark, R"("\xcc\x81")", R"("\u0301")"},
+      {mark + mark + 'a' + mark, R"("\xcc\x81\xcc\x81a)" + mark + '"',
+       R"("\u0301\u0301a)" + mark + '"'},
+      {"e" + mark + mark, "\"e" + mark + mark + '"', "\"e" + mark + mark + '"'},
+      {" " + mark, "\" " + mark + '"', "\" " + mark + '"'},
+      {"你" + mark, "\"你" + mark + '"', "\"你" + mark + '"'},
+      {"\x1b" + mark, R"("\x1b\xcc\x81")", R"("\u001b\u0301")"},
+      {"\x7f" + mark, R"("\x7f\xcc\x81")", R"("\u007f\u0301")"},
+      {"\n" + mark, R"("\x0a\xcc\x81")", R"("\n\u0301")"},
+      {"\"" + mark + mark, R"("\"\xcc\x81\xcc\x81")", R"("\"\u0301\u0301")"},
+      {"\\" + mark, R"("\\\xcc\x81")", R"("\\\u0301")"},
+      {"\\n" + mark, R"("\\n)" + mark + '"', R"("\\n)" + mark + '"'},
+      {"\\u0041" + mark, R"("\\u0041)" + mark + '"', R"("\\u0041)" + mark + '"'},
+      {kBidi + mark, R"("\xe2\x80\xae\xcc\x81")", R"("\u202e\u0301")"},
+      {spacing + 'a' + spacing, R"("\xe0\xa4\xbea)" + spacing + '"', R"("\u093ea)" + spacing + '"'},
+      {enclosing + "\x1b" + enclosing, R"("\xe2\x83\x9d\x1b\xe2\x83\x9d")",
+       R"("\u20dd\u001b\u20dd")"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(Quoted(c.text), c.quoted);
+    EXPECT_EQ(Presentable(Quoted(c.text)), c.quoted);
+    std::string json;
+    AppendJsonText(Json(c.text), json);
+    EXPECT_EQ(json, c.json);
+    EXPECT_EQ(Json::parse(json), Json(c.text));
+  }
+  EXPECT_EQ(Quoted("\xff" + mark), R"("\xff\xcc\x81")");
+  std::string json;
+  AppendJsonText(Json({{"a", mark}, {"b" + mark, {mark, "c"}}}), json);
+  EXPECT_EQ(json, R"({"a":"\u0301","b)" + mark + R"(":["\u0301","c"]})");
 }
 
 TEST(QuotedName, HasRoomForALongPath) {
