@@ -276,6 +276,54 @@ def test_no_text_covers_another_or_leaves_the_page(picture: str) -> None:
             assert overlap < 3, (text, other_text)
 
 
+def cells_of(figure: Any) -> list[tuple[Any, list[Any]]]:
+    """The extent of each box, and the texts in it from top to bottom."""
+    texts = sorted(texts_of(figure), key=lambda text: float(text.get_position()[1]))
+    points = figure.axes[0].transData.transform([text.get_position() for text in texts])
+    extents = [box.get_extents() for box in boxes_of(figure)]
+    inside = [((e.min < points) & (points < e.max)).all(axis=1) for e in extents]
+    return [(extent, list(itertools.compress(texts, which))) for extent, which in zip(extents, inside)]
+
+
+def widest_counts(language: str) -> Coverage:
+    counts = coverage([], language)
+    counts.syllables.update({row.id: 888 * 10**15 for row in phoneme.syllables(language)})
+    return counts
+
+
+@pytest.mark.parametrize(
+    "language, name, sizes",
+    [
+        # In pixels: of the syllable, and of its count below it.
+        ("mandarin", "zhuang", [9.5, 8]),
+        ("mandarin", "yo", [8.5, 6.5]),  # half a cell each, which is half as wide
+        ("mandarin", "you", [8.5, 6.5]),
+        ("cantonese", "gwaang", [9.5, 8]),
+    ],
+)
+def test_sizes_of_a_syllable_and_its_count(language: str, name: str, sizes: list[float]) -> None:
+    figure = chart(language, lexicon=widest_counts(language))
+    cells = [texts for _, texts in cells_of(figure)]
+    cell = next(texts for texts in cells if texts and texts[0].get_text() == name)
+    assert [text.get_text() for text in cell] == [name, "888P"]
+    assert [text.get_fontsize() * figure.dpi / 72 for text in cell] == pytest.approx(sizes)
+
+
+@on_grids
+def test_no_text_leaves_its_cell(language: Language) -> None:
+    gap = 1.5  # between two boxes, in pixels
+    for figure in (chart(language), chart(language, lexicon=widest_counts(language.name.lower()))):
+        renderer = FigureCanvasAgg(figure).get_renderer()
+        checked = 0
+        for cell, texts in cells_of(figure):
+            for text in texts:
+                extent = text.get_window_extent(renderer)
+                assert cell.x0 - gap / 2 <= extent.x0, text.get_text()
+                assert extent.x1 <= cell.x1 + gap / 2, text.get_text()
+                checked += 1
+        assert checked >= len(phoneme.syllables(language))
+
+
 def luminance(color: str) -> float:
     parts = matplotlib.colors.to_rgb(color)
     linear = [c / 12.92 if c <= 0.04045 else ((c + 0.055) / 1.055) ** 2.4 for c in parts]
