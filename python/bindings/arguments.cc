@@ -2,8 +2,10 @@
 
 #include "bindings/arguments.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 
 #include "bindings/languages.h"
@@ -134,6 +136,11 @@ int LanguageArgument(PyObject* language, PyObject* fallback) {
                         sp::KnownLanguages());
 }
 
+void CheckIterable(PyObject* object, const char* what) {
+  if (Py_TYPE(object)->tp_iter != nullptr || PySequence_Check(object) != 0) return;
+  throw py::type_error(what + (" must be iterable, not " + TypeName(object)));
+}
+
 long IntegerArgument(PyObject* integer, long least, long most, const char* what) {
   const py::object index = IndexOf(integer);
   if (!index) {
@@ -146,18 +153,39 @@ long IntegerArgument(PyObject* integer, long least, long most, const char* what)
                         std::to_string(most) + ", not " + Shown(index.ptr()));
 }
 
-std::string TypeName(PyObject* object) { return Py_TYPE(object)->tp_name; }
+namespace {
+
+void AppendEscape(Py_UCS4 c, std::string& bytes) {
+  char escape[sizeof "\\U0010ffff"];
+  const char* form = c < 0x100 ? "\\x%02x" : c < 0x10000 ? "\\u%04x" : "\\U%08x";
+  std::snprintf(escape, sizeof escape, form, static_cast<unsigned>(c));
+  bytes += escape;
+}
+
+}  // namespace
+
+std::string Presentable(PyObject* text) {
+  constexpr Py_ssize_t kLongest = 60;
+  const Py_ssize_t length = PyUnicode_GetLength(text);
+  if (length < 0) throw py::error_already_set();
+  std::string bytes;
+  for (Py_ssize_t i = 0; i < std::min(length, kLongest); ++i) {
+    const Py_UCS4 c = PyUnicode_ReadChar(text, i);
+    Py_UNICODE_ISPRINTABLE(c) ? AppendUtf8(c, bytes) : AppendEscape(c, bytes);
+  }
+  return length > kLongest ? bytes + "..." : bytes;
+}
+
+std::string TypeName(PyObject* object) {
+  const py::str name(Py_TYPE(object)->tp_name);
+  return Presentable(name.ptr());
+}
 
 std::string Shown(PyObject* object) {
   int overflow = 0;
   if (PyLong_Check(object)) PyLong_AsLongAndOverflow(object, &overflow);
   if (overflow != 0) return "an int of more than 64 bits";
-  constexpr Py_ssize_t kLongest = 60;
-  const py::str shown = py::repr(object);
-  if (PyUnicode_GET_LENGTH(shown.ptr()) <= kLongest) return std::string(shown);
-  const auto begin = py::reinterpret_steal<py::str>(PyUnicode_Substring(shown.ptr(), 0, kLongest));
-  if (!begin) throw py::error_already_set();
-  return std::string(begin) + "...";
+  return Presentable(py::repr(object).ptr());
 }
 
 }  // namespace qeo::python

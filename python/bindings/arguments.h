@@ -42,15 +42,22 @@ bool FlagArgument(PyObject* flag);
 /// mistake more often than on purpose. Exceptions other than TypeError come through.
 py::object IndexOf(PyObject* object);
 
+/// A TypeError that calls an object `what`, unless it is of an iterable type.
+void CheckIterable(PyObject* object, const char* what);
+
 /// An integer from `least` to `most`; a ValueError that calls it `what` outside, a TypeError when
 /// it is not an integer.
 long IntegerArgument(PyObject* integer, long least, long most, const char* what);
 
+/// A str as error messages repeat it: its first 60 characters, those that are not printable as
+/// escapes. All that comes from outside passes through here.
+std::string Presentable(PyObject* text);
+
 /// How error messages call the type of an object.
 std::string TypeName(PyObject* object);
 
-/// How error messages show an object: by the first 60 characters of its repr, or in words where it
-/// is a number of too many digits.
+/// How error messages show an object: by its repr, or in words where it is a number of too many
+/// digits.
 std::string Shown(PyObject* object);
 
 }  // namespace qeo::python

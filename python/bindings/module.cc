@@ -2,6 +2,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include "bindings/arguments.h"
 #include "bindings/batches.h"
 #include "bindings/conversions.h"
 #include "bindings/fastcall.h"
@@ -26,8 +27,22 @@ py::object RequireMainInterpreter(Arguments /*none*/) {
   return py::none();
 }
 
+// What the package's own messages show, see arguments.h.
+
+// presentable(text)
+py::object PresentableText(Arguments arguments) { return py::str(Presentable(arguments[0])); }
+
+// shown(object)
+py::object ShownObject(Arguments arguments) { return py::str(Shown(arguments[0])); }
+
+// type_name(object)
+py::object TypeNameOf(Arguments arguments) { return py::str(TypeName(arguments[0])); }
+
 PyMethodDef methods[] = {
     Method<RequireMainInterpreter, 0>("require_main_interpreter"),
+    Method<PresentableText, 1>("presentable"),
+    Method<ShownObject, 1>("shown"),
+    Method<TypeNameOf, 1>("type_name"),
     {},
 };
 

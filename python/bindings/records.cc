@@ -281,6 +281,7 @@ py::object FilledSyllable(int language, py::object phones, std::uint32_t code, s
 
 // Phones as an exact tuple, so that no subclass can change one or build a cycle.
 py::object PhoneTuple(PyObject* phones) {
+  CheckIterable(phones, "phones");
   auto tuple = py::reinterpret_steal<py::object>(PySequence_Tuple(phones));
   if (!tuple) throw py::error_already_set();
   for (Py_ssize_t i = 0; i < PyTuple_GET_SIZE(tuple.ptr()); ++i) {

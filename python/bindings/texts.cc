@@ -50,6 +50,7 @@ ObjectReader::ObjectReader(py::handle texts, bool takes_missing) : takes_missing
   if (IsText(texts)) {
     throw py::type_error("a batch takes many texts, not one " + TypeName(texts.ptr()));
   }
+  CheckIterable(texts.ptr(), "the texts of a batch");
   iterator_ = py::reinterpret_steal<py::object>(PyObject_GetIter(texts.ptr()));
   if (!iterator_) throw py::error_already_set();
   const Py_ssize_t hint = PyObject_LengthHint(texts.ptr(), 0);

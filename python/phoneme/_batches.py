@@ -22,7 +22,7 @@ from typing import (
 )
 
 from phoneme import _core
-from phoneme._core import Syllable
+from phoneme._core import Syllable, type_name
 from phoneme._errors import Errors, LanguageName, Text, check_errors
 from phoneme._notation import AliasesLike, Cutting, Rules, core_aliases, cutting_number, rule_bits
 from phoneme._numpy import import_numpy, import_pyarrow
@@ -81,7 +81,7 @@ class Batch(Sequence[Optional[Result]]):
         try:
             place = operator.index(index)
         except TypeError:
-            what = type(index).__name__
+            what = type_name(index)
             raise TypeError(f"batch indices must be integers or slices, not {what}") from None
         count = len(self)
         if not -count <= place < count:
@@ -308,9 +308,9 @@ def _source(texts: Texts) -> tuple[Texts, Optional[Bytes]]:
         return texts, _status_of(texts[1])
     # An iteration would give the keys or the names of columns in the place of texts.
     if isinstance(texts, Mapping):
-        raise TypeError(f"a batch takes many texts, not a mapping: {type(texts).__name__}")
+        raise TypeError(f"a batch takes many texts, not a mapping: {type_name(texts)}")
     if getattr(texts, "ndim", 1) > 1:
-        raise TypeError(f"a batch takes texts in one dimension, not a {type(texts).__name__}")
+        raise TypeError(f"a batch takes texts in one dimension, not a {type_name(texts)}")
     return texts, None
 
 
@@ -528,7 +528,7 @@ def to_arrow(batch: Batch[Any]) -> Any:
         columns = [pa.array(batch.codes), pa.array(batch.tones), phones]
         values = pa.StructArray.from_arrays(columns, names=["code", "tone", "phones"])
     else:
-        raise TypeError(f"to_arrow takes what a batch function returns, not {type(batch).__name__}")
+        raise TypeError(f"to_arrow takes what a batch function returns, not {type_name(batch)}")
     # A list whose offset is null is null itself; the last offset belongs to no list.
     is_null = np.append(batch.status != 0, False)
     return pa.LargeListArray.from_arrays(pa.array(batch.offsets, mask=is_null), values)

@@ -10,7 +10,8 @@ from dataclasses import dataclass, field, replace
 from typing import Union
 
 import phoneme
-from phoneme._errors import LanguageName, Text, named
+from phoneme._core import type_name
+from phoneme._errors import LanguageName, Text, is_iterable, named
 
 Entries = Iterable[Union[Text, tuple[Text, Text]]]
 Lexicon = Union[str, os.PathLike[str], Mapping[Text, Text], Entries]
@@ -133,11 +134,12 @@ def _lexicon_name(lexicon: Lexicon) -> str:
 
 def _check_types(lexicon: Lexicon, column: int) -> None:
     if isinstance(column, bool) or not hasattr(column, "__index__"):
-        raise TypeError(f"column must be an int, not {type(column).__name__}")
+        raise TypeError(f"column must be an int, not {type_name(column)}")
     # Bytes would be numbers, and a table with columns the names of these.
-    if isinstance(lexicon, (bytes, bytearray)) or getattr(lexicon, "ndim", 1) != 1:
+    is_other = isinstance(lexicon, (bytes, bytearray)) or getattr(lexicon, "ndim", 1) != 1
+    if is_other or not (is_iterable(lexicon) or isinstance(lexicon, os.PathLike)):
         takes = "a path as str or os.PathLike, a mapping or an iterable of pronunciations or pairs"
-        raise TypeError(f"a lexicon is {takes}, not {type(lexicon).__name__}")
+        raise TypeError(f"a lexicon is {takes}, not {type_name(lexicon)}")
 
 
 def _pronunciations(lexicon: Lexicon, column: int) -> Iterator[str]:
@@ -150,7 +152,7 @@ def _pronunciations(lexicon: Lexicon, column: int) -> Iterator[str]:
         if isinstance(text, bytes):
             text = text.decode("utf-8", "surrogateescape")
         if not isinstance(text, str):
-            raise TypeError(f"entry {index} of the lexicon is {type(entry).__name__}, not a text")
+            raise TypeError(f"entry {index} of the lexicon is {type_name(entry)}, not a text")
         yield text
 
 
@@ -164,8 +166,13 @@ def _column_of_file(path: str | os.PathLike[str], column: int) -> Iterator[str]:
             if not 0 <= column < len(fields):
                 count = "1 field" if len(fields) == 1 else f"{len(fields)} fields"
                 reason = f"no column {column} in {count}; tabs separate them, the first is 0"
-                raise ValueError(f"{os.fspath(path)}:{number}: {reason}")
+                raise ValueError(f"{_escaped(path)}:{number}: {reason}")
             yield fields[column]
+
+
+def _escaped(path: str | os.PathLike[str]) -> str:
+    """The name of a file as a terminal can show it, and whole, so that an editor finds it."""
+    return repr(os.fsdecode(path))[1:-1]
 
 
 def usable_phones(language: phoneme.Language) -> list[phoneme.Phone]:

@@ -21,6 +21,7 @@ from typing import (
 )
 
 from phoneme import _core
+from phoneme._core import shown
 
 LanguageName = Union[str, SupportsIndex]
 Text = Union[str, bytes]
@@ -69,13 +70,6 @@ class ConversionError(ValueError):
         return where if is_all else f"{where}: {shown(self.text)}"
 
 
-def shown(thing: object) -> str:
-    """A thing as messages show it: by the first 60 characters of its repr."""
-    longest = 60
-    text = repr(thing)
-    return text if len(text) <= longest else text[:longest] + "..."
-
-
 def listed(messages: Iterable[str], separator: str = "; ") -> str:
     """The first ten messages, and how many more there are."""
     most = 10
@@ -83,6 +77,10 @@ def listed(messages: Iterable[str], separator: str = "; ") -> str:
     first = list(itertools.islice(remaining, most))
     more = sum(1 for _ in remaining)
     return separator.join(first) + (f"{separator}and {more} more" if more else "")
+
+
+def is_iterable(thing: object) -> bool:
+    return hasattr(thing, "__iter__") or hasattr(thing, "__getitem__")
 
 
 def named(language: LanguageName) -> str:

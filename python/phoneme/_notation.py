@@ -27,11 +27,12 @@ from typing import (
 )
 
 from phoneme import _core
-from phoneme._core import Syllable
+from phoneme._core import Syllable, presentable, type_name
 from phoneme._errors import (
     Errors,
     LanguageName,
     Text,
+    is_iterable,
     listed,
     raise_for_item,
     settle,
@@ -257,7 +258,7 @@ class Aliases(Mapping[str, str]):
     def __init__(self, aliases: Mapping[str, str]) -> None:
         if not hasattr(aliases, "keys"):
             takes = "aliases must be a mapping of spellings to syllables"
-            raise TypeError(f"{takes}, not {type(aliases).__name__}")
+            raise TypeError(f"{takes}, not {type_name(aliases)}")
         given = dict(aliases)
         self._table, self._aliases, errors = _core.parse_aliases(_alias_lines(given))
         if errors or self._aliases != given:
@@ -285,9 +286,10 @@ class Aliases(Mapping[str, str]):
 
 
 def _short(message: str) -> str:
-    """A message whose quoted text, which is in the middle, may be long."""
-    ends = 60
-    return message if len(message) <= 2 * ends else f"{message[:ends]}...{message[-ends:]}"
+    """A message whose quoted text, which is in the middle, may be long, and anything."""
+    most = 60  # characters that presentable leaves
+    begin, end = presentable(message[:most]), presentable(message[most:][-most:])
+    return f"{begin}...{end}" if len(message) > 2 * most else begin + end
 
 
 def _alias_lines(aliases: Mapping[str, str]) -> str:
@@ -351,7 +353,7 @@ def rule_bits(rules: Rules) -> Optional[int]:
     if rules is None:
         return None
     if isinstance(rules, (str, bytes)) or not hasattr(rules, "__iter__"):
-        what = f"rules must be an iterable of rules, not one {type(rules).__name__}"
+        what = f"rules must be an iterable of rules, not one {type_name(rules)}"
         raise TypeError(f"{what}; {_KNOWN_RULES}")
     names = [rule.value if isinstance(rule, Rule) else rule for rule in rules]
     unknown = {shown(name) for name in names if not isinstance(name, str) or name not in _SWITCHES}
@@ -543,6 +545,12 @@ def cut_whole(
 SyllablesOrCodes = Union[Iterable[int], Iterable[Syllable]]
 
 
+def _items(syllables: SyllablesOrCodes) -> tuple[Any, ...]:
+    if not is_iterable(syllables):
+        raise TypeError(f"syllables must be iterable, not {type_name(syllables)}")
+    return tuple(syllables)
+
+
 def _with_spaces(spacing: str) -> bool:
     if spacing not in ("word", "space"):
         raise ValueError(f"spacing must be 'word' or 'space', not {shown(spacing)}")
@@ -586,7 +594,7 @@ def marked_pinyin(
     ConversionError, or None with errors="none". A code outside of 0 to 65535 is always a
     ValueError.
     """
-    items = tuple(syllables)
+    items = _items(syllables)
     return _written(_core.marked_pinyin(items, _with_spaces(spacing)), items, errors, "mandarin")
 
 
@@ -612,7 +620,7 @@ def jyutping(
 
     Codes and what cannot be written are as with `marked_pinyin`.
     """
-    items = tuple(syllables)
+    items = _items(syllables)
     return _written(_core.jyutping(items, _with_spaces(spacing)), items, errors, "cantonese")
 
 
@@ -639,7 +647,7 @@ def pronunciation_string(
     Cannot be written: a syllable without phones or with None for one, and a phone of another
     language than the first one's. Failures are as with `marked_pinyin`.
     """
-    items = tuple(syllables)
+    items = _items(syllables)
     result = _core.pronunciation_string(items)  # a TypeError for what has no language
     language: LanguageName = items[0].language if items else "mandarin"
     return _written(result, items, errors, language)

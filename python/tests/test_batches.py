@@ -501,8 +501,8 @@ def test_names_and_keys_are_no_texts(function: Any) -> None:
         ({"ni3": 1}, mapping + "dict"),
         (Counter(["ni3"]), mapping + "Counter"),
         (pd.DataFrame({"ni3": ["hao3"], "ma5": ["hao3"]}), table + "DataFrame"),
-        (np.array([["ni3"], ["hao3"]]), table + "ndarray"),
-        (np.array([[]]), table + "ndarray"),
+        (np.array([["ni3"], ["hao3"]]), table + "numpy.ndarray"),
+        (np.array([[]]), table + "numpy.ndarray"),
     ):
         with pytest.raises(TypeError) as caught:
             function(texts)

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import pickle
 import types
+from pathlib import Path
 from typing import Any
 
 import numpy as np
@@ -345,6 +346,89 @@ BOOLS: list[Any] = [
 def test_a_bool_is_not_a_number(call: Any) -> None:
     with pytest.raises(TypeError, match="not bool"):
         call()
+
+
+HOSTILE = "E\x1b[2J\n\u202e" + "x" * 1_000_000
+HOSTILE_AS_SHOWN = r"E\x1b[2J\x0a\u202e" + "x" * 53 + "..."
+Hostile: Any = type(HOSTILE, (), {})
+HostileMapping: Any = type(HOSTILE, (dict,), {})
+HostileTable: Any = type(HOSTILE, (), {"ndim": 2})
+
+TYPES_IN_MESSAGES: list[Any] = [
+    lambda: phoneme.py2ph(Hostile()),
+    lambda: phoneme.py2ph("ni3", Hostile()),
+    lambda: phoneme.phone(Hostile()),
+    lambda: phoneme.code2ph(Hostile()),
+    lambda: phoneme.ph2ph(Hostile()),
+    lambda: phoneme.py2code_batch(["ni3", Hostile()]),
+    lambda: phoneme.py2code_batch(Hostile()),
+    lambda: phoneme.py2code_batch(HostileMapping()),
+    lambda: phoneme.py2code_batch(HostileTable()),
+    lambda: phoneme.py2code_batch((Hostile(), np.zeros(1, np.int64))),
+    lambda: phoneme.py2code_batch(["ni3"])[Hostile()],
+    lambda: phoneme.normalize_jyutping("ni5", aliases=Hostile()),
+    lambda: phoneme.normalize_pinyin("ni5", rules=Hostile()),
+    lambda: phoneme.Phone(Hostile(), "mandarin"),
+    lambda: phoneme.Syllable([Hostile()], "mandarin"),
+    lambda: phoneme.Syllable(Hostile(), "mandarin"),
+    lambda: phoneme.marked_pinyin([Hostile()]),
+    lambda: phoneme.marked_pinyin(Hostile()),
+    lambda: phoneme.jyutping(Hostile()),
+    lambda: phoneme.pronunciation_string([Hostile()]),
+    lambda: phoneme.pronunciation_string(Hostile()),
+    lambda: phoneme.charts.coverage(Hostile()),
+    lambda: phoneme.charts.coverage(["ni3", Hostile()]),
+    lambda: phoneme.charts.coverage([], column=Hostile()),
+]
+
+
+@pytest.mark.parametrize("call", TYPES_IN_MESSAGES)
+def test_names_of_types_in_messages_are_escaped_and_bounded(call: Any) -> None:
+    with pytest.raises(TypeError) as caught:
+        call()
+    message = str(caught.value)
+    assert HOSTILE_AS_SHOWN in message and message.isprintable() and len(message) < 400
+
+
+class HostileText(str):
+    """A text with a repr of its own."""
+
+    def __repr__(self) -> str:
+        return "\x1b[2J\u202e\ud800\U000e0001" + "y" * 1_000_000
+
+
+VALUES_IN_MESSAGES: list[Any] = [
+    lambda: phoneme.py2ph("ni3", HostileText("x")),
+    lambda: phoneme.py2ph("ni3", errors=HostileText("x")),  # type: ignore[call-overload]
+    lambda: phoneme.phone(HostileText("?")),
+    lambda: phoneme.analyze("ni3", rules=[HostileText("x")]),
+    lambda: phoneme.analyze("ni3", cutting=HostileText("x")),  # type: ignore[arg-type]
+    lambda: phoneme.marked_pinyin([2243], spacing=HostileText("x")),  # type: ignore[call-overload]
+    lambda: phoneme.Aliases({HostileText("0"): "ngai"}),
+    lambda: phoneme.chart("mandarin", path=HostileText("x")),
+]
+
+
+@pytest.mark.parametrize("call", VALUES_IN_MESSAGES)
+def test_values_in_messages_are_escaped_and_bounded(call: Any) -> None:
+    with pytest.raises(ValueError) as caught:
+        call()
+    message = str(caught.value)
+    shown = r"\x1b[2J\u202e\ud800\U000e0001" + "y" * 53 + "..."
+    assert shown in message and message.isprintable() and len(message) < 400
+
+
+def test_texts_of_tables_in_messages_are_escaped(tmp_path: Path) -> None:
+    for alias in ("\x1b[2J\u202e" + "x" * 20, "\x1b[2J\u202e" + "x" * 1_000_000):
+        for call in (lambda: phoneme.parse_aliases(alias + "\tngai"), lambda: phoneme.Aliases({alias: "ngai"})):
+            with pytest.raises(ValueError, match=r'"\\x1b\[2J\\u202exxx') as caught:
+                call()
+            assert str(caught.value).isprintable() and len(str(caught.value)) < 400
+    path = tmp_path / "\x1b[2J\u202e.tsv"
+    path.write_text("ni3\n")
+    with pytest.raises(ValueError, match=r"/\\x1b\[2J\\u202e[.]tsv:1: no column 1 in 1 field") as caught:
+        phoneme.charts.coverage(path)
+    assert str(caught.value).isprintable()
 
 
 def test_messages_stay_short() -> None:
