@@ -159,10 +159,13 @@ __all__ = [
 
 # Public names are at home here, for tracebacks, for pickles that outlive a change of files, and for
 # the examples, which run among these names. Phone, Syllable and SyllableRow are so already.
-for _public in [globals()[_name] for _name in __all__]:
-    if isinstance(_public, type) and getattr(_public, "__annotations__", None):
+def _move(public: _typing.Any) -> None:
+    if isinstance(public, type) and getattr(public, "__annotations__", None):
         # Names in annotations are looked up in the module that the class is about to leave.
-        _public.__annotations__.update(_typing.get_type_hints(_public))
-    if _public.__module__ != __name__:
-        _public.__module__ = __name__
-del _public
+        public.__annotations__.update(_typing.get_type_hints(public))
+    if public.__module__ != __name__:
+        public.__module__ = __name__
+
+
+for _name in __all__:
+    _move(globals()[_name])

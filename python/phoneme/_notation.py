@@ -27,7 +27,7 @@ from typing import (
 )
 
 from phoneme import _core
-from phoneme._core import Syllable, presentable, type_name
+from phoneme._core import Syllable, presentable, shown, type_name
 from phoneme._errors import (
     Errors,
     LanguageName,
@@ -36,7 +36,6 @@ from phoneme._errors import (
     listed,
     raise_for_item,
     settle,
-    shown,
 )
 
 if TYPE_CHECKING:

@@ -8,7 +8,7 @@ from collections.abc import Callable, Iterable
 from functools import lru_cache
 from typing import TYPE_CHECKING, Any, NamedTuple
 
-from phoneme._errors import shown
+from phoneme._core import shown
 
 if TYPE_CHECKING:
     from matplotlib.figure import Figure

@@ -88,8 +88,22 @@ def test_examples_pass_mypy(programs: Path) -> None:
     _check(programs, [*mypy, "--cache-dir", "cache", "."], MYPYPATH=PACKAGES)
 
 
-@pytest.mark.skipif(shutil.which("pyright") is None, reason="pyright is not installed")
-def test_examples_pass_pyright(programs: Path) -> None:
-    settings = {"typeCheckingMode": "strict", "extraPaths": [PACKAGES]}
-    (programs / "pyrightconfig.json").write_text(json.dumps(settings), "utf-8")
-    _check(programs, ["pyright", "--pythonpath", sys.executable])
+@pytest.mark.skipif(shutil.which("pyright") is None, reason="scripts/test-python installs pyright")
+def test_examples_and_public_types_pass_pyright(programs: Path, tmp_path: Path) -> None:
+    (tmp_path / "programs").symlink_to(programs)
+    (tmp_path / "installed").symlink_to(PACKAGES)
+    wrong = 'import phoneme\nname: str = phoneme.phone("n", errors="none").name\n'
+    (tmp_path / "wrong.py").write_text(wrong, "utf-8")
+    public = [f"installed/phoneme/{name}" for name in ("__init__.py", "_core.pyi")]
+    settings = {
+        "typeCheckingMode": "strict",
+        "include": ["programs", "wrong.py", *public],
+        "extraPaths": ["installed"],
+    }
+    (tmp_path / "pyrightconfig.json").write_text(json.dumps(settings), "utf-8")
+    command = ["pyright", "--pythonpath", sys.executable, "--outputjson"]
+    result = subprocess.run(command, cwd=tmp_path, capture_output=True, check=False)
+    report = json.loads(result.stdout)
+    assert report["summary"]["filesAnalyzed"] == len(list(programs.glob("*.py"))) + 1 + len(public)
+    found = [(Path(entry["file"]).name, entry["rule"]) for entry in report["generalDiagnostics"]]
+    assert found == [("wrong.py", "reportOptionalMemberAccess")], report["generalDiagnostics"]
