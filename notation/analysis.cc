@@ -6,17 +6,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "notation/apostrophe.h"
 #include "notation/characters.h"
 #include "notation/cut_cost.h"
+#include "notation/hints.h"
 #include "notation/normalizer.h"
 #include "notation/run_parts.h"
 #include "notation/suggestion.h"
-#include "notation/syllable_set.h"
 #include "notation/syllable_table.h"
 #include "notation/syllable_tree.h"
-#include "notation/text_reader.h"
-#include "notation/word.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
@@ -27,7 +24,7 @@ using internal::ReadCharacter;
 using internal::RunPart;
 using internal::SyllableTree;
 
-constexpr char kNoDigit = '\0';
+constexpr char kNoDigit = internal::kNoTone;
 
 bool EndsPhone(char c) { return c <= ' '; }  // of a known phone's letters, digits and white space
 
@@ -41,37 +38,6 @@ void SortProblems(std::vector<Problem>& problems) {
   const auto comes_first = ComesFirst<Problem, Problem>;
   if (std::is_sorted(problems.begin(), problems.end(), comes_first)) return;
   std::stable_sort(problems.begin(), problems.end(), comes_first);
-}
-
-// Whether bytes are small letters and a digit, of which no rule changes one.
-bool ArePlain(std::string_view bytes) {
-  const auto is_plain = [](char c) { return ascii::IsSmall(c) && c != 'v'; };
-  return ascii::IsDigit(bytes.back()) && std::all_of(bytes.begin(), bytes.end() - 1, is_plain);
-}
-
-// Writes v where the letters that a rule reads as "lve" and "nve" have u.
-void Respell(std::string& letters) {
-  for (const std::string_view respelled : {"lue", "nue"}) {
-    std::size_t at = letters.find(respelled);
-    for (; at != std::string::npos; at = letters.find(respelled, at)) letters[at + 1] = 'v';
-  }
-}
-
-// Writes a guess into a problem, about what is written in `piece`, with a digit or none.
-void SetHint(int language, const internal::Guess& guess, Range piece, char digit,
-             Problem& problem) {
-  if (guess.hint == Hint::kNone) return;
-  problem.hint = guess.hint;
-  problem.piece = piece;
-  if (guess.hint == Hint::kGap) {
-    problem.initial = guess.initial;
-    problem.final = guess.final;
-    return;
-  }
-  const auto code = static_cast<unsigned short>(guess.row * internal::kTonesPerRow);
-  problem.suggestion = sp::code2py(language, code, false);
-  const auto tone = static_cast<unsigned>(digit - '0');
-  if (digit != kNoDigit && internal::IsTone(language, tone)) problem.suggestion += digit;
 }
 
 // Reads Chinese.
@@ -91,7 +57,8 @@ class SyllableReader {
     Analysis analysis;
     analysis.problems = std::move(normalized_.problems);
     FindPieces();
-    for (Problem& problem : analysis.problems) AddHint(problem);
+    internal::Hints hints(language_, text_, rules_);
+    for (Problem& problem : analysis.problems) hints.Add(problem);
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
       const std::size_t limit =
           i + 1 < pieces_.size() ? OriginOf(pieces_[i + 1].begin) : text_.size();
@@ -129,11 +96,6 @@ class SyllableReader {
   Range RangeOf(const ReadPiece& piece, std::size_t limit);
   void Place(std::size_t index, Analysis& analysis);
   Problem ProblemOf(std::size_t index, ProblemKind kind);
-  void AddHint(Problem& problem);
-  void AddHintToRun(std::string_view letters, Problem& problem);
-  void SetRunHint(const internal::Guess& guess, internal::Piece piece, Problem& problem) const;
-  std::size_t CountMarks(internal::Piece piece) const;
-  void FindWrongMarks(std::string_view letters);
   void AddSyllableRecords(std::vector<AnalyzedSyllable>& syllables) const;
 
   std::size_t OriginOf(std::size_t index) const { return normalized_.origins[index]; }
@@ -150,8 +112,7 @@ class SyllableReader {
   std::vector<PieceGuess> guesses_;  // in the order of the pieces
   std::size_t next_guess_ = 0;       // the first that is not of a piece before the next one
   std::size_t next_applied_ = 0;     // the first application that is not before the next piece
-  std::vector<RunPart> parts_;       // of the word or run that is looked at
-  internal::Word word_;              // the same of the problem
+  std::vector<RunPart> parts_;       // of the word that is looked at
 };
 
 void SyllableReader::FindPieces() {
@@ -226,92 +187,9 @@ Problem SyllableReader::ProblemOf(std::size_t index, ProblemKind kind) {
   Problem problem = {kind, pieces_[index].range, {}};
   const auto& [piece, guess, first, last] = guesses_[next_guess_++];
   const std::size_t offset = pieces_[first].range.offset;
-  SetHint(language_, guess, {offset, pieces_[last].range.end() - offset}, kNoDigit, problem);
+  internal::SetHint(language_, guess, {offset, pieces_[last].range.end() - offset}, kNoDigit,
+                    problem);
   return problem;
-}
-
-// Adds the hint to a problem that the normaliser found.
-void SyllableReader::AddHint(Problem& problem) {
-  if (problem.kind != ProblemKind::kUnknownSyllable) return;
-  const std::string_view bytes = text_.substr(problem.range.offset, problem.range.length);
-  if (ArePlain(bytes)) {
-    const std::string_view letters = bytes.substr(0, bytes.size() - 1);
-    return SetHint(language_, internal::GuessSyllable(language_, letters), problem.range,
-                   bytes.back(), problem);
-  }
-  internal::TextReader(bytes, rules_).ReadWord(0, word_);
-  std::string letters;
-  for (const internal::Letter& letter : word_.letters) {
-    letters += letter.letter == internal::kCircumflexE ? 'e' : letter.letter;
-  }
-  const bool is_run = word_.digits.count == 0;
-  if (rules_.Has(Rule::kDiaeresis) && (is_run || letters.size() == 3)) Respell(letters);
-  if (is_run) return AddHintToRun(letters, problem);
-  SetHint(language_, internal::GuessMarked(language_, letters), problem.range,
-          word_.digits.first.ascii, problem);
-}
-
-// The same, where the problem is a run of letters that may be several syllables. One that is near
-// to a syllable by itself is taken for that.
-void SyllableReader::AddHintToRun(std::string_view letters, Problem& problem) {
-  const internal::Piece whole = {0, letters.size()};
-  if (CountMarks(whole) <= 1) {
-    SetRunHint(internal::GuessMarked(language_, letters), whole, problem);
-    if (problem.hint != Hint::kNone) return;
-  }
-  internal::SplitRun(letters.size(), CutLetters(language_, letters, Cutting::kWhole), parts_);
-  FindWrongMarks(letters);
-  const auto wrong =
-      std::find_if(parts_.begin(), parts_.end(), [](const RunPart& part) { return part.is_wrong; });
-  if (wrong == parts_.end()) return;
-  const auto [guess, first, last] = internal::GuessAround(
-      language_, letters, parts_, static_cast<std::size_t>(wrong - parts_.begin()));
-  SetRunHint(guess, {parts_[first].begin, parts_[last].end}, problem);
-}
-
-// `piece` is of the word, of which the problem is all.
-void SyllableReader::SetRunHint(const internal::Guess& guess, internal::Piece piece,
-                                Problem& problem) const {
-  char digit = kNoDigit;
-  for (std::size_t i = piece.begin; i < piece.end; ++i) {
-    if (word_[i].tone != internal::kNoTone) digit = word_[i].tone;
-  }
-  Range range = word_.RangeOf(piece);
-  range.offset += problem.range.offset;
-  SetHint(language_, guess, range, digit, problem);
-}
-
-std::size_t SyllableReader::CountMarks(internal::Piece piece) const {
-  const auto begin = word_.letters.begin();
-  return static_cast<std::size_t>(std::count_if(
-      begin + static_cast<std::ptrdiff_t>(piece.begin),
-      begin + static_cast<std::ptrdiff_t>(piece.end),
-      [](const internal::Letter& letter) { return letter.tone != internal::kNoTone; }));
-}
-
-// Finds the syllables of a run that its marks forbid: one with a mark more, or in a wrong place,
-// and two of which the second lacks the apostrophe.
-void SyllableReader::FindWrongMarks(std::string_view letters) {
-  for (std::size_t i = 0; i < parts_.size(); ++i) {
-    RunPart& part = parts_[i];
-    internal::ToneMarks marks;
-    bool has_circumflex = false;  // which is a syllable by itself
-    for (std::size_t at = part.begin; at < part.end; ++at) {
-      marks.Add(word_[at]);
-      has_circumflex = has_circumflex || word_[at].letter == internal::kCircumflexE;
-    }
-    part.mark_count = marks.count();
-    part.has_wrong_mark =
-        !marks.AreOfOneSyllable() || (has_circumflex && part.end - part.begin > 1);
-    part.is_wrong = part.is_wrong || part.has_wrong_mark;
-    const std::string_view spelling = letters.substr(part.begin, part.end - part.begin);
-    if (i == 0 || part.row == SyllableTree::kNoRow) continue;
-    const bool is_clear = internal::MayLackApostrophe(internal::Pack(spelling), part.mark_count > 0,
-                                                      parts_[i - 1].mark_count > 0);
-    if (is_clear) continue;
-    part.is_wrong = true;
-    parts_[i - 1].is_wrong = true;
-  }
 }
 
 // Asks the library for all syllables at once.

@@ -1,0 +1,134 @@
+// Reads a problem's letters again, and guesses about the part of them that is wrong.
+
+#include "notation/hints.h"
+
+#include <algorithm>
+#include <string>
+
+#include "notation/apostrophe.h"
+#include "notation/characters.h"
+#include "notation/cutting.h"
+#include "notation/syllable_set.h"
+#include "notation/syllable_table.h"
+#include "notation/syllable_tree.h"
+#include "notation/text_reader.h"
+#include "phoneme/ascii.h"
+#include "phoneme/phoneme.h"
+
+namespace qeo::notation::internal {
+namespace {
+
+// Whether bytes are small letters and a digit, of which no rule changes one.
+bool ArePlain(std::string_view bytes) {
+  const auto is_plain = [](char c) { return ascii::IsSmall(c) && c != 'v'; };
+  return ascii::IsDigit(bytes.back()) && std::all_of(bytes.begin(), bytes.end() - 1, is_plain);
+}
+
+// Writes v where the letters that a rule reads as "lve" and "nve" have u.
+void Respell(std::string& letters) {
+  for (const std::string_view respelled : {"lue", "nue"}) {
+    std::size_t at = letters.find(respelled);
+    for (; at != std::string::npos; at = letters.find(respelled, at)) letters[at + 1] = 'v';
+  }
+}
+
+}  // namespace
+
+void SetHint(int language, const Guess& guess, Range piece, char digit, Problem& problem) {
+  if (guess.hint == Hint::kNone) return;
+  problem.hint = guess.hint;
+  problem.piece = piece;
+  if (guess.hint == Hint::kGap) {
+    problem.initial = guess.initial;
+    problem.final = guess.final;
+    return;
+  }
+  const auto code = static_cast<unsigned short>(guess.row * kTonesPerRow);
+  problem.suggestion = sp::code2py(language, code, false);
+  const auto tone = static_cast<unsigned>(digit - '0');
+  if (digit != kNoTone && IsTone(language, tone)) problem.suggestion += digit;
+}
+
+void Hints::Add(Problem& problem) {
+  if (problem.kind != ProblemKind::kUnknownSyllable) return;
+  const std::string_view bytes = text_.substr(problem.range.offset, problem.range.length);
+  if (ArePlain(bytes)) {
+    const std::string_view letters = bytes.substr(0, bytes.size() - 1);
+    return SetHint(language_, GuessSyllable(language_, letters), problem.range, bytes.back(),
+                   problem);
+  }
+  TextReader(bytes, rules_).ReadWord(0, word_);
+  std::string letters;
+  for (const Letter& letter : word_.letters) {
+    letters += letter.letter == kCircumflexE ? 'e' : letter.letter;
+  }
+  const bool is_run = word_.digits.count == 0;
+  if (rules_.Has(Rule::kDiaeresis) && (is_run || letters.size() == 3)) Respell(letters);
+  if (is_run) return AddToRun(letters, problem);
+  SetHint(language_, GuessMarked(language_, letters), problem.range, word_.digits.first.ascii,
+          problem);
+}
+
+// Adds its hint to a problem that is a run of letters, which may be several syllables. One that is
+// near to a syllable by itself is taken for that.
+void Hints::AddToRun(std::string_view letters, Problem& problem) {
+  const Piece whole = {0, letters.size()};
+  if (CountMarks(whole) <= 1) {
+    SetRunHint(GuessMarked(language_, letters), whole, problem);
+    if (problem.hint != Hint::kNone) return;
+  }
+  SplitRun(letters.size(), CutLetters(language_, letters, Cutting::kWhole), parts_);
+  FindWrongMarks(letters);
+  const auto wrong =
+      std::find_if(parts_.begin(), parts_.end(), [](const RunPart& part) { return part.is_wrong; });
+  if (wrong == parts_.end()) return;
+  const auto [guess, first, last] =
+      GuessAround(language_, letters, parts_, static_cast<std::size_t>(wrong - parts_.begin()));
+  SetRunHint(guess, {parts_[first].begin, parts_[last].end}, problem);
+}
+
+// Writes a guess about a piece of the word, which is the whole problem, with the tone of its mark.
+void Hints::SetRunHint(const Guess& guess, Piece piece, Problem& problem) const {
+  char digit = kNoTone;
+  for (std::size_t i = piece.begin; i < piece.end; ++i) {
+    if (word_[i].tone != kNoTone) digit = word_[i].tone;
+  }
+  Range range = word_.RangeOf(piece);
+  range.offset += problem.range.offset;
+  SetHint(language_, guess, range, digit, problem);
+}
+
+std::size_t Hints::CountMarks(Piece piece) const {
+  const auto begin = word_.letters.begin();
+  return static_cast<std::size_t>(
+      std::count_if(begin + static_cast<std::ptrdiff_t>(piece.begin),
+                    begin + static_cast<std::ptrdiff_t>(piece.end),
+                    [](const Letter& letter) { return letter.tone != kNoTone; }));
+}
+
+// Finds the syllables of a run that its marks forbid: one with a mark more, or in a wrong place,
+// and two of which the second lacks the apostrophe.
+void Hints::FindWrongMarks(std::string_view letters) {
+  for (std::size_t i = 0; i < parts_.size(); ++i) {
+    RunPart& part = parts_[i];
+    ToneMarks marks;
+    bool has_circumflex = false;  // which is a syllable by itself
+    for (std::size_t at = part.begin; at < part.end; ++at) {
+      marks.Add(word_[at]);
+      has_circumflex = has_circumflex || word_[at].letter == kCircumflexE;
+    }
+    part.mark_count = marks.count();
+    part.has_wrong_mark =
+        !marks.AreOfOneSyllable() || (has_circumflex && part.end - part.begin > 1);
+    part.is_wrong = part.is_wrong || part.has_wrong_mark;
+    const std::string_view spelling = letters.substr(part.begin, part.end - part.begin);
+    if (i == 0 || part.row == SyllableTree::kNoRow) continue;
+    const bool is_clear =
+        MayLackApostrophe(Pack(spelling), part.mark_count > 0, parts_[i - 1].mark_count > 0);
+    if (is_clear) continue;
+    part.is_wrong = true;
+    parts_[i - 1].is_wrong = true;
+  }
+}
+
+}  // namespace qeo::notation::internal
