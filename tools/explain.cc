@@ -75,7 +75,7 @@ class Explanation {
  public:
   Explanation(int language, const std::string& text, const notation::AnalysisOptions& options)
       : language_(language),
-        tables_(TablesOf(language)),
+        tables_(*sp::FindPhoneSet(language)),
         text_(text),
         options_(options),
         analysis_(notation::Analyze(language, text, options)),
@@ -118,7 +118,7 @@ class Explanation {
   std::string Notation(const Records& records) const;
 
   int language_;
-  sp::SpMapping tables_;
+  const sp::SpMapping& tables_;
   const std::string& text_;
   const notation::AnalysisOptions& options_;
   notation::Analysis analysis_;
@@ -205,7 +205,8 @@ void Explanation::AppendPhones(std::string& out) const {
   AppendSection(
       "phones", columns, phones, kMaxPhones,
       [this](const sp::PhoneInfo* phone) -> Row {
-        return {phone->name, std::to_string(phone->id), std::to_string(phone->id + kFirstPhoneByte),
+        return {phone->name, std::to_string(phone->id),
+                std::to_string(phone->id + sp::kFirstPhoneByte),
                 TypeName(phone->type, HasSyllableTable()), OrDash(FeatureWords(*phone))};
       },
       out);

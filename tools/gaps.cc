@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "notation/notation.h"
-#include "tools/inventory.h"
 #include "tools/languages.h"
 #include "tools/messages.h"
 #include "tools/writer.h"
@@ -38,7 +37,7 @@ Gap FindToneGap(const sp::SyllableInfo& syllable) {
 
 Gaps::Gaps(const Conversion& conversion)
     : has_codes_(HasCodes(conversion.from)), is_strict_(conversion.is_strict) {
-  const sp::SpMapping tables = TablesOf(ServingLanguage(conversion));
+  const sp::SpMapping& tables = *sp::FindPhoneSet(ServingLanguage(conversion));
   for (std::uint64_t i = 0; i < tables.pinyin_count; ++i) {
     const sp::PinyinInfo& row = tables.pinyin_list[i];
     missing_names_.push_back(MissingNameOf(row));

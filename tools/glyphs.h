@@ -39,8 +39,8 @@ struct Excerpt {
 };
 
 /// Escapes as much of `text` as fits into `cells`: each glyph as ReadGlyph shows it, but a
-/// backslash and a double quote with a backslash before them, and as \xNN a mark that would not join
-/// a character of the text: one that is first, or after an escape. So no two texts look alike.
+/// backslash and a double quote with a backslash before them, and as \xNN a mark that would not
+/// join a character of the text: one that is first, or after an escape. So no two texts look alike.
 ///
 /// All that messages repeat of files and arguments passes through here.
 Excerpt Escape(std::string_view text, std::size_t cells);

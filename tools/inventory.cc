@@ -1,20 +1,11 @@
 #include "tools/inventory.h"
 
-#include <map>
 #include <string_view>
 
 #include "tools/notations.h"
 #include "tools/numbers.h"
 
 namespace qeo::tool {
-
-sp::SpMapping TablesOf(int language) {
-  std::map<int, sp::SpMapping> tables;
-  sp::InitializeMandarinSet(tables);
-  sp::InitializeCantoneseSet(tables);
-  sp::InitializeAmericanSet(tables);
-  return tables[language];
-}
 
 const char* TypeName(std::int32_t type, bool has_syllables) {
   switch (type) {
@@ -37,13 +28,13 @@ void AppendField(std::string_view field, std::string& out) {
 }  // namespace
 
 void AppendPhoneList(int language, std::string& out) {
-  const sp::SpMapping tables = TablesOf(language);
+  const sp::SpMapping& tables = *sp::FindPhoneSet(language);
   out += "# id\tbyte\tname\ttype\tfeatures\n";
   for (std::uint64_t row = 0; row < tables.phone_count; ++row) {
     const sp::PhoneInfo& phone = tables.phone_list[row];
     AppendNumber(phone.id, out);
     out += '\t';
-    AppendNumber(phone.id + kFirstPhoneByte, out);
+    AppendNumber(phone.id + sp::kFirstPhoneByte, out);
     AppendField(phone.name, out);
     AppendField(TypeName(phone.type, tables.pinyin_count != 0), out);
     AppendField(phone.feature, out);
@@ -52,7 +43,7 @@ void AppendPhoneList(int language, std::string& out) {
 }
 
 void AppendSyllableList(int language, std::string& out) {
-  const sp::SpMapping tables = TablesOf(language);
+  const sp::SpMapping& tables = *sp::FindPhoneSet(language);
   out += "# row\tsyllable\tinitial\tfinal\n";
   for (std::uint64_t row = 0; row < tables.pinyin_count; ++row) {
     const sp::PinyinInfo& syllable = tables.pinyin_list[row];

@@ -11,9 +11,6 @@
 
 namespace qeo::tool {
 
-/// The tables of a registered language.
-sp::SpMapping TablesOf(int language);
-
 /// The word for a phone type: in a language without syllables an initial is a consonant and a final
 /// a vowel.
 const char* TypeName(std::int32_t type, bool has_syllables);

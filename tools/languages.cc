@@ -1,7 +1,5 @@
 #include "tools/languages.h"
 
-#include <vector>
-
 #include "tools/numbers.h"
 
 namespace qeo::tool {
@@ -21,20 +19,15 @@ std::string LanguageName(int id) {
 }
 
 std::optional<int> SyllableLanguage(int id) {
-  sp::SyllableInfo first_row;
-  if (sp::code2ph(id, 0, first_row) != 0) {
-    return std::nullopt;
-  }
-  return first_row.language;
+  const int serving = sp::ServingLanguage(sp::Conversion::kSyllables, id);
+  return sp::FindPhoneSet(serving)->pinyin_count > 0 ? std::optional<int>(serving) : std::nullopt;
 }
 
 int PronunciationLanguage(int id) {
-  std::vector<sp::SyllableInfo> syllables;
-  sp::ph2ph(id, {0}, syllables);  // a closing byte alone: one syllable, in every language
-  return syllables.front().language;
+  return sp::ServingLanguage(sp::Conversion::kPronunciations, id);
 }
 
-int PhoneLanguage(int id) { return sp::GetPhoneInfoById(id, 0)->language; }
+int PhoneLanguage(int id) { return sp::ServingLanguage(sp::Conversion::kPhones, id); }
 
 std::string FallbackNote(int requested, int serving) {
   if (requested == serving) {

@@ -20,7 +20,7 @@ std::optional<int> ParseLanguage(std::string_view text);
 std::string LanguageName(int id);
 
 // The library serves an id that it does not know with another language, and not with the same one
-// everywhere. These three ask it.
+// everywhere.
 
 /// The language that answers for syllables and their codes; none when `id` has no syllables.
 std::optional<int> SyllableLanguage(int id);

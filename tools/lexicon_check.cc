@@ -16,15 +16,13 @@ constexpr std::string_view kDigitsAndComma = "0123456789,";
 
 LexiconCheck::LexiconCheck(int language, bool ignores_case, FindingWriter& findings)
     : findings_(findings), ignores_case_(ignores_case) {
-  for (int id = 0;; ++id) {
-    const sp::PhoneInfo* const phone = sp::GetPhoneInfoById(language, id);
-    if (phone->id != id) {
-      break;
-    }
-    const bool is_silence = phone->type == sp::PHONE_TYPE_SILENCE;
-    const bool is_new = seen_.emplace(phone->name, is_silence).second;
+  const sp::SpMapping& set = *sp::FindPhoneSet(language);
+  for (std::size_t id = 0; id < set.phone_count; ++id) {
+    const sp::PhoneInfo& phone = set.phone_list[id];
+    const bool is_silence = phone.type == sp::PHONE_TYPE_SILENCE;
+    const bool is_new = seen_.emplace(phone.name, is_silence).second;
     if (is_new) {
-      names_.emplace_back(phone->name);
+      names_.emplace_back(phone.name);
     }
   }
 }

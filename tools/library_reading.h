@@ -6,7 +6,6 @@
 
 #include <cstddef>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -16,7 +15,7 @@ namespace qeo::tool {
 
 /// Returns where the pieces are that the library reads in a text, which are its syllables when it
 /// reads the text.
-std::vector<notation::Range> PlacesOfPieces(int language, const std::string& text);
+std::vector<notation::Range> PlacesOfPieces(int language, std::string_view text);
 
 /// Counts the bytes of a text that are neither separators nor digits. When the library reads it and
 /// drops nothing, these are the letters of its syllables.
@@ -26,14 +25,14 @@ std::size_t CountLetters(std::string_view text);
 /// when it reads the text.
 ///
 ///   UnknownPiece(sp::LANGUAGE_MANDARIN, "ni3 hoa3");  // {4, 4}, "hoa3"
-std::optional<notation::Range> UnknownPiece(int language, const std::string& text);
+std::optional<notation::Range> UnknownPiece(int language, std::string_view text);
 
 /// Returns what the library drops from a text that it reads: the bytes between its syllables that
 /// are not separators, one range a run, in text order.
 ///
 ///   LettersLost(sp::LANGUAGE_MANDARIN, "yipinguo");  // {6, 2}, "uo": the syllables are yi, ping
 ///   LettersLost(sp::LANGUAGE_MANDARIN, "san1 P");    // {5, 1}, "P"
-std::vector<notation::Range> LettersLost(int language, const std::string& text);
+std::vector<notation::Range> LettersLost(int language, std::string_view text);
 
 }  // namespace qeo::tool
 

@@ -60,9 +60,6 @@ inline constexpr Named<notation::Cutting> kCuttings[] = {
     {"none", notation::Cutting::kNone},
 };
 
-/// A byte of a phone-id sequence below this closes a syllable, any other is a phone's id plus this.
-inline constexpr int kFirstPhoneByte = 10;
-
 /// Returns whether a notation is what people write, read by way of rules.
 constexpr bool IsWritten(Source from) {
   return from == Source::kPinyin || from == Source::kJyutping || from == Source::kArpabet;

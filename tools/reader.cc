@@ -36,7 +36,7 @@ std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last
 // The places of the syllables that a byte closes.
 std::vector<notation::Range> PlacesOfIds(std::string_view text) {
   return PlacesOfWords(text, [](std::string_view word) {
-    return ParseNumber<int>(word).value_or(0) < kFirstPhoneByte;
+    return ParseNumber<int>(word).value_or(0) < sp::kFirstPhoneByte;
   });
 }
 
@@ -229,7 +229,7 @@ bool Reader::Decode(unsigned short code) {
 bool Reader::ReadIds(std::string_view text) {
   std::string_view rest = text;
   if (ParseIds(text) && RegroupIds()) {
-    const bool is_closed = phone_ids_.empty() || phone_ids_.back() < kFirstPhoneByte;
+    const bool is_closed = phone_ids_.empty() || phone_ids_.back() < sp::kFirstPhoneByte;
     return is_closed || conversion_.is_strict || LosePhones(text);
   }
   std::string_view word = TakeWord(rest);

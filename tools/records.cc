@@ -70,7 +70,7 @@ Json SyllableOf(const RecordHead& head, Reader& reader, const Gaps& gaps, std::s
   json["ids"] = Json::array();
   for (const sp::PhoneInfo* phone : syllable.phones) {
     json["phones"].push_back(phone->name);
-    json["ids"].push_back(phone->id + kFirstPhoneByte);
+    json["ids"].push_back(phone->id + sp::kFirstPhoneByte);
   }
   json["ids"].push_back(ToneDigit(syllable));
   return json;

@@ -44,7 +44,7 @@ void AppendTonedPhones(const sp::SyllableInfo& syllable, std::string& out) {
 
 void AppendIds(const sp::SyllableInfo& syllable, std::string& out) {
   for (const sp::PhoneInfo* phone : syllable.phones) {
-    AppendNumber(phone->id + kFirstPhoneByte, out);
+    AppendNumber(phone->id + sp::kFirstPhoneByte, out);
     out += ' ';
   }
   AppendNumber(ToneDigit(syllable), out);
