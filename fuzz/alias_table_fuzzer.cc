@@ -5,7 +5,7 @@
 #include <map>
 
 #include "fuzz/fuzzing.h"
-#include "notation/jyutping.h"
+#include "notation/alias_table.h"
 #include "phoneme/phoneme.h"
 #include "xstr/xstr.h"
 

@@ -401,3 +401,15 @@ Normalized Normalize(const Notation& notation, std::string_view text, RuleSet ru
 }
 
 }  // namespace qeo::notation::internal
+
+namespace qeo::notation {
+
+Normalized NormalizePinyin(std::string_view text, RuleSet rules) {
+  return internal::Normalize(internal::kPinyin, text, rules, nullptr);
+}
+
+Normalized NormalizeJyutping(std::string_view text, RuleSet rules, const AliasTable* aliases) {
+  return internal::Normalize(internal::kJyutping, text, rules, aliases);
+}
+
+}  // namespace qeo::notation

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "notation/jyutping.h"
+#include "notation/alias_table.h"
 #include "notation/records.h"
 #include "notation/syllable_set.h"
 #include "notation/word.h"

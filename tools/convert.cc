@@ -138,7 +138,7 @@ void Job::ConvertTexts() {
 }
 
 void Job::ConvertArguments() {
-  LineConverter converter(options_, "argument");
+  LineConverter converter(options_.conversion, options_.layout, "argument");
   std::uint64_t number = 0;
   for (const std::string& text : options_.texts) {
     std::unique_ptr<Batch> batch = NewBatch();
@@ -156,7 +156,8 @@ void Job::ConvertInput() {
   std::vector<OrderedWorkers<Batch>::Work> works;
   converters.reserve(options_.jobs);
   for (std::size_t i = 0; i < options_.jobs; ++i) {
-    LineConverter& converter = converters.emplace_back(options_, "line");
+    LineConverter& converter =
+        converters.emplace_back(options_.conversion, options_.layout, "line");
     works.emplace_back([&converter](Batch& batch) { converter.ConvertBlock(batch); });
   }
   std::optional<OrderedWorkers<Batch>> workers;

@@ -7,7 +7,6 @@
 #include "notation/notation.h"
 #include "tools/languages.h"
 #include "tools/messages.h"
-#include "tools/writer.h"
 
 namespace qeo::tool {
 namespace {
@@ -34,6 +33,10 @@ Gap FindToneGap(const sp::SyllableInfo& syllable) {
 }
 
 }  // namespace
+
+int ToneDigit(const sp::SyllableInfo& syllable) {
+  return syllable.tone != 0 ? syllable.tone : syllable.raw_tone;
+}
 
 Gaps::Gaps(const Conversion& conversion)
     : has_codes_(HasCodes(conversion.from)), is_strict_(conversion.is_strict) {

@@ -25,6 +25,9 @@ enum class Gap {
   kNoSpelling,        ///< the name of its row is not read back, as "E" of mandarin
 };
 
+/// The tone digit of a syllable, wherever it was read from.
+int ToneDigit(const sp::SyllableInfo& syllable);
+
 /// Finds gaps in the syllables of a conversion.
 class Gaps {
  public:

@@ -5,12 +5,12 @@
 
 namespace qeo::tool {
 
-LineConverter::LineConverter(const ConvertOptions& options, const char* place)
-    : layout_(options.layout),
-      to_(options.conversion.to),
+LineConverter::LineConverter(const Conversion& conversion, const Layout& layout, const char* place)
+    : layout_(layout),
+      to_(conversion.to),
       place_(place),
-      reader_(options.conversion, WritesRecords()),
-      writer_(options.conversion) {}
+      reader_(conversion, WritesRecords()),
+      writer_(conversion) {}
 
 void LineConverter::ConvertBlock(Batch& batch) {
   if (batch.input.is_overlong) {

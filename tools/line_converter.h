@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/convert.h"
+#include "tools/dictionary.h"
 #include "tools/input.h"
 #include "tools/reader.h"
 #include "tools/totals.h"
@@ -37,8 +37,8 @@ struct Batch {
 /// each.
 class LineConverter {
  public:
-  /// `place` is what messages call a line. `options` is kept and not copied.
-  LineConverter(const ConvertOptions& options, const char* place);
+  /// `place` is what messages call a line. `conversion` and `layout` are kept and not copied.
+  LineConverter(const Conversion& conversion, const Layout& layout, const char* place);
 
   /// Converts the lines of `batch.input` and adds to the rest.
   void ConvertBlock(Batch& batch);

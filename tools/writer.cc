@@ -75,10 +75,6 @@ void AppendCodeNumber(const sp::SyllableInfo& syllable, std::string& out) {
 
 }  // namespace
 
-int ToneDigit(const sp::SyllableInfo& syllable) {
-  return syllable.tone != 0 ? syllable.tone : syllable.raw_tone;
-}
-
 void AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out) {
   switch (to) {
     case Target::kSyllables:

@@ -55,9 +55,6 @@ class Writer {
 /// kJson, kTsv), with the separator that would follow.
 void AppendSyllable(Target to, const sp::SyllableInfo& syllable, std::string& out);
 
-/// The tone digit of a syllable, wherever it was read from.
-int ToneDigit(const sp::SyllableInfo& syllable);
-
 }  // namespace qeo::tool
 
 #endif  // TOOLS_WRITER_H_

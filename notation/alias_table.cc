@@ -1,11 +1,8 @@
-// Jyutping: the shared normaliser with the rules of Jyutping, and the alias table.
-
-#include "notation/jyutping.h"
+#include "notation/alias_table.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "notation/normalizer.h"
 #include "notation/syllable_set.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
@@ -84,10 +81,6 @@ ParsedAliases AliasTable::Parse(std::string_view text) {
 std::string_view AliasTable::Find(std::string_view spelling) const {
   const auto place = aliases_.find(spelling);
   return place == aliases_.end() ? std::string_view() : std::string_view(place->second);
-}
-
-Normalized NormalizeJyutping(std::string_view text, RuleSet rules, const AliasTable* aliases) {
-  return internal::Normalize(internal::kJyutping, text, rules, aliases);
 }
 
 }  // namespace qeo::notation
