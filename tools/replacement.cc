@@ -95,9 +95,18 @@ mode_t Umask() {
   return mask;
 }
 
+// The mode of a file that has lost its owner or its group gives nobody more than before. The rights
+// of the group would be those of another one, so they go. Who was the owner is now one of the group
+// or of the others, and who was of the group is one of the others: they get what they had at most.
+mode_t ModeWithout(mode_t mode, bool has_owner, bool has_group) {
+  if (!has_owner) {
+    mode &= 0700 | (mode & 0700) >> 3 | (mode & 0700) >> 6;
+  }
+  return has_group ? mode : mode & (0700 | (mode & 0070) >> 3);
+}
+
 // What the system does not allow is left out: a user cannot give files away, and some file systems
-// have no modes. The rights of a group that is lost would be those of another one, and
-// go too. Set-user-ID and set-group-ID are lost, as they are when a file is written to.
+// have no modes. Set-user-ID and set-group-ID are lost, as they are when a file is written to.
 void CopyOwnerAndMode(const std::string& path, int file_descriptor) {
   struct stat older = {};
   if (::stat(path.c_str(), &older) != 0) {
@@ -107,8 +116,10 @@ void CopyOwnerAndMode(const std::string& path, int file_descriptor) {
   static_cast<void>(::fchown(file_descriptor, older.st_uid, static_cast<gid_t>(-1)) == 0);
   static_cast<void>(::fchown(file_descriptor, static_cast<uid_t>(-1), older.st_gid) == 0);
   struct stat newer = {};
-  const bool has_group = ::fstat(file_descriptor, &newer) == 0 && newer.st_gid == older.st_gid;
-  const mode_t mode = older.st_mode & (has_group ? 0777 : 0707);
+  const bool is_known = ::fstat(file_descriptor, &newer) == 0;
+  const bool has_owner = is_known && newer.st_uid == older.st_uid;
+  const bool has_group = is_known && newer.st_gid == older.st_gid;
+  const mode_t mode = ModeWithout(older.st_mode & 0777, has_owner, has_group);
   static_cast<void>(::fchmod(file_descriptor, mode) == 0);
 }
 
