@@ -15,12 +15,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
 #include <ctime>
-#include <sstream>
-#include <string>
+#include <string_view>
 
 namespace {
 
@@ -41,26 +41,38 @@ constexpr Named kSignals[] = {
     {"SIGSYS", SIGSYS},   {"SIGTRAP", SIGTRAP},     {"SIGUSR1", SIGUSR1},
     {"SIGUSR2", SIGUSR2}, {"SIGVTALRM", SIGVTALRM}, {"SIGRTMAX", kLastRealTimeSignal}};
 
+// All here takes no memory: a sanitizer looks at the clock while its allocator is locked.
+
 template <std::size_t kSize>
-int NumberOf(const std::string& name, const Named (&table)[kSize]) {
+int NumberOf(std::string_view name, const Named (&table)[kSize]) {
   const Named* const found = std::find_if(
       table, table + kSize, [&name](const Named& entry) { return name == entry.name; });
   return found == table + kSize ? 0 : found->number;
 }
 
+// Takes what is before the first `separator` off `text`, and that.
+std::string_view Take(std::string_view& text, char separator) {
+  const std::string_view part = text.substr(0, text.find(separator));
+  text.remove_prefix(std::min(part.size() + 1, text.size()));
+  return part;
+}
+
+bool IsNumber(std::string_view text, int number) {
+  int value = 0;
+  const char* const end = text.data() + text.size();
+  return std::from_chars(text.data(), end, value).ptr == end && value == number;
+}
+
 // What is to happen to one call of the C library; empty when nothing is.
-std::string FateOf(const char* call, int number) {
+std::string_view FateOf(std::string_view call, int number) {
   const char* const plan = std::getenv("FAIL");
-  std::istringstream entries(plan == nullptr ? "" : plan);
-  std::string entry;
-  while (std::getline(entries, entry, ',')) {
-    std::istringstream words(entry);
-    std::string name;
-    std::string which;
-    std::string what;
-    words >> name >> which >> what;
-    if (name == call && (which == "*" || which == std::to_string(number))) {
-      return what;
+  std::string_view entries = plan == nullptr ? "" : plan;
+  while (!entries.empty()) {
+    std::string_view entry = Take(entries, ',');
+    const std::string_view name = Take(entry, ' ');
+    const std::string_view which = Take(entry, ' ');
+    if (name == call && (which == "*" || IsNumber(which, number))) {
+      return entry;
     }
   }
   return "";
@@ -71,7 +83,7 @@ class Call {
  public:
   Call(const char* name, std::atomic<int>& count) : name_(name), fate_(FateOf(name, ++count)) {}
 
-  bool Is(const char* fate) const { return fate_ == fate; }
+  bool Is(std::string_view fate) const { return fate_ == fate; }
 
   // Calls the function itself, or fails as it does: with -1 and errno. A signal comes afterwards.
   template <typename Result, typename... Parameters, typename... Arguments>
@@ -92,7 +104,7 @@ class Call {
 
  private:
   const char* name_;
-  std::string fate_;
+  std::string_view fate_;
 };
 
 std::size_t Length(const Call& call, std::size_t size) {
