@@ -34,6 +34,7 @@ if TYPE_CHECKING:
 BLOCK_BYTES = 1 << 20  # of a shard that are converted at a time
 LONGEST_LINE = 1 << 20  # bytes without the line end; the tool takes no longer ones
 CONNECT_SECONDS = 10  # in which a scheduler answers
+OWN_CONNECT_SECONDS = 3600  # the one of this process, which a busy machine can keep waiting
 FAILED = "failed: "  # in totals, in front of what is wrong
 BYTE_ORDER_MARK = b"\xef\xbb\xbf"
 KINDS = {int(phoneme.Status[kind.name]): kind.value for kind in phoneme.ProblemKind}  # by status
@@ -381,8 +382,9 @@ def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
         raise UsageError(f"cannot import Dask: {error}") from error
 
     with contextlib.ExitStack() as stack:
-        address = scheduler
+        address, seconds = scheduler, CONNECT_SECONDS
         if not address:
+            seconds = OWN_CONNECT_SECONDS
             with holding_interrupts(), refusing("cannot start workers"):
                 cluster = LocalCluster(  # type: ignore[no-untyped-call]
                     n_workers=workers,
@@ -395,7 +397,7 @@ def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
             address = stack.enter_context(cluster)
         with refusing(f"no scheduler at {address}"):
             try:
-                client = Client(address, timeout=CONNECT_SECONDS)  # type: ignore[no-untyped-call]
+                client = Client(address, timeout=seconds)  # type: ignore[no-untyped-call]
             except ValueError as error:
                 raise UsageError(f"no address of a scheduler: {address}: {error}") from error
         yield stack.enter_context(client)
