@@ -26,9 +26,9 @@ bool ArePlain(std::string_view bytes) {
 
 // Writes v where the letters that a rule reads as "lve" and "nve" have u.
 void Respell(std::string& letters) {
-  for (const std::string_view respelled : {"lue", "nue"}) {
-    std::size_t at = letters.find(respelled);
-    for (; at != std::string::npos; at = letters.find(respelled, at)) letters[at + 1] = 'v';
+  for (std::size_t i = 2; i < letters.size(); ++i) {
+    const bool follows_initial = letters[i - 2] == 'l' || letters[i - 2] == 'n';
+    if (follows_initial && letters[i - 1] == 'u' && letters[i] == 'e') letters[i - 1] = 'v';
   }
 }
 

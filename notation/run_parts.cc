@@ -2,9 +2,11 @@
 
 #include "notation/run_parts.h"
 
-#include <tuple>
+#include <cstdint>
+#include <limits>
 
 #include "notation/apostrophe.h"
+#include "notation/cut_cost.h"
 #include "notation/syllable_set.h"
 
 namespace qeo::notation::internal {
@@ -18,10 +20,6 @@ std::string_view LettersOf(std::string_view letters, const RunPart& first, const
 struct Weight {
   std::ptrdiff_t wrong_letters;  // less those of the guess
   int cost;                      // less that of the syllables in whose place it stands
-
-  bool operator<(const Weight& other) const {
-    return std::tie(wrong_letters, cost) < std::tie(other.wrong_letters, other.cost);
-  }
 };
 
 // Whether letters begin with one of m, n, ng, hm and hng.
@@ -33,7 +31,11 @@ bool BeginsWithNasal(std::string_view letters) {
 class PartsSearch {
  public:
   PartsSearch(int language, std::string_view letters, const std::vector<RunPart>& parts)
-      : language_(language), letters_(letters), parts_(parts) {}
+      : language_(language),
+        rarities_(CutNumbersOf(language).rarities),
+        longest_(SyllableTree::Of(language).longest() + 1),
+        letters_(letters),
+        parts_(parts) {}
 
   PartsGuess Around(std::size_t wrong) {
     Try(wrong, wrong);
@@ -52,6 +54,8 @@ class PartsSearch {
   static constexpr std::size_t kMostParts = 3;  // "zhogn" is cut zh, o, gn
 
   void Try(std::size_t first, std::size_t last) {
+    const std::string_view letters = LettersOf(letters_, parts_[first], parts_[last]);
+    if (letters.size() > longest_) return;
     Weight weight = {0, 0};
     const bool is_marked_wrong = first == last && parts_[first].has_wrong_mark;
     std::size_t mark_count = 0;
@@ -59,21 +63,33 @@ class PartsSearch {
       const RunPart& part = parts_[i];
       mark_count += part.mark_count;
       if (part.is_wrong) weight.wrong_letters -= static_cast<std::ptrdiff_t>(part.end - part.begin);
-      if (part.row != SyllableTree::kNoRow) weight.cost -= RarityOf(language_, part.row);
+      if (part.row != SyllableTree::kNoRow) weight.cost -= rarities_[part.row];
     }
     const bool is_known = first == last && parts_[first].row != SyllableTree::kNoRow;
     if ((is_known && !is_marked_wrong) || mark_count > 1) return;
-    const std::string_view letters = LettersOf(letters_, parts_[first], parts_[last]);
-    const Guess guess =
-        is_marked_wrong ? GuessMarked(language_, letters) : GuessSyllable(language_, letters);
-    if (guess.hint == Hint::kNone) return;
+    const int limit = LimitOf(weight);
+    const Guess guess = is_marked_wrong ? GuessMarked(language_, letters, limit)
+                                        : GuessSyllable(language_, letters, limit);
+    if (guess.hint == Hint::kNone || guess.cost >= limit) return;
     weight.cost += guess.cost;
-    if (best_.guess.hint != Hint::kNone && !(weight < best_weight_)) return;
     best_ = {guess, first, last};
     best_weight_ = weight;
   }
 
+  // What a guess has to cost less than to be the best one, with the weight that it has without
+  // that.
+  int LimitOf(const Weight& weight) const {
+    constexpr int kNone = std::numeric_limits<int>::max();
+    if (best_.guess.hint == Hint::kNone) return kNone;
+    if (weight.wrong_letters != best_weight_.wrong_letters) {
+      return weight.wrong_letters < best_weight_.wrong_letters ? kNone : 0;
+    }
+    return best_weight_.cost - weight.cost;
+  }
+
   int language_;
+  const std::uint8_t* rarities_;
+  std::size_t longest_;  // a syllable with a slip
   std::string_view letters_;
   const std::vector<RunPart>& parts_;
   PartsGuess best_;

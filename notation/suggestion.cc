@@ -1,4 +1,5 @@
-// Walks the tree of syllables along the letters, and at each place one step aside.
+// Walks the tree of syllables along the letters from both ends, and at each place where these meet
+// one step aside.
 
 #include "notation/suggestion.h"
 
@@ -8,6 +9,7 @@
 #include <string>
 
 #include "notation/bounded_vector.h"
+#include "notation/cut_cost.h"
 #include "notation/keyboard.h"
 #include "notation/rarities.h"
 #include "notation/shipped_aliases.h"
@@ -19,26 +21,6 @@ namespace qeo::notation::internal {
 namespace {
 
 constexpr std::size_t kShortestMisspelt = 3;
-
-// How rare the rows of a language are.
-struct Rarities {
-  const std::uint8_t* rows;
-  int least;
-};
-
-template <std::size_t kRows>
-constexpr Rarities MakeRarities(const std::uint8_t (&rows)[kRows]) {
-  int least = rows[0];
-  for (const std::uint8_t row : rows) least = row < least ? row : least;
-  return {rows, least};
-}
-
-constexpr Rarities kMandarin = MakeRarities(kMandarinRarities);
-constexpr Rarities kCantonese = MakeRarities(kCantoneseRarities);
-
-constexpr const Rarities& RaritiesOf(int language) {
-  return language == sp::LANGUAGE_CANTONESE ? kCantonese : kMandarin;
-}
 
 // Slips, in sixteenths of a bit.
 constexpr int kLikelySlip = 0;
@@ -77,21 +59,29 @@ constexpr KeyTable kKeyTable = MakeKeyTable();
 class Spellings {
  public:
   void Insert(std::string_view text) {
-    if (Find(Pack(text)) != nullptr) return;
-    packed_.push_back(Pack(text));
-    texts_.push_back(ShortText(text));
+    const std::size_t slot = SlotOf(Pack(text));
+    packed_[slot] = Pack(text);
+    texts_[slot] = ShortText(text);
   }
 
   const ShortText* Find(PackedSpelling packed) const {
-    const auto* found = std::find(packed_.begin(), packed_.end(), packed);
-    return found == packed_.end() ? nullptr : texts_.begin() + (found - packed_.begin());
+    const std::size_t slot = SlotOf(packed);
+    return packed_[slot] == packed ? &texts_[slot] : nullptr;
   }
 
  private:
-  static constexpr std::size_t kMaxTexts = 64;
+  static constexpr int kSlotBits = 7;  // at most half of the slots are taken
+  static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
 
-  BoundedVector<PackedSpelling, kMaxTexts> packed_;
-  BoundedVector<ShortText, kMaxTexts> texts_;
+  // Where a spelling is, or else a free slot.
+  std::size_t SlotOf(PackedSpelling packed) const {
+    auto slot = static_cast<std::size_t>(packed * 0x9e3779b97f4a7c15U >> (64 - kSlotBits));
+    while (packed_[slot] != 0 && packed_[slot] != packed) slot = (slot + 1) % kSlots;
+    return slot;
+  }
+
+  std::array<PackedSpelling, kSlots> packed_ = {};  // 0 where free
+  std::array<ShortText, kSlots> texts_;
 };
 
 // The initials and finals that syllables are made of, as they are spelled.
@@ -103,10 +93,12 @@ class SyllableParts {
     return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
   }
 
-  // The gap that is spelled with these letters, if there is one.
-  Guess FindGap(std::string_view letters) const {
+  // The gap that is spelled with these letters, if there is one. Its initial has at least `least`
+  // letters, and at most `most`.
+  Guess FindGap(std::string_view letters, std::size_t least, std::size_t most) const {
     const PackedSpelling packed = Pack(letters);
-    for (std::size_t length = 1; length <= kLongestInitial && length < letters.size(); ++length) {
+    for (std::size_t length = std::max(least, std::size_t{1});
+         length <= std::min(most, kLongestInitial) && length < letters.size(); ++length) {
       const std::size_t bits = 8 * length;
       const ShortText* initial = initials_.Find(packed & ((PackedSpelling{1} << bits) - 1));
       if (initial == nullptr) continue;
@@ -138,91 +130,124 @@ class SyllableParts {
 };
 
 // Finds the syllable that is the least slip away from letters, at most as many as can be packed.
+// The slip is where the letters before it begin a syllable and those after it end one, which is
+// seldom at more than two or three places.
 class SlipSearch {
  public:
-  SlipSearch(int language, std::string_view letters)
-      : tree_(SyllableTree::Of(language)), rarities_(RaritiesOf(language)), count_(letters.size()) {
-    for (std::size_t i = 0; i < count_; ++i) branches_[i] = SyllableTree::Branch(letters[i]);
-    branches_[count_] = SyllableTree::kEnd;
+  SlipSearch(const SyllableTree& tree, std::string_view letters)
+      : tree_(tree), count_(letters.size()), ending_(count_) {
+    for (std::size_t i = 0; i < count_; ++i) {
+      branches_[i] = static_cast<std::uint8_t>(SyllableTree::Branch(letters[i]));
+    }
+    for (; begun_ < count_ && Has(nodes_[begun_], begun_); ++begun_) {
+      nodes_[begun_ + 1] = Child(nodes_[begun_], begun_);
+    }
+    endings_[count_] = SyllableTree::kEndings;
+    for (; ending_ > 0 && Has(endings_[ending_], ending_ - 1); --ending_) {
+      endings_[ending_ - 1] = Child(endings_[ending_], ending_ - 1);
+    }
   }
 
-  Guess Run() {
-    TryAlong([this](std::size_t node, std::size_t at) { TryLikely(node, at); });
-    // Seldom can a slip that costs so much be better.
-    if (best_.cost >= kOtherKey + rarities_.least) {
-      TryAlong([this](std::size_t node, std::size_t at) { TryOtherKey(node, at); });
-    }
-    return best_;
+  // As many of the first letters begin a syllable.
+  std::size_t begun() const { return begun_; }
+  // The letters from here on end a syllable.
+  std::size_t ending() const { return ending_; }
+
+  bool IsSyllable() const {
+    return begun_ == count_ && tree_.Has(nodes_[begun_], SyllableTree::kEnd);
+  }
+
+  // The guess, or none if it costs `limit` or more.
+  Guess Run(int limit) {
+    cost_ = limit;
+    for (std::size_t at = ending_; at <= begun_; ++at) TryDropped(at);
+    for (std::size_t at = Before(2); at <= begun_ && at + 2 <= count_; ++at) TryTransposed(at);
+    for (std::size_t at = Before(1); at <= begun_ && at + 1 <= count_; ++at) TryHit(at);
+    if (row_ == SyllableTree::kNoRow) return {};
+    return {Hint::kSpelling, row_, {}, {}, cost_};
   }
 
  private:
   using Branches = std::uint32_t;  // a bit each
 
-  // Tries slips at each place that the letters before it reach.
-  template <typename TryAt>
-  void TryAlong(TryAt try_at) {
-    std::size_t node = SyllableTree::kRoot;
-    for (std::size_t at = 0;; ++at) {
-      try_at(node, at);
-      if (at == count_ || !tree_.Has(node, branches_[at])) return;
-      node = tree_.Child(node, branches_[at]);
+  // The first place of a slip that makes as many letters.
+  std::size_t Before(std::size_t slip_letters) const {
+    return ending_ > slip_letters ? ending_ - slip_letters : 0;
+  }
+
+  // In each of these the slip is at `at`.
+
+  void TryDropped(std::size_t at) {
+    const std::size_t node = nodes_[at];
+    if (!MayBeBetter(node, at, kLikelySlip)) return;
+    const Branches dropped = tree_.Letters(node) & tree_.Letters(endings_[at]);
+    for (Branches left = dropped; left != 0; left &= left - 1) {
+      Offer(tree_.Child(node, Lowest(left)), at, kLikelySlip);
     }
   }
 
-  // In each of these the letters before `at` have led to `node`.
+  void TryTransposed(std::size_t at) {
+    if (!MayBeBetter(nodes_[at], at + 2, kLikelySlip) || !Has(nodes_[at], at + 1)) return;
+    const std::size_t node = Child(nodes_[at], at + 1);
+    if (Has(node, at)) Offer(Child(node, at), at + 2, kLikelySlip);
+  }
 
-  void TryLikely(std::size_t node, std::size_t at) {
+  // Another key than the right one is hit, or one more.
+  void TryHit(std::size_t at) {
+    const std::size_t node = nodes_[at];
+    if (!MayBeBetter(node, at + 1, kLikelySlip)) return;
     const std::size_t hit = branches_[at];
-    for (Branches left = tree_.BranchesBefore(node, hit); left != 0; left &= left - 1) {
-      Offer(tree_.Child(node, Lowest(left)), at, kLikelySlip);  // dropped
+    const bool is_doubled = at + 1 < count_ && branches_[at + 1] == hit;
+    Offer(node, at + 1, is_doubled ? kLikelySlip : kOtherKey);
+    Branches right = tree_.Letters(node) & tree_.Letters(endings_[at + 1]);
+    if (!MayBeBetter(node, at + 1, kOtherKey)) right &= kKeyTable.beside[hit];
+    for (Branches left = right; left != 0; left &= left - 1) {
+      const std::size_t key = Lowest(left);
+      const bool is_beside = (kKeyTable.beside[hit] >> key & 1U) != 0;
+      Offer(tree_.Child(node, key), at + 1, is_beside ? kKeyTable.costs[key] : kOtherKey);
     }
-    if (at == count_) return;
-    const std::size_t next = branches_[at + 1];
-    const Branches beside = kKeyTable.beside[hit];
-    for (Branches left = tree_.BranchesBefore(node, next) & beside; left != 0; left &= left - 1) {
-      Offer(tree_.Child(node, Lowest(left)), at + 1, kKeyTable.costs[Lowest(left)]);
-    }
-    if (next == hit) Offer(node, at + 1, kLikelySlip);  // doubled
-    const bool is_transposed = next != SyllableTree::kEnd && tree_.Has(node, next) &&
-                               tree_.Has(tree_.Child(node, next), hit);
-    if (is_transposed) Offer(tree_.Child(tree_.Child(node, next), hit), at + 2, kLikelySlip);
-  }
-
-  void TryOtherKey(std::size_t node, std::size_t at) {
-    if (at == count_) return;
-    const Branches beside = kKeyTable.beside[branches_[at]];
-    for (Branches left = tree_.BranchesBefore(node, branches_[at + 1]) & ~beside; left != 0;
-         left &= left - 1) {
-      Offer(tree_.Child(node, Lowest(left)), at + 1, kOtherKey);
-    }
-    Offer(node, at + 1, kOtherKey);  // one key too many
   }
 
   static std::size_t Lowest(Branches branches) {
     return static_cast<std::size_t>(__builtin_ctz(branches));
   }
 
+  bool Has(std::size_t node, std::size_t at) const { return tree_.Has(node, branches_[at]); }
+  std::uint16_t Child(std::size_t node, std::size_t at) const {
+    return static_cast<std::uint16_t>(tree_.Child(node, branches_[at]));
+  }
+
+  // Whether a syllable that begins as the node and ends as the letters from `at` on may be better
+  // than the best, or as good, after a slip.
+  bool MayBeBetter(std::size_t node, std::size_t at, int slip) const {
+    return slip + std::max(tree_.Least(node), tree_.Least(endings_[at])) <= cost_;
+  }
+
   // Goes on from `node` with the letters from `at` on, and takes the syllable that is reached if it
   // is the likeliest; among equals the first row.
   void Offer(std::size_t node, std::size_t at, int slip) {
+    if (!MayBeBetter(node, at, slip)) return;
     for (; at < count_; ++at) {
-      if (!tree_.Has(node, branches_[at])) return;
-      node = tree_.Child(node, branches_[at]);
+      if (!Has(node, at)) return;
+      node = Child(node, at);
     }
-    const int row = tree_.At(node).row;
+    const auto& [row, rarity, takes_apostrophe, stands_alone] = tree_.At(node);
     if (row == SyllableTree::kNoRow) return;
-    const int cost = slip + rarities_.rows[row];
-    if (cost > best_.cost || (cost == best_.cost && row >= best_.row)) return;
-    best_.hint = Hint::kSpelling;
-    best_.row = row;
-    best_.cost = cost;
+    const int cost = slip + rarity;
+    if (cost > cost_ || (cost == cost_ && row >= row_)) return;
+    row_ = row;
+    cost_ = cost;
   }
 
   const SyllableTree& tree_;
-  const Rarities& rarities_;
   std::size_t count_;
-  std::array<std::size_t, kMaxPackedLength + 1> branches_ = {};  // of the letters, then kEnd
-  Guess best_;
+  std::size_t begun_ = 0;
+  std::size_t ending_;
+  std::array<std::uint8_t, kMaxPackedLength> branches_ = {};      // of the letters
+  std::array<std::uint16_t, kMaxPackedLength + 1> nodes_ = {};    // up to each letter
+  std::array<std::uint16_t, kMaxPackedLength + 1> endings_ = {};  // from each letter on
+  int row_ = SyllableTree::kNoRow;                                // of the best guess
+  int cost_ = 0;  // of it, or what a guess has to be below
 };
 
 // The row of what the shipped table has for letters, or kNoRow.
@@ -235,28 +260,33 @@ int AliasRow(std::string_view letters) {
   return SyllableTree::Of(sp::LANGUAGE_CANTONESE).Find(found->syllable).row;
 }
 
+// How rare a syllable is, in sixteenths of a bit.
+int RarityOf(int language, int row) { return CutNumbersOf(language).rarities[row]; }
+
 }  // namespace
 
-Guess GuessSyllable(int language, std::string_view letters) {
+Guess GuessSyllable(int language, std::string_view letters, int limit) {
   const SyllableTree& tree = SyllableTree::Of(language);
-  if (letters.size() > tree.longest() + 1) return {};
-  if (tree.Find(letters).row != SyllableTree::kNoRow) return {};
+  if (letters.size() > tree.longest() + 1 || limit <= tree.Least(SyllableTree::kRoot)) return {};
+  SlipSearch search(tree, letters);
+  if (search.IsSyllable()) return {};
   if (language == sp::LANGUAGE_CANTONESE) {
     const int row = AliasRow(letters);
-    if (row != SyllableTree::kNoRow) return {Hint::kAlias, row, {}, {}, kCantoneseRarities[row]};
+    if (row != SyllableTree::kNoRow) return {Hint::kAlias, row, {}, {}, RarityOf(language, row)};
   }
-  const Guess gap = SyllableParts::Of(language).FindGap(letters);
-  if (gap.hint == Hint::kGap || letters.size() < kShortestMisspelt) return gap;
-  return SlipSearch(language, letters).Run();
+  const bool is_long = letters.size() >= kShortestMisspelt;
+  const Guess misspelt = is_long ? search.Run(limit) : Guess();
+  // A gap comes first, but need not be looked for where neither would be taken.
+  if (misspelt.hint == Hint::kNone && limit <= kGapCost) return {};
+  const Guess gap = SyllableParts::Of(language).FindGap(letters, search.ending(), search.begun());
+  return gap.hint == Hint::kGap ? gap : misspelt;
 }
 
-Guess GuessMarked(int language, std::string_view letters) {
+Guess GuessMarked(int language, std::string_view letters, int limit) {
   const int row = SyllableTree::Of(language).Find(letters).row;
-  if (row == SyllableTree::kNoRow) return GuessSyllable(language, letters);
+  if (row == SyllableTree::kNoRow) return GuessSyllable(language, letters, limit);
   if (letters.size() == 1) return {};
   return {Hint::kSpelling, row, {}, {}, RarityOf(language, row)};
 }
-
-int RarityOf(int language, int row) { return RaritiesOf(language).rows[row]; }
 
 }  // namespace qeo::notation::internal

@@ -34,14 +34,15 @@ struct Guess {
 
 /// What `letters`, small ones, may be meant for in Mandarin or Cantonese: what the shipped alias
 /// table has, else a gap of the table, else what is one slip away. The last is not asked of one or
-/// two letters, which are near to too much. None for letters that are a syllable.
-Guess GuessSyllable(int language, std::string_view letters);
+/// two letters, which are near to too much. None for letters that are a syllable. A guess that
+/// costs `limit` or more is not searched for to the end: what is returned then is none, or costs
+/// that much.
+Guess GuessSyllable(int language, std::string_view letters,
+                    int limit = std::numeric_limits<int>::max());
 
 /// The same of letters with a wrong mark: two or more that are a syllable are meant for that.
-Guess GuessMarked(int language, std::string_view letters);
-
-/// How rare a syllable of Mandarin or Cantonese is, in sixteenths of a bit.
-int RarityOf(int language, int row);
+Guess GuessMarked(int language, std::string_view letters,
+                  int limit = std::numeric_limits<int>::max());
 
 }  // namespace qeo::notation::internal
 

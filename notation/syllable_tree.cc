@@ -23,6 +23,7 @@ const SyllableTree& SyllableTree::Of(int language) {
 
 SyllableTree::SyllableTree(int language) {
   nodes_.push_back({});
+  nodes_.push_back({});
   const CutNumbers numbers = CutNumbersOf(language);
   penalty_ = numbers.penalty;
   const std::vector<std::string> spellings = SyllableSpellings(language);
@@ -31,28 +32,33 @@ SyllableTree::SyllableTree(int language) {
     Add(spellings[row], {static_cast<std::int16_t>(row), numbers.rarities[row],
                          TakesApostrophe(packed), numbers.nasals_stand_alone && IsNasal(packed)});
   }
-  for (std::size_t branch = 0; branch <= kEnd; ++branch) {
-    for (std::size_t letter = 0; letter < kEnd; ++letter) {
-      const bool leads = Has(kRoot, letter) && Has(Child(kRoot, letter), branch);
-      if (leads) first_before_[branch] |= std::uint32_t{1} << letter;
-    }
-  }
 }
 
 void SyllableTree::Add(std::string_view spelling, const Syllable& syllable) {
   if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
   std::size_t node = kRoot;
-  for (const char letter : spelling) {
-    if (Next(node, letter) == kRoot) {
-      nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
-      nodes_[node].branches |= std::uint32_t{1} << Branch(letter);
-      nodes_.push_back({});
-    }
-    node = Next(node, letter);
-  }
+  for (const char letter : spelling) node = Grow(node, letter, syllable.rarity);
   nodes_[node].syllable = syllable;
   nodes_[node].branches |= std::uint32_t{1} << kEnd;
+  std::size_t ending = kEndings;
+  for (std::size_t i = spelling.size(); i > 0; --i) {
+    ending = Grow(ending, spelling[i - 1], syllable.rarity);
+  }
   longest_ = std::max(longest_, spelling.size());
+}
+
+// The node that a letter of a syllable leads to.
+std::size_t SyllableTree::Grow(std::size_t node, char letter, std::uint8_t rarity) {
+  if (Next(node, letter) == kRoot) {
+    nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
+    nodes_[node].branches |= std::uint32_t{1} << Branch(letter);
+    nodes_.push_back({});
+  }
+  const std::size_t next = Next(node, letter);
+  for (const std::size_t grown : {node, next}) {
+    nodes_[grown].least = std::min(nodes_[grown].least, rarity);
+  }
+  return next;
 }
 
 }  // namespace qeo::notation::internal

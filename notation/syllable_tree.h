@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "notation/bounded_vector.h"
@@ -27,6 +28,7 @@ struct Syllable {
 class SyllableTree {
  public:
   static constexpr std::size_t kRoot = 0;
+  static constexpr std::size_t kEndings = 1;  ///< the root of the same tree, read from the end
   static constexpr int kNoRow = -1;
 
   /// The tree of a language, made at the first call; without a branch when it has no syllables.
@@ -58,17 +60,14 @@ class SyllableTree {
     return nodes_[node].next[branch];
   }
 
-  /// The letters, a bit each by its place, that lead on from a node to one from which `branch`, a
-  /// letter or kEnd, leads on in turn. Of the root, which has many letters, they are known.
-  std::uint32_t BranchesBefore(std::size_t node, std::size_t branch) const {
-    if (node == kRoot) return first_before_[branch];
-    std::uint32_t before = nodes_[node].branches & ~(std::uint32_t{1} << kEnd);
-    for (std::uint32_t left = before; left != 0; left &= left - 1) {
-      const auto letter = static_cast<std::size_t>(__builtin_ctz(left));
-      if (!Has(Child(node, letter), branch)) before &= ~(std::uint32_t{1} << letter);
-    }
-    return before;
+  /// The letters that lead on from a node, a bit each by its place.
+  std::uint32_t Letters(std::size_t node) const {
+    return nodes_[node].branches & ~(std::uint32_t{1} << kEnd);
   }
+
+  /// The least rarity of the syllables that begin (below kEndings: end) with the letters that lead
+  /// to a node.
+  int Least(std::size_t node) const { return nodes_[node].least; }
 
   /// The syllable whose letters lead to a node, of row kNoRow when they are none.
   const Syllable& At(std::size_t node) const { return nodes_[node].syllable; }
@@ -87,19 +86,20 @@ class SyllableTree {
   const CutCost& penalty() const { return penalty_; }
 
  private:
-  static constexpr std::size_t kMaxNodes = 1024;
+  static constexpr std::size_t kMaxNodes = 1536;
 
   struct Node {
     std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
     Syllable syllable;
+    std::uint8_t least = std::numeric_limits<std::uint8_t>::max();
     std::uint32_t branches = 0;  // bits of the letters that `next` has, and of kEnd
   };
 
   explicit SyllableTree(int language);
   void Add(std::string_view spelling, const Syllable& syllable);
+  std::size_t Grow(std::size_t node, char letter, std::uint8_t rarity);
 
   BoundedVector<Node, kMaxNodes> nodes_;
-  std::array<std::uint32_t, kEnd + 1> first_before_ = {};  // BranchesBefore of the root
   std::size_t longest_ = 0;
   CutCost penalty_;
 };
