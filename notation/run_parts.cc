@@ -19,7 +19,7 @@ std::string_view LettersOf(std::string_view letters, const RunPart& first, const
 // What a guess leaves wrong and what it costs; the least is best.
 struct Weight {
   std::ptrdiff_t wrong_letters;  // less those of the guess
-  int cost;                      // less that of the syllables in whose place it stands
+  int cost;                      // less that of the syllables it replaces
 };
 
 // Whether letters begin with one of m, n, ng, hm and hng.

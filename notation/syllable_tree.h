@@ -44,7 +44,7 @@ class SyllableTree {
     return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
   }
 
-  /// A letter by its place in the alphabet. kEnd stands for the end of a syllable.
+  /// A letter by its place in the alphabet. kEnd is the end of a syllable.
   static constexpr std::size_t Branch(char letter) {
     return static_cast<std::size_t>(letter - 'a');
   }

@@ -33,7 +33,7 @@ struct Letter {
   char tone;    // by its mark, or kNoTone
   bool is_capital;
   bool is_full_width;
-  bool has_diaeresis;                 // or a v stands for it
+  bool has_diaeresis;                 // or v is written for it
   bool has_full_width_colon = false;  // at its end, for the diaeresis
   bool has_mark;
   bool is_variant;
