@@ -96,6 +96,7 @@ std::string ItemType(const py::buffer_info& buffer) {
 }
 
 py::object IndexOf(PyObject* object) {
+  if (PyLong_CheckExact(object)) return py::reinterpret_borrow<py::object>(object);
   if (PyBool_Check(object)) return {};
   auto index = py::reinterpret_steal<py::object>(PyNumber_Index(object));
   if (index) return index;
@@ -105,6 +106,7 @@ py::object IndexOf(PyObject* object) {
 }
 
 bool FlagArgument(PyObject* flag) {
+  if (PyBool_Check(flag)) return flag == Py_True;
   const int is_true = PyObject_IsTrue(flag);
   if (is_true < 0) throw py::error_already_set();
   return is_true != 0;

@@ -69,8 +69,7 @@ py::object Phone(Arguments arguments) {
   const int language = LanguageArgument(arguments[1], arguments[2]);
   const bool fallback = FlagArgument(arguments[2]);
   PyObject* key = arguments[0];
-  std::string name;
-  if (AppendText(key, name)) {
+  if (std::string name; !PyLong_CheckExact(key) && AppendText(key, name)) {
     const sp::PhoneInfo* phone = sp::GetPhoneInfoByDescription(language, name);
     return fallback || IsAsked(phone, name) ? Borrow(PhoneObject(phone)) : py::none();
   }

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bindings/arguments.h"
@@ -16,11 +17,10 @@ namespace qeo::python {
 
 namespace {
 
-// Never destroyed: objects must not be released after the interpreter has ended.
-std::vector<Language>& AllLanguages() {
-  static auto& languages = *new std::vector<Language>;
-  return languages;
-}
+// Set once, and never destroyed: objects must not be released after the interpreter has ended.
+const std::vector<Language>* languages_ = nullptr;
+
+const std::vector<Language>& AllLanguages() { return *languages_; }
 
 std::map<int, sp::SpMapping> Tables() {
   std::map<int, sp::SpMapping> tables;
@@ -76,7 +76,7 @@ void InitializeLanguages(const py::module_& enums) {
     language.member = language_enum(py::int_(language.id)).release().ptr();
     AddRows(tables.at(language.id), enums, language);
   }
-  AllLanguages() = languages;
+  languages_ = new std::vector<Language>(std::move(languages));
 }
 
 py::dict LanguageIds() {
