@@ -18,9 +18,9 @@ namespace qeo::python {
 namespace {
 
 // Set once, and never destroyed: objects must not be released after the interpreter has ended.
-const std::vector<Language>* languages_ = nullptr;
+const std::vector<Language>* all_languages = nullptr;
 
-const std::vector<Language>& AllLanguages() { return *languages_; }
+const std::vector<Language>& AllLanguages() { return *all_languages; }
 
 std::map<int, sp::SpMapping> Tables() {
   std::map<int, sp::SpMapping> tables;
@@ -76,7 +76,7 @@ void InitializeLanguages(const py::module_& enums) {
     language.member = language_enum(py::int_(language.id)).release().ptr();
     AddRows(tables.at(language.id), enums, language);
   }
-  languages_ = new std::vector<Language>(std::move(languages));
+  all_languages = new std::vector<Language>(std::move(languages));
 }
 
 py::dict LanguageIds() {
