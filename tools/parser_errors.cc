@@ -127,7 +127,7 @@ std::string MismatchProblem(const CLI::App& app, const CLI::ParseError& error) {
     }
     const std::string type = option->get_type_name();
     if (IsAbout(CLI::ArgumentMismatch::TypedAtLeast(name, 1, type).what(), error)) {
-      return name + " requires a value, " + type;
+      return std::string(name).append(" requires a value, ").append(type);
     }
     for (const std::string& long_name : option->get_lnames()) {
       if (IsAbout(CLI::ArgumentMismatch::FlagOverride(long_name).what(), error)) {
