@@ -12,7 +12,7 @@
 #include "notation/piece_cutter.h"
 #include "notation/readings.h"
 #include "notation/syllable_set.h"
-#include "notation/syllable_writer.h"
+#include "notation/syllable_sink.h"
 #include "notation/text_reader.h"
 #include "notation/word.h"
 #include "phoneme/ascii.h"
@@ -25,40 +25,29 @@ bool IsInWord(const Character& character) {
          character.kind == CharacterKind::kForeignLetter;
 }
 
-RuleSet Common(RuleSet a, RuleSet b) {
-  RuleSet common;
-  for (int i = 0; i < kRuleCount; ++i) {
-    const Rule rule = static_cast<Rule>(i);
-    if (a.Has(rule) && b.Has(rule)) common = common.With(rule);
-  }
-  return common;
-}
-
 class Normalizer {
  public:
   Normalizer(const Notation& notation, std::string_view text, RuleSet rules,
-             const AliasTable* aliases, bool are_words_syllables)
+             const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink)
       : notation_(notation),
         text_(text),
         rules_(rules),
         reader_(text, rules),
         readings_(notation.language, rules, aliases),
         cutter_(notation.language, readings_),
-        writer_(rules),
+        sink_(sink),
         are_words_syllables_(are_words_syllables) {}
 
   // The cutter refers to the readings.
   Normalizer(const Normalizer&) = delete;
   Normalizer& operator=(const Normalizer&) = delete;
 
-  Normalized Run() {
-    writer_.Reserve(text_.size());
+  void Run() {
     tones_ = FindToneStyle();
     for (std::size_t at = 0; at < text_.size();) {
-      const std::size_t behind = PlacePlain(at);
-      at = behind != at ? behind : Place(reader_.ReadCharacter(at));
+      const std::size_t end = PlacePlain(at);
+      at = end != at ? end : Place(reader_.ReadCharacter(at));
     }
-    return writer_.Take();
   }
 
  private:
@@ -98,7 +87,7 @@ class Normalizer {
   TextReader reader_;
   Readings readings_;
   PieceCutter cutter_;
-  SyllableWriter writer_;
+  SyllableSink& sink_;
   bool are_words_syllables_;
   std::optional<bool> is_otherwise_ascii_;  // once it was asked
   ToneStyle tones_ = ToneStyle::kNone;
@@ -124,8 +113,8 @@ Normalizer::ToneStyle Normalizer::FindToneStyle() {
   return tones;
 }
 
-// Places a space, or small letters that are a syllable and the one digit behind them, which is most
-// of what there is. Returns where what is behind begins, which is `at` when it needs another look.
+// Places a space, or small letters that are a syllable and the one digit after them, which is most
+// of what there is. Returns where the rest begins, which is `at` when it needs another look.
 std::size_t Normalizer::PlacePlain(std::size_t at) {
   const std::string_view rest = text_.substr(at, kMaxPackedLength + 2);
   PackedSpelling letters = 0;
@@ -139,50 +128,51 @@ std::size_t Normalizer::PlacePlain(std::size_t at) {
   if (ascii::IsDigit(next) || !ascii::IsAscii(next))
     return at;  // another digit, or a mark on the last one
   if (count == 0 && last == ' ') {
-    writer_.SetApart(at);
+    sink_.SetApart(at);
     return at + 1;
   }
   const bool is_tone = last >= '1' && last <= notation_.top_tone;
-  if (count == 0 || !is_tone || !readings_.IsPlain(letters)) return at;
-  writer_.PutPlain(rest.substr(0, count + 1), at);
+  const int row = count == 0 || !is_tone ? SyllableSet::kNothing : readings_.PlainRow(letters);
+  if (row < 0) return at;
+  sink_.PutPlain(rest.substr(0, count + 1), row, at);
   return at + count + 1;
 }
 
-// Places a character, or the word that it begins. Returns where what is behind begins.
+// Places a character, or the word that it begins. Returns where the rest begins.
 std::size_t Normalizer::Place(const Character& character) {
   switch (character.kind) {
     case CharacterKind::kLetter:
     case CharacterKind::kForeignLetter:
       return PlaceWordAt(character.range.offset);
     case CharacterKind::kSeparator:
-      writer_.SetApart(character.range.offset);
+      sink_.SetApart(character.range.offset);
       break;
     case CharacterKind::kColon:
     case CharacterKind::kPunctuation:
       PlacePunctuation(character.range);
       break;
     case CharacterKind::kInvalid:
-      writer_.Report(ProblemKind::kInvalidUtf8, character.range);
+      sink_.Report(ProblemKind::kInvalidUtf8, character.range);
       break;
     case CharacterKind::kDigit:
     case CharacterKind::kForeign:
-      writer_.Report(ProblemKind::kForeignText, character.range);
+      sink_.Report(ProblemKind::kForeignText, character.range);
       break;
   }
   return character.range.end();
 }
 
 void Normalizer::PlacePunctuation(Range range) {
-  if (!rules_.Has(Rule::kPunctuation)) return writer_.Report(ProblemKind::kForeignText, range);
-  writer_.SetApart(range.offset);
-  writer_.Apply(Rule::kPunctuation, range);
+  if (!rules_.Has(Rule::kPunctuation)) return sink_.Report(ProblemKind::kForeignText, range);
+  sink_.SetApart(range.offset);
+  sink_.Apply(Rule::kPunctuation, range);
 }
 
-// Reads and places a word. Returns where what is behind it and its digits begins.
+// Reads and places a word. Returns where it and its digits end.
 std::size_t Normalizer::PlaceWordAt(std::size_t at) {
   const Range range = reader_.ReadWord(at, word_);
   if (word_.is_foreign) {
-    writer_.Report(ProblemKind::kForeignText, range);
+    sink_.Report(ProblemKind::kForeignText, range);
   } else {
     PlaceWord();
   }
@@ -196,7 +186,7 @@ void Normalizer::PlaceWord() {
     while (end < word_.size() && word_[end].is_capital) ++end;
     const Piece capitals = {begin, end};
     const bool is_word_start = capitals.size() == 1 && end < word_.size();
-    if (begin > 0) writer_.SetApart(word_[begin].offset);
+    if (begin > 0) sink_.SetApart(word_[begin].offset);
     if (!is_word_start && IsAbbreviation(capitals)) {
       PlaceAbbreviation(capitals);
     } else {
@@ -207,7 +197,7 @@ void Normalizer::PlaceWord() {
   }
 }
 
-// Whether the digits behind the word close a syllable, and not an abbreviation.
+// Whether the digits after the word close a syllable, and not an abbreviation.
 bool Normalizer::EndsInSyllable() const {
   std::size_t begin = word_.size();
   while (begin > 0 && word_[begin - 1].is_capital) --begin;
@@ -225,7 +215,7 @@ bool Normalizer::IsAbbreviation(Piece capitals) const {
 }
 
 // Whether a word is a small letter of full width in a text that has nothing else beyond ASCII,
-// where it stands for a letter and not for a syllable.
+// where it names a letter and is not a syllable.
 bool Normalizer::IsForeignLetter() {
   const bool is_lone = word_.size() == 1 && word_.digits.count == 0;
   if (!is_lone || !word_[0].is_full_width || word_[0].is_capital) return false;
@@ -259,8 +249,8 @@ bool Normalizer::IsOtherwiseAscii() const {
 
 void Normalizer::PlaceAbbreviation(Piece piece) {
   const Range range = word_.RangeWithDigits(piece);
-  writer_.Apply(Rule::kAbbreviation, range);
-  writer_.Report(ProblemKind::kForeignText, range);
+  sink_.Apply(Rule::kAbbreviation, range);
+  sink_.Report(ProblemKind::kForeignText, range);
 }
 
 void Normalizer::PlacePiece(Piece piece) {
@@ -296,18 +286,18 @@ void Normalizer::PlaceClosed(Piece piece) {
   const Range range = {word_[piece.begin].offset, end - word_[piece.begin].offset};
   const Reading reading = readings_.OfPiece(word_, piece);
   if (!reading.IsKnown()) {
-    writer_.Report(ProblemKind::kUnknownSyllable, range);
+    sink_.Report(ProblemKind::kUnknownSyllable, range);
   } else if (word_.HasToneMark(piece) || !IsTone(digit.ascii, reading)) {
-    writer_.Report(ProblemKind::kBadTone, range);
+    sink_.Report(ProblemKind::kBadTone, range);
   } else {
     const bool is_neutral = digit.ascii == '0' && rules_.Has(Rule::kNeutralTone);
     const Tone tone = {is_neutral ? kNeutralTone : digit.ascii, digit.range.offset, end};
-    writer_.PutSyllable(word_, piece, reading, tone);
-    if (digit.is_full_width) writer_.Apply(Rule::kFullWidth, digit.range);
-    if (is_neutral) writer_.Apply(Rule::kNeutralTone, digit.range);
+    sink_.PutSyllable(word_, piece, reading, tone);
+    if (digit.is_full_width) sink_.Apply(Rule::kFullWidth, digit.range);
+    if (is_neutral) sink_.Apply(Rule::kNeutralTone, digit.range);
   }
   if (word_.digits.count > 1) {
-    writer_.Report(ProblemKind::kBadTone, {end, word_.digits.end - end});
+    sink_.Report(ProblemKind::kBadTone, {end, word_.digits.end - end});
   }
 }
 
@@ -320,10 +310,10 @@ bool Normalizer::IsTone(char digit, const Reading& reading) const {
 void Normalizer::PlaceOpen(Piece piece) {
   const Range range = word_.RangeOf(piece);
   const Reading reading = readings_.OfPiece(word_, piece);
-  if (!reading.IsKnown()) return writer_.Report(ProblemKind::kUnknownSyllable, range);
+  if (!reading.IsKnown()) return sink_.Report(ProblemKind::kUnknownSyllable, range);
   const bool is_neutral = rules_.Has(Rule::kNeutralTone);
-  writer_.PutSyllable(word_, piece, reading, {is_neutral ? kNeutralTone : kNoTone});
-  if (is_neutral) writer_.Apply(Rule::kNeutralTone, range);
+  sink_.PutSyllable(word_, piece, reading, {is_neutral ? kNeutralTone : kNoTone});
+  if (is_neutral) sink_.Apply(Rule::kNeutralTone, range);
 }
 
 // A piece without a digit in a text with tone marks.
@@ -332,10 +322,10 @@ void Normalizer::PlaceMarked(Piece piece) {
   if (IsOneSyllable(piece, whole)) return PlaceByMark(piece, whole);
   const std::vector<Piece>& syllables = cutter_.Cut(word_, piece, true);
   if (syllables.empty()) {
-    return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
+    return sink_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
   }
   for (const Piece syllable : syllables) {
-    if (syllable.begin > piece.begin) writer_.SetApart(word_[syllable.begin].offset);
+    if (syllable.begin > piece.begin) sink_.SetApart(word_[syllable.begin].offset);
     PlaceByMark(syllable, readings_.OfPiece(word_, syllable));
   }
 }
@@ -354,18 +344,18 @@ void Normalizer::PlaceByMark(Piece syllable, const Reading& reading) {
   }
   const bool is_marked = tone.digit != kNoTone;
   if (!is_marked) tone.digit = kNeutralTone;
-  writer_.PutSyllable(word_, syllable, reading, tone);
-  if (!is_marked) writer_.Apply(Rule::kToneMark, word_.RangeOf(syllable));
+  sink_.PutSyllable(word_, syllable, reading, tone);
+  if (!is_marked) sink_.Apply(Rule::kToneMark, word_.RangeOf(syllable));
 }
 
 // A piece of a text without tones: only what a rule rewrites is cut out of it.
 void Normalizer::PlaceToneless(Piece piece) {
   const Reading whole = readings_.OfPiece(word_, piece);
   const bool is_syllable = are_words_syllables_ && whole.IsKnown();
-  if (whole.is_lone_r || is_syllable) return writer_.PutSyllable(word_, piece, whole, {});
+  if (whole.is_lone_r || is_syllable) return sink_.PutSyllable(word_, piece, whole, {});
   for (std::size_t i = piece.begin; i < piece.end; ++i) {
     if (word_[i].letter != kCircumflexE) continue;
-    return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
+    return sink_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
   }
   Piece letters = {piece.begin, piece.begin};  // that stay together
   bool has_syllable = false;
@@ -375,7 +365,7 @@ void Normalizer::PlaceToneless(Piece piece) {
       has_syllable = has_syllable || !reading.IsRewritten();
       if (!reading.IsRewritten()) continue;
       PlaceUncut({letters.begin, syllable.begin}, has_syllable);
-      writer_.PutSyllable(word_, syllable, reading, {});
+      sink_.PutSyllable(word_, syllable, reading, {});
       letters.begin = syllable.end;
       has_syllable = false;
     }
@@ -387,29 +377,48 @@ void Normalizer::PlaceToneless(Piece piece) {
 // they do not become a syllable by standing alone, as the m of "mdianr" would.
 void Normalizer::PlaceUncut(Piece letters, bool has_syllable) {
   if (!has_syllable && readings_.OfPiece(word_, letters).IsKnown()) {
-    return writer_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(letters));
+    return sink_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(letters));
   }
-  writer_.PutLetters(word_, letters);
+  sink_.PutLetters(word_, letters);
 }
 
 }  // namespace
 
-Normalized Normalize(const Notation& notation, std::string_view text, RuleSet rules,
-                     const AliasTable* aliases, bool are_words_syllables) {
-  return Normalizer(notation, text, Common(rules, notation.rules), aliases, are_words_syllables)
-      .Run();
+RuleSet RulesInUse(const Notation& notation, RuleSet rules) {
+  RuleSet in_use;
+  for (int i = 0; i < kRuleCount; ++i) {
+    const Rule rule = static_cast<Rule>(i);
+    if (notation.rules.Has(rule) && rules.Has(rule)) in_use = in_use.With(rule);
+  }
+  return in_use;
 }
 
+void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
+               const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink) {
+  Normalizer(notation, text, rules, aliases, are_words_syllables, sink).Run();
+}
+
+namespace {
+
+Normalized ToText(const Notation& notation, std::string_view text, RuleSet rules,
+                  const AliasTable* aliases) {
+  const RuleSet in_use = RulesInUse(notation, rules);
+  TextSink sink(in_use, text.size());
+  Normalize(notation, text, in_use, aliases, false, sink);
+  return sink.Take();
+}
+
+}  // namespace
 }  // namespace qeo::notation::internal
 
 namespace qeo::notation {
 
 Normalized NormalizePinyin(std::string_view text, RuleSet rules) {
-  return internal::Normalize(internal::kPinyin, text, rules, nullptr);
+  return internal::ToText(internal::kPinyin, text, rules, nullptr);
 }
 
 Normalized NormalizeJyutping(std::string_view text, RuleSet rules, const AliasTable* aliases) {
-  return internal::Normalize(internal::kJyutping, text, rules, aliases);
+  return internal::ToText(internal::kJyutping, text, rules, aliases);
 }
 
 }  // namespace qeo::notation

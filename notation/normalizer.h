@@ -9,6 +9,7 @@
 #include "notation/jyutping.h"
 #include "notation/pinyin.h"
 #include "notation/records.h"
+#include "notation/syllable_sink.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {
@@ -25,11 +26,14 @@ inline constexpr Notation kPinyin = {sp::LANGUAGE_MANDARIN, kPinyinRules, '5', t
 /// The library writes 7 for a syllable without a tone.
 inline constexpr Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7', false};
 
-/// Normalises a text by those of `rules` that the notation has. `aliases` may be null. With
-/// `are_words_syllables` a word of a text without tones is one syllable, and is not cut in order to
-/// rewrite a part of it.
-Normalized Normalize(const Notation& notation, std::string_view text, RuleSet rules,
-                     const AliasTable* aliases, bool are_words_syllables = false);
+/// Those of `rules` that the notation has.
+RuleSet RulesInUse(const Notation& notation, RuleSet rules);
+
+/// Reads a text by `rules`, those in use, into a sink that has them too. `aliases` may be null.
+/// With `are_words_syllables` a word of a text without tones is one syllable, and is not cut in
+/// order to rewrite a part of it.
+void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
+               const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink);
 
 }  // namespace qeo::notation::internal
 

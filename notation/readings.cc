@@ -33,6 +33,7 @@ Reading Readings::Unfused(PackedSpelling letters, std::size_t count) const {
   }
   const SyllableSet::Entry syllable = syllables_.Find(reading.spelling);
   if (!syllable.IsSyllable()) return {};
+  reading.row = syllable.row;
   reading.rarity = syllable.rarity;
   return reading;
 }
@@ -51,6 +52,7 @@ Reading Readings::OfPiece(const Word& word, Piece piece) const {
   Reading reading;
   if (letters == Pack("r") && rules_.Has(Rule::kErhua)) {
     reading.spelling = Pack("er");
+    reading.row = syllables_.Find(reading.spelling).row;
     reading.is_lone_r = true;
     return reading;
   }

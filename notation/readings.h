@@ -16,7 +16,8 @@ namespace qeo::notation::internal {
 
 struct Reading {
   PackedSpelling spelling = 0;  // for the library; 0 when the letters are not a syllable
-  bool is_lone_r = false;       // "r" as "er"
+  std::int16_t row = SyllableSet::kNothing;  // of `spelling`
+  bool is_lone_r = false;                    // "r" as "er"
   bool is_alias = false;
   bool is_respelled = false;  // "lue" as "lve"
   bool has_fused_r = false;   // after `spelling`, a syllable more
@@ -35,9 +36,10 @@ class Readings {
         aliases_(rules.Has(Rule::kAlias) ? aliases : nullptr),
         syllables_(SyllableSet::Of(language)) {}
 
-  /// Whether letters are a syllable as they are, and no alias is in use.
-  bool IsPlain(PackedSpelling letters) const {
-    return aliases_ == nullptr && syllables_.Has(letters);
+  /// The row of letters that are a syllable as they are; negative when they are none, and when
+  /// aliases are in use.
+  int PlainRow(PackedSpelling letters) const {
+    return aliases_ == nullptr ? syllables_.Find(letters).row : SyllableSet::kNothing;
   }
 
   /// Whether a syllable may go on after these letters, but for one letter that a rule adds.

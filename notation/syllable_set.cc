@@ -10,27 +10,26 @@
 
 namespace qeo::notation::internal {
 
-SyllableSet::SyllableSet(int language) {
-  const std::uint8_t* rarity = CutNumbersOf(language).rarities;
+SyllableSet::SyllableSet(int language) : rarities_(CutNumbersOf(language).rarities) {
+  std::int16_t row = 0;
   for (const std::string& spelling : SyllableSpellings(language)) {
-    const Entry syllable = {kSyllable, *rarity++};
+    const std::int16_t syllable = row++;
     if (spelling == "E") continue;  // the library reads "e"
     for (std::size_t length = 1; length < spelling.size(); ++length) {
-      Add(Pack(std::string_view(spelling).substr(0, length)), {kBeginning, 0});
+      Add(Pack(std::string_view(spelling).substr(0, length)), kBeginning);
     }
     Add(Pack(spelling), syllable);
   }
 }
 
 // What is a syllable stays one.
-void SyllableSet::Add(PackedSpelling spelling, Entry entry) {
+void SyllableSet::Add(PackedSpelling spelling, std::int16_t row) {
   std::size_t slot = SlotOf(spelling);
   while (slots_[slot] != 0 && (slots_[slot] & kSpellingMask) != spelling) {
     slot = (slot + 1) % kSlots;
   }
-  if (EntryOf(slots_[slot]).IsSyllable()) return;
-  slots_[slot] = spelling | (std::uint64_t{entry.kind} << kSpellingBits) |
-                 (std::uint64_t{entry.rarity} << (kSpellingBits + kKindBits));
+  if (slots_[slot] != 0 && RowOf(slots_[slot]) >= 0) return;
+  slots_[slot] = spelling | std::uint64_t{static_cast<std::uint16_t>(row)} << kSpellingBits;
 }
 
 const SyllableSet& SyllableSet::Of(int language) {

@@ -1,7 +1,7 @@
 #ifndef NOTATION_SYLLABLE_SET_H_
 #define NOTATION_SYLLABLE_SET_H_
 
-// The syllables of a language as a set of packed spellings with their rarities, for looking up many
+// The syllables of a language as packed spellings with their rows and rarities, for looking up many
 // quickly. Not installed.
 
 #include <array>
@@ -31,18 +31,14 @@ constexpr PackedSpelling Pack(std::string_view spelling) {
 
 class SyllableSet {
  public:
-  /// What letters are.
-  enum Kind : std::uint8_t {
-    kNothing = 0,
-    kBeginning = 1,  ///< of a syllable
-    kSyllable = 2,   ///< one that text can name, and perhaps the beginning of another
-  };
+  static constexpr std::int16_t kNothing = -1;    ///< no syllable begins with the letters
+  static constexpr std::int16_t kBeginning = -2;  ///< one does, and they are none
 
   struct Entry {
-    Kind kind = kNothing;
-    std::uint8_t rarity = 0;  ///< of a syllable, in sixteenths of a bit
+    std::int16_t row = kNothing;  ///< of a syllable that text can name, or one of the two above
+    std::uint8_t rarity = 0;      ///< of a syllable, in sixteenths of a bit
 
-    bool IsSyllable() const { return kind == kSyllable; }
+    bool IsSyllable() const { return row >= 0; }
   };
 
   /// The set of a Chinese language, made at the first call.
@@ -56,7 +52,7 @@ class SyllableSet {
     return {};
   }
 
-  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling).kind != kNothing; }
+  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling).row != kNothing; }
   bool Has(PackedSpelling spelling) const { return Find(spelling).IsSyllable(); }
 
  private:
@@ -64,21 +60,25 @@ class SyllableSet {
   static constexpr std::size_t kSlots = std::size_t{1} << kSlotBits;
   static constexpr int kSpellingBits = 48;  // six letters, as many as the library looks up
   static constexpr PackedSpelling kSpellingMask = (PackedSpelling{1} << kSpellingBits) - 1;
-  static constexpr int kKindBits = 8;
 
   explicit SyllableSet(int language);
-  void Add(PackedSpelling spelling, Entry entry);
+  void Add(PackedSpelling spelling, std::int16_t row);
 
-  static constexpr Entry EntryOf(std::uint64_t slot) {
-    return {static_cast<Kind>(slot >> kSpellingBits & 0xffU),
-            static_cast<std::uint8_t>(slot >> (kSpellingBits + kKindBits))};
+  static constexpr std::int16_t RowOf(std::uint64_t slot) {
+    return static_cast<std::int16_t>(slot >> kSpellingBits);
+  }
+
+  Entry EntryOf(std::uint64_t slot) const {
+    const std::int16_t row = RowOf(slot);
+    return {row, row < 0 ? std::uint8_t{0} : rarities_[row]};
   }
 
   static constexpr std::size_t SlotOf(PackedSpelling spelling) {
     return static_cast<std::size_t>(spelling * 0x9e3779b97f4a7c15U >> (64 - kSlotBits));
   }
 
-  // A spelling, above it its kind, and above that its rarity; 0 where free.
+  const std::uint8_t* rarities_;  // by row
+  // A spelling, and above it the row; 0 where free.
   std::array<std::uint64_t, kSlots> slots_ = {};
 };
 
