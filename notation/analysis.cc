@@ -38,7 +38,11 @@ class RecordSink final : public internal::SyllableSink {
         language_(language),
         set_(*sp::FindPhoneSet(language)),
         cutting_(cutting),
-        hints_(language, text, hint_rules) {}
+        hints_(language, text, hint_rules) {
+    constexpr std::size_t kUsualSyllables = 16;  // room that hardly a line outgrows
+    constexpr std::size_t kBytesASyllable = 4;
+    analysis_.syllables.reserve(std::min(text.size() / kBytesASyllable + 1, kUsualSyllables));
+  }
 
   Analysis Take() {
     analysis_.applied = std::move(applied_);
@@ -85,9 +89,9 @@ void RecordSink::Add(int row, char digit, Range range) {
       sp::ToneAdaptation(language_, static_cast<signed char>(digit == kNoDigit ? 0 : digit - '0'));
   record.code = static_cast<std::uint32_t>(row * sp::kTonesPerRow + record.tone);
   const sp::PhoneInfo* const phones[] = {info.initial_phone, info.final_phone};
-  for (const sp::PhoneInfo* const phone : phones) {
-    if (phone != nullptr) record.phones.push_back(phone);
-  }
+  const bool has_initial = info.initial_phone != nullptr;
+  const bool has_final = info.final_phone != nullptr;
+  record.phones.assign(phones + (has_initial ? 0 : 1), phones + (has_final ? 2 : 1));
 }
 
 void RecordSink::WriteSyllable(const internal::Word& word, internal::Piece piece,

@@ -151,7 +151,7 @@ utf8proc_int32_t WithoutVariant(utf8proc_int32_t code_point) {
   return code_point == 0x0261 ? 0x67 : code_point;  // g
 }
 
-void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) {
+void SetLetter(utf8proc_int32_t base, const Marks& marks, CharacterClass& character) {
   character.is_capital = ascii::IsCapital(base);
   character.ascii = ascii::ToSmall(static_cast<char>(base));
   character.tone = marks.tone;
@@ -170,8 +170,8 @@ void SetLetter(utf8proc_int32_t base, const Marks& marks, Character& character) 
 }
 
 // `is_equivalent`: the code point stands for another one, as K for the Kelvin sign.
-void Classify(utf8proc_int32_t code_point, bool is_equivalent, const Marks& marks,
-              Character& character) {
+CharacterClass Classify(utf8proc_int32_t code_point, bool is_equivalent, const Marks& marks) {
+  CharacterClass character;
   utf8proc_int32_t base = WithoutWidth(code_point);
   character.is_full_width = is_equivalent || base != code_point;
   const utf8proc_int32_t letter = WithoutVariant(base);
@@ -192,42 +192,92 @@ void Classify(utf8proc_int32_t code_point, bool is_equivalent, const Marks& mark
   } else {
     character.kind = KindOfSign(base);
   }
+  return character;
 }
 
 void AddMarks(const Parts& parts, std::size_t first, Marks& marks) {
   for (std::size_t i = first; i < parts.count; ++i) marks.Add(parts.code_points[i]);
 }
 
-}  // namespace
-
-Character ReadCharacter(std::string_view text, std::size_t offset) {
-  Character character;
-  character.range = {offset, 1};
-  const char first = text[offset];
-  const bool may_be_marked = offset + 1 < text.size() && MayBeginMark(text[offset + 1]);
-  if (ascii::IsAscii(first) && !may_be_marked) {
-    Classify(first, false, {}, character);
-    return character;
+// A code point, and the marks on it and after it.
+class Marked {
+ public:
+  explicit Marked(utf8proc_int32_t code_point)
+      : code_point_(code_point), parts_(Decompose(code_point, kCanonical)) {
+    AddMarks(parts_, 1, marks_);
   }
+
+  void Add(utf8proc_int32_t mark) { AddMarks(Decompose(mark, kCanonical), 0, marks_); }
+
+  CharacterClass Class() const {
+    const utf8proc_int32_t base = parts_.code_points[0];
+    return Classify(base, parts_.count == 1 && base != code_point_, marks_);
+  }
+
+ private:
+  utf8proc_int32_t code_point_;
+  Parts parts_;
+  Marks marks_;
+};
+
+// Those of one and two bytes, which is nearly all that romanisations have.
+class ShortCharacters {
+ public:
+  ShortCharacters() {
+    for (std::size_t i = 0; i < classes_.size(); ++i) {
+      classes_[i] = Marked(static_cast<utf8proc_int32_t>(i)).Class();
+    }
+  }
+
+  const CharacterClass& operator[](std::size_t code_point) const { return classes_[code_point]; }
+
+ private:
+  std::array<CharacterClass, 0x800> classes_;
+};
+
+// The bytes of a character of one or two bytes; 0 for any other, and for no UTF-8.
+std::size_t ShortLength(std::string_view text, std::size_t offset) {
+  const auto first = static_cast<unsigned char>(text[offset]);
+  if (first < 0x80) return 1;
+  if (first < 0xc2 || first >= 0xe0 || offset + 1 == text.size()) return 0;
+  return (static_cast<unsigned char>(text[offset + 1]) & 0xc0U) == 0x80U ? 2 : 0;
+}
+
+std::size_t ShortCodePoint(std::string_view text, std::size_t offset, std::size_t length) {
+  const auto first = static_cast<unsigned char>(text[offset]);
+  if (length == 1) return first;
+  return (first & 0x1fU) << 6U | (static_cast<unsigned char>(text[offset + 1]) & 0x3fU);
+}
+
+// Any character, by its code points.
+Character ReadLongCharacter(std::string_view text, std::size_t offset) {
   const Decoded decoded = Decode(text, offset);
   if (decoded.code_point < 0) {
-    character.kind = CharacterKind::kInvalid;
-    return character;
+    Character invalid;
+    invalid.kind = CharacterKind::kInvalid;
+    invalid.range = {offset, 1};
+    return invalid;
   }
-  Marks marks;
-  const Parts parts = Decompose(decoded.code_point, kCanonical);
-  AddMarks(parts, 1, marks);
+  Marked marked(decoded.code_point);
   std::size_t end = offset + decoded.length;
   while (end < text.size() && MayBeginMark(text[end])) {
     const Decoded next = Decode(text, end);
     if (next.code_point < 0 || !IsMark(next.code_point)) break;
-    AddMarks(Decompose(next.code_point, kCanonical), 0, marks);
+    marked.Add(next.code_point);
     end += next.length;
   }
-  character.range.length = end - offset;
-  const utf8proc_int32_t base = parts.code_points[0];
-  Classify(base, parts.count == 1 && base != decoded.code_point, marks, character);
-  return character;
+  return {marked.Class(), {offset, end - offset}};
+}
+
+}  // namespace
+
+Character ReadCharacter(std::string_view text, std::size_t offset) {
+  static const ShortCharacters short_characters;
+  const std::size_t length = ShortLength(text, offset);
+  const std::size_t end = offset + length;
+  const bool may_be_marked = end < text.size() && MayBeginMark(text[end]);
+  if (length == 0 || may_be_marked) return ReadLongCharacter(text, offset);
+  return {short_characters[ShortCodePoint(text, offset, length)], {offset, length}};
 }
 
 }  // namespace qeo::notation::internal

@@ -29,8 +29,8 @@ inline constexpr char kCircumflexE = 'E';
 /// The tone of what has no tone mark.
 inline constexpr char kNoTone = '\0';
 
-/// One character of a text.
-struct Character {
+/// What a character is, wherever it stands.
+struct CharacterClass {
   CharacterKind kind = CharacterKind::kForeign;
   char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit
   char tone = kNoTone;         // letter: '1' to '4' by its mark
@@ -38,6 +38,10 @@ struct Character {
   bool is_full_width = false;  // or raised, lowered or otherwise equivalent to what it stands for
   bool has_diaeresis = false;  // letter
   bool is_variant = false;     // letter: U+0251, U+0261, or with circumflex
+};
+
+/// One character of a text.
+struct Character : CharacterClass {
   Range range;
 };
 
