@@ -43,6 +43,8 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
   for (std::size_t begin = piece.size(); begin-- > 0;) {
     ranks[begin % ranks.size()] = WithoutLetter(ranks[(begin + kLetterLeftOut) % ranks.size()]);
     PackedSpelling letters = 0;
+    std::size_t node = SyllableTree::kRoot;  // of the letters; kRoot where no syllable begins so
+    bool is_in_tree = true;
     ToneMarks marks;
     const std::size_t longest = std::min(kMaxPackedLength, piece.size() - begin);
     bool goes_on = true;  // a rule adds one letter to a syllable, as in "dianr"
@@ -50,9 +52,12 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
       const Letter& letter = word[piece.begin + begin + length - 1];
       letters |= PackLetter(letter.letter, length - 1);
       marks.Add(letter);
-      goes_on = readings_.MayGoOn(letters);
-      const bool is_syllable = marks.AreOfOneSyllable() && !StandsAlone(letters);
-      if (is_syllable) TrySyllable(begin, length, letters, marks.count(), ranks);
+      node = is_in_tree ? tree_.Next(node, letter.letter) : SyllableTree::kRoot;
+      is_in_tree = node != SyllableTree::kRoot;
+      goes_on = is_in_tree || readings_.MayGoOn(letters);
+      if (!marks.AreOfOneSyllable() || StandsAlone(letters)) continue;
+      const Reading reading = ReadingOf(letters, length, node);
+      if (reading.IsKnown()) TrySyllable(begin, length, reading, letters, marks.count(), ranks);
     }
   }
   return ranks[0][0].left_out != kUncut;
@@ -70,13 +75,25 @@ bool PieceCutter::StandsAlone(PackedSpelling letters) const {
   return !text_has_marks_ && numbers_.nasals_stand_alone && IsNasal(letters);
 }
 
+// The reading of letters. Most need no rule, and the tree has said already what they are.
+Reading PieceCutter::ReadingOf(PackedSpelling letters, std::size_t count, std::size_t node) const {
+  const Syllable& syllable = tree_.At(node);
+  if (!readings_.MayRewrite(letters, count, syllable.row >= 0)) {
+    Reading reading;
+    if (syllable.row < 0) return reading;
+    reading.spelling = letters;
+    reading.row = syllable.row;
+    reading.rarity = syllable.rarity;
+    return reading;
+  }
+  return readings_.OfLetters(letters, count);
+}
+
 // Looks whether the best cut from `begin` on begins with these letters.
-void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters,
-                              std::size_t marks, RankRing& ranks) {
+void PieceCutter::TrySyllable(std::size_t begin, std::size_t length, const Reading& reading,
+                              PackedSpelling letters, std::size_t marks, RankRing& ranks) {
   Rank rank = ranks[(begin + length) % ranks.size()][marks];
   if (rank.left_out == kUncut) return;
-  const Reading reading = readings_.OfLetters(letters, length);
-  if (!reading.IsKnown()) return;
   rank.syllables += reading.has_fused_r ? 2 : 1;
   if (reading.IsRewritten()) ++rank.rewritten;
   rank.cost.rarity += reading.rarity;

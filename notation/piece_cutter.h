@@ -13,6 +13,7 @@
 #include "notation/cut_cost.h"
 #include "notation/readings.h"
 #include "notation/syllable_set.h"
+#include "notation/syllable_tree.h"
 #include "notation/word.h"
 
 namespace qeo::notation::internal {
@@ -21,7 +22,7 @@ class PieceCutter {
  public:
   /// `readings` has to stay while this is used.
   PieceCutter(int language, const Readings& readings)
-      : numbers_(CutNumbersOf(language)), readings_(readings) {}
+      : numbers_(CutNumbersOf(language)), tree_(SyllableTree::Of(language)), readings_(readings) {}
 
   /// The syllables of the best cut: the fewest letters left out, the fewest syllables, for which a
   /// fused r counts as one, the fewest of them rewritten, the least cost, the longest first. In a
@@ -51,11 +52,13 @@ class PieceCutter {
 
   bool Cover(const Word& word, Piece piece);
   Ranks WithoutLetter(Ranks ranks) const;
-  void TrySyllable(std::size_t begin, std::size_t length, PackedSpelling letters, std::size_t marks,
-                   RankRing& ranks);
+  Reading ReadingOf(PackedSpelling letters, std::size_t count, std::size_t node) const;
+  void TrySyllable(std::size_t begin, std::size_t length, const Reading& reading,
+                   PackedSpelling letters, std::size_t marks, RankRing& ranks);
   bool StandsAlone(PackedSpelling letters) const;
 
   const CutNumbers numbers_;
+  const SyllableTree& tree_;
   const Readings& readings_;
   bool text_has_marks_ = false;
   // For each letter of a piece the length of the syllable that begins there in the best cut, after

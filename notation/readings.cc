@@ -38,11 +38,6 @@ Reading Readings::Unfused(PackedSpelling letters, std::size_t count) const {
   return reading;
 }
 
-// Whether ue is written for ve.
-bool Readings::IsRespelled(PackedSpelling letters) const {
-  return rules_.Has(Rule::kDiaeresis) && (letters == Pack("lue") || letters == Pack("nue"));
-}
-
 Reading Readings::OfPiece(const Word& word, Piece piece) const {
   if (piece.size() > kMaxPackedLength) return {};
   PackedSpelling letters = 0;

@@ -47,6 +47,12 @@ class Readings {
     return aliases_ != nullptr || syllables_.IsBeginning(letters) || IsRespelled(letters);
   }
 
+  /// Whether letters may be read as other ones, where `is_syllable` says whether they are one.
+  bool MayRewrite(PackedSpelling letters, std::size_t count, bool is_syllable) const {
+    const bool is_made = UnpackLetter(letters, count - 1) == 'r' || IsRespelled(letters);
+    return aliases_ != nullptr || (!is_syllable && is_made);
+  }
+
   /// Letters with others around them, where an r alone is not a syllable.
   Reading OfLetters(PackedSpelling letters, std::size_t count) const;
 
@@ -57,7 +63,11 @@ class Readings {
   bool MayRewrite(const Word& word, Piece piece) const;
 
  private:
-  bool IsRespelled(PackedSpelling letters) const;
+  // Whether ue is written for ve.
+  bool IsRespelled(PackedSpelling letters) const {
+    const bool is_written = letters == Pack("lue") || letters == Pack("nue");
+    return is_written && rules_.Has(Rule::kDiaeresis);
+  }
   Reading Unfused(PackedSpelling letters, std::size_t count) const;
 
   RuleSet rules_;
