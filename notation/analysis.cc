@@ -21,6 +21,7 @@ using internal::RunPart;
 using internal::SyllableTree;
 
 constexpr char kNoDigit = internal::kNoTone;
+constexpr std::size_t kUsualSyllables = 16;  // room that hardly a line outgrows
 
 bool EndsPhone(char c) { return c <= ' '; }  // of a known phone's letters, digits and white space
 
@@ -39,7 +40,6 @@ class RecordSink final : public internal::SyllableSink {
         set_(*sp::FindPhoneSet(language)),
         cutting_(cutting),
         hints_(language, text, hint_rules) {
-    constexpr std::size_t kUsualSyllables = 16;  // room that hardly a line outgrows
     constexpr std::size_t kBytesASyllable = 4;
     analysis_.syllables.reserve(std::min(text.size() / kBytesASyllable + 1, kUsualSyllables));
   }
@@ -110,6 +110,7 @@ void RecordSink::WriteSyllable(const internal::Word& word, internal::Piece piece
 // follow
 // ("nun"), or as the whole word.
 void RecordSink::WriteLetters(const internal::Word& word, internal::Piece piece) {
+  parts_.reserve(kUsualSyllables);
   letters_.clear();
   for (std::size_t i = piece.begin; i < piece.end; ++i) letters_ += word[i].letter;
   const std::vector<CutSyllable> cut = CutLetters(language_, letters_, cutting_);
@@ -144,7 +145,7 @@ Problem RecordSink::CutProblem(ProblemKind kind, std::size_t index, const intern
 Analysis AnalyzeChinese(int language, std::string_view text, const AnalysisOptions& options) {
   const bool is_cantonese = language == sp::LANGUAGE_CANTONESE;
   const internal::Notation& notation = is_cantonese ? internal::kJyutping : internal::kPinyin;
-  const RuleSet rules = internal::RulesInUse(notation, options.rules);
+  const RuleSet rules = notation.rules.Common(options.rules);
   const RuleSet hint_rules = is_cantonese ? options.rules.Without(Rule::kDiaeresis) : options.rules;
   RecordSink sink(notation.language, text, rules, hint_rules, options.cutting);
   internal::Normalize(notation, text, rules, options.aliases, options.cutting == Cutting::kNone,

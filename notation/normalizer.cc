@@ -384,15 +384,6 @@ void Normalizer::PlaceUncut(Piece letters, bool has_syllable) {
 
 }  // namespace
 
-RuleSet RulesInUse(const Notation& notation, RuleSet rules) {
-  RuleSet in_use;
-  for (int i = 0; i < kRuleCount; ++i) {
-    const Rule rule = static_cast<Rule>(i);
-    if (notation.rules.Has(rule) && rules.Has(rule)) in_use = in_use.With(rule);
-  }
-  return in_use;
-}
-
 void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
                const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink) {
   Normalizer(notation, text, rules, aliases, are_words_syllables, sink).Run();
@@ -402,7 +393,7 @@ namespace {
 
 Normalized ToText(const Notation& notation, std::string_view text, RuleSet rules,
                   const AliasTable* aliases) {
-  const RuleSet in_use = RulesInUse(notation, rules);
+  const RuleSet in_use = notation.rules.Common(rules);
   TextSink sink(in_use, text.size());
   Normalize(notation, text, in_use, aliases, false, sink);
   return sink.Take();

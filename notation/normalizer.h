@@ -26,12 +26,9 @@ inline constexpr Notation kPinyin = {sp::LANGUAGE_MANDARIN, kPinyinRules, '5', t
 /// The library writes 7 for a syllable without a tone.
 inline constexpr Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7', false};
 
-/// Those of `rules` that the notation has.
-RuleSet RulesInUse(const Notation& notation, RuleSet rules);
-
-/// Reads a text by `rules`, those in use, into a sink that has them too. `aliases` may be null.
-/// With `are_words_syllables` a word of a text without tones is one syllable, and is not cut in
-/// order to rewrite a part of it.
+/// Reads a text by `rules`, all of which the notation has, into a sink that has them too. `aliases`
+/// may be null. With `are_words_syllables` a word of a text without tones is one syllable, and is
+/// not cut in order to rewrite a part of it.
 void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
                const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink);
 

@@ -46,6 +46,8 @@ class RuleSet {
   constexpr RuleSet With(Rule rule) const { return RuleSet(bits_ | Bit(rule)); }
   constexpr RuleSet With(RuleSet rules) const { return RuleSet(bits_ | rules.bits_); }
   constexpr RuleSet Without(Rule rule) const { return RuleSet(bits_ & ~Bit(rule)); }
+  /// Those that are in both sets.
+  constexpr RuleSet Common(RuleSet rules) const { return RuleSet(bits_ & rules.bits_); }
 
  private:
   explicit constexpr RuleSet(std::uint32_t bits) : bits_(bits) {}
