@@ -1,7 +1,7 @@
 #include "notation/arpabet.h"
 
-// ARPAbet both ways, in one pass over the pieces and one over the syllables. Names are looked up
-// through the library; which consonants begin a syllable stands in english_onsets.h.
+// ARPAbet both ways, in one pass over the tokens and one over the syllables, which are cut by
+// maximal onset. Names are looked up through the library; english_onsets.h lists the legal onsets.
 
 #include <utf8proc.h>
 
@@ -38,11 +38,11 @@ std::string_view Bytes(std::string_view text, Range range) {
 
 // The first run of bytes from `begin` on, before `end`, that are not white space; of length 0 at
 // `end` when there is none.
-Range NextPiece(std::string_view text, std::size_t begin, std::size_t end) {
+Range NextToken(std::string_view text, std::size_t begin, std::size_t end) {
   while (begin < end && ascii::IsBlank(text[begin])) ++begin;
-  std::size_t behind = begin;
-  while (behind < end && !ascii::IsBlank(text[behind])) ++behind;
-  return {begin, behind - begin};
+  std::size_t token_end = begin;
+  while (token_end < end && !ascii::IsBlank(text[token_end])) ++token_end;
+  return {begin, token_end - begin};
 }
 
 std::string_view Trim(std::string_view text) {
@@ -151,7 +151,7 @@ class Writer {
     last_origin_ = out_.origins.back();
   }
 
-  // A byte that the notation asks for, or that another place in the input tells.
+  // A byte that the notation asks for, or that another place in the input decides.
   void Put(char c) {
     out_.text += c;
     out_.origins.push_back(last_origin_);
@@ -166,7 +166,7 @@ Problem& AddProblem(ProblemKind kind, Range range, Normalized& out) {
   return out.problems.emplace_back(Problem{kind, range, {}});
 }
 
-// `letters` is the name in `range`, without the digits behind it.
+// `letters` is the name in `range`, without the digits after it.
 void AddUnknownPhone(std::string_view text, Range range, std::string_view letters,
                      Normalized& out) {
   if (!IsValidUtf8(Bytes(text, range))) {
@@ -196,59 +196,60 @@ class ArpabetReader {
   std::vector<Phone> Read() {
     phones_.reserve(kUsualPhones);
     out_.applied.reserve(kUsualPhones);
-    for (Range piece = NextPiece(text_, 0, text_.size()); piece.length != 0;
-         piece = NextPiece(text_, piece.end(), text_.size())) {
-      ReadPiece(piece);
+    for (Range token = NextToken(text_, 0, text_.size()); token.length != 0;
+         token = NextToken(text_, token.end(), text_.size())) {
+      ReadPhone(token);
     }
     return std::move(phones_);
   }
 
  private:
-  struct Piece {
+  // A phone as it is written: a name and digits.
+  struct WrittenPhone {
     Range range;
     Range letters;
     Range digits;
   };
 
-  void ReadPiece(Range range) {
+  void ReadPhone(Range range) {
     Range letters = range;
     while (letters.length > 0 && ascii::IsDigit(text_[letters.end() - 1])) {
       --letters.length;
     }
-    const Piece piece = {range, letters, {letters.end(), range.length - letters.length}};
+    const WrittenPhone written = {range, letters, {letters.end(), range.length - letters.length}};
     const std::string_view name = Bytes(text_, letters);
     const EnglishPhone* phone = known_.Find(name);
     const bool is_lower = phone != nullptr && phone->name == name;
     if (phone == nullptr || (!is_lower && !rules_.Has(Rule::kLowerCase))) {
       return AddUnknownPhone(text_, range, name, out_);
     }
-    if (phone->is_vowel && !HasStress(piece) && !rules_.Has(Rule::kMissingStress)) {
+    if (phone->is_vowel && !HasStress(written) && !rules_.Has(Rule::kMissingStress)) {
       AddProblem(ProblemKind::kBadTone, range, out_);
       return;
     }
     if (!is_lower) Apply(Rule::kLowerCase, letters);
     phones_.push_back({phone, letters.offset, '0', letters.offset});
-    if (phone->is_vowel && HasStress(piece)) return ReadStress(piece);
+    if (phone->is_vowel && HasStress(written)) return ReadStress(written);
     if (phone->is_vowel) Apply(Rule::kMissingStress, letters);
-    if (piece.digits.length != 0) AddProblem(ProblemKind::kBadTone, piece.digits, out_);
+    if (written.digits.length != 0) AddProblem(ProblemKind::kBadTone, written.digits, out_);
   }
 
-  bool HasStress(const Piece& piece) const {
-    return piece.digits.length == 1 && IsStress(text_[piece.digits.offset]);
+  bool HasStress(const WrittenPhone& written) const {
+    return written.digits.length == 1 && IsStress(text_[written.digits.offset]);
   }
 
-  // Gives the last phone the stress that is written behind it.
-  void ReadStress(const Piece& piece) {
+  // Gives the last phone the stress that is written after it.
+  void ReadStress(const WrittenPhone& written) {
     Phone& vowel = phones_.back();
-    vowel.stress = text_[piece.digits.offset];
-    vowel.stress_offset = piece.digits.offset;
+    vowel.stress = text_[written.digits.offset];
+    vowel.stress_offset = written.digits.offset;
     if (vowel.stress == '0' && vowel.info->name == kUnreduced && rules_.Has(Rule::kReducedVowel)) {
       vowel.info = known_.Find(kReduced);
-      Apply(Rule::kReducedVowel, piece.range);
+      Apply(Rule::kReducedVowel, written.range);
     }
     if (vowel.stress == '2' && rules_.Has(Rule::kSecondStress)) {
       vowel.stress = '1';
-      Apply(Rule::kSecondStress, piece.digits);
+      Apply(Rule::kSecondStress, written.digits);
     }
   }
 
@@ -269,11 +270,11 @@ class PronunciationWriter {
   void Write() {
     writer_.Reserve(phones_.size() * kUsualBytes + kUsualBytes);
     std::size_t vowel = NextVowel(0);
-    std::size_t begin = OnsetBegin(vowel);
+    std::size_t begin = MaximalOnsetBegin(vowel);
     WriteSyllable(0, begin, nullptr);
     while (vowel < phones_.size()) {
       const std::size_t next = NextVowel(vowel + 1);
-      const std::size_t end = OnsetBegin(next);
+      const std::size_t end = MaximalOnsetBegin(next);
       WriteSyllable(begin, end, &phones_[vowel]);
       begin = end;
       vowel = next;
@@ -286,9 +287,10 @@ class PronunciationWriter {
     return from;
   }
 
-  // Where the longest onset in front of a vowel begins; no vowel is part of one. At the end there
-  // is no onset: all that is left belongs to the syllable before.
-  std::size_t OnsetBegin(std::size_t vowel) const {
+  // Maximal onset: of the consonants before a vowel, its syllable takes the longest legal onset,
+  // and the syllable before it keeps the rest. Returns where that onset begins; no vowel is part of
+  // one. At the end there is no onset: all that is left belongs to the syllable before.
+  std::size_t MaximalOnsetBegin(std::size_t vowel) const {
     if (vowel == phones_.size()) return vowel;
     std::size_t begin = vowel;
     internal::OnsetKey key = 0;
@@ -345,9 +347,9 @@ class PronunciationReader {
       return;
     }
     char waiting = IsStress(text_[digit]) ? text_[digit] : kNoStress;
-    for (Range piece = NextPiece(text_, begin, digit); piece.length != 0;
-         piece = NextPiece(text_, piece.end(), digit)) {
-      waiting = ReadPiece(piece, waiting);
+    for (Range token = NextToken(text_, begin, digit); token.length != 0;
+         token = NextToken(text_, token.end(), digit)) {
+      waiting = ReadPhone(token, waiting);
     }
     const bool lost = waiting == kNoStress ? !IsStress(text_[digit]) : waiting != '0';
     if (lost) AddProblem(ProblemKind::kBadTone, {digit, 1}, out_);
@@ -355,17 +357,17 @@ class PronunciationReader {
 
   // Writes a phone, with the digit when it is the first vowel that meets it. Returns the digit that
   // still waits for its vowel.
-  char ReadPiece(Range piece, char waiting) {
-    const std::string_view name = Bytes(text_, piece);
+  char ReadPhone(Range token, char waiting) {
+    const std::string_view name = Bytes(text_, token);
     const EnglishPhone* info = known_.Find(name);
     if (info == nullptr || info->name != name) {
-      AddUnknownPhone(text_, piece, name, out_);
+      AddUnknownPhone(text_, token, name, out_);
       return waiting;
     }
     const char stress = info->is_vowel ? waiting : kNoStress;
     if (!out_.text.empty()) writer_.Put(' ');
     const bool is_reduced = stress == '0' && name == kReduced;
-    writer_.Put(is_reduced ? kReducedInArpabet : info->upper.view(), piece.offset);
+    writer_.Put(is_reduced ? kReducedInArpabet : info->upper.view(), token.offset);
     if (stress == kNoStress) return waiting;
     writer_.Put(stress);
     return kNoStress;
@@ -394,7 +396,7 @@ int TakeVariant(std::string_view& word) {
   return variant;
 }
 
-// Where the first "#" behind white space stands, or the end. `text` begins behind a word.
+// Where the first "#" after white space is, or the end. `text` begins after a word.
 std::size_t FindComment(std::string_view text) {
   for (std::size_t i = 1; i < text.size(); ++i) {
     if (text[i] == '#' && ascii::IsBlank(text[i - 1])) return i;
@@ -428,7 +430,7 @@ CmudictLine ParseCmudictLine(std::string_view line) {
   const std::string_view end = line.substr(line.size());
   if (line.empty()) return {CmudictLineKind::kBlank, end, 0, end, end};
   if (IsCommentLine(line)) return {CmudictLineKind::kComment, end, 0, end, line};
-  std::string_view word = line.substr(0, NextPiece(line, 0, line.size()).length);
+  std::string_view word = line.substr(0, NextToken(line, 0, line.size()).length);
   const std::string_view rest = line.substr(word.size());
   const std::size_t comment = FindComment(rest);
   const int variant = TakeVariant(word);

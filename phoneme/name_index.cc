@@ -19,7 +19,7 @@ NameIndex::NameIndex(const std::vector<Name>& names) {
   entries.reserve(names.size());
   for (const Name& name : names) {
     if (name.text.empty() || name.text.size() > kMaxNameLength) continue;
-    const std::uint64_t packed = WordReader(name.text).From(0);
+    const std::uint64_t packed = EightByteReader(name.text).From(0);
     entries.push_back(packed | static_cast<std::uint64_t>(name.row) << kNameBits);
   }
   int slot_bits = kBucketsPerSlotBits + 1;

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "phoneme/words.h"
+#include "phoneme/eight_bytes.h"
 
 namespace qeo::sp::internal {
 

@@ -20,7 +20,7 @@ int py2ph(int language, const std::string& text, std::vector<SyllableInfo>& syll
   syllables.clear();
   const Language& in_use = SyllableLanguage(language);
   bool all_known = true;
-  SplitPinyin(in_use.syllables, text, false, [&](const Piece& piece) {
+  SplitPinyin(in_use.syllables, text, false, [&](const SplitPiece& piece) {
     all_known = piece.row != NameIndex::kAbsent;
     if (!all_known) return false;
     SyllableInfo& syllable = syllables.emplace_back();
@@ -39,7 +39,7 @@ int pyw2py(int language, const std::string& word, std::vector<std::string>& syll
            bool backward) {
   syllables.clear();
   const Language& in_use = SyllableLanguage(language);
-  SplitPinyin(in_use.syllables, word, backward, [&](const Piece& piece) {
+  SplitPinyin(in_use.syllables, word, backward, [&](const SplitPiece& piece) {
     std::string& syllable = syllables.emplace_back(piece.text);
     syllable.front() = ascii::ToSmall(syllable.front());
     return true;
@@ -50,7 +50,7 @@ int pyw2py(int language, const std::string& word, std::vector<std::string>& syll
 void FindPieces(int language, std::string_view text, std::vector<TextPiece>& pieces,
                 bool backward) {
   pieces.clear();
-  SplitPinyin(SyllableLanguage(language).syllables, text, backward, [&](const Piece& piece) {
+  SplitPinyin(SyllableLanguage(language).syllables, text, backward, [&](const SplitPiece& piece) {
     const auto offset = static_cast<std::size_t>(piece.text.data() - text.data());
     const std::int8_t tone = piece.row == NameIndex::kAbsent ? std::int8_t{0} : piece.raw_tone;
     pieces.push_back({offset, piece.text.size(), piece.row, tone});

@@ -16,13 +16,13 @@
 #include <utility>
 
 #include "phoneme/ascii.h"
+#include "phoneme/eight_bytes.h"
 #include "phoneme/name_index.h"
-#include "phoneme/words.h"
 
 namespace qeo::sp::internal {
 
 /// One piece of text, as a sink receives it.
-struct Piece {
+struct SplitPiece {
   std::string_view text;  // unchanged from the input; its first byte may be a capital
   int row;                // the syllable's row, or NameIndex::kAbsent
   signed char raw_tone;   // of a syllable: the closing digit, 0 without one
@@ -72,7 +72,8 @@ inline Match LongestSuffix(const NameIndex& syllables, std::uint64_t word, std::
       AllLengths());
 }
 
-/// Cuts a text for a sink, which receives each Piece in order and returns false to end the cutting.
+/// Cuts a text for a sink, which receives each SplitPiece in order and returns false to end the
+/// cutting.
 template <typename Sink>
 class PinyinSplitter {
  public:
@@ -171,7 +172,7 @@ class PinyinSplitter {
 
   bool Send(std::size_t begin, std::size_t end, int row, int raw_tone) {
     return sink_(
-        Piece{{text_.data() + begin, end - begin}, row, static_cast<signed char>(raw_tone)});
+        SplitPiece{{text_.data() + begin, end - begin}, row, static_cast<signed char>(raw_tone)});
   }
 
   // Makes small letters of letters, and a letter of nothing else.
@@ -179,12 +180,12 @@ class PinyinSplitter {
 
   const NameIndex& syllables_;
   std::string_view text_;
-  WordReader words_;
+  EightByteReader words_;
   Sink& sink_;
 };
 
-/// Cuts `text` and calls `sink` with each Piece; stops when it returns false. With `backward` a cut
-/// by longest match starts at the end of its piece and sends the last syllable first.
+/// Cuts `text` and calls `sink` with each SplitPiece; stops when it returns false. With `backward`
+/// a cut by longest match starts at the end of its piece and sends the last syllable first.
 template <typename Sink>
 void SplitPinyin(const NameIndex& syllables, std::string_view text, bool backward, Sink sink) {
   PinyinSplitter<Sink>(syllables, text, sink).Split(backward);

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "phoneme/ascii.h"
+#include "phoneme/eight_bytes.h"
 #include "phoneme/phoneme.h"
 #include "phoneme/registry.h"
-#include "phoneme/words.h"
 
 namespace qeo::sp {
 
@@ -86,17 +86,17 @@ class Parser {
 
   const NameIndex& phones_;
   std::string_view text_;
-  WordReader words_;
+  EightByteReader words_;
   Writer& writer_;
   std::size_t place_ = 0;
 };
 
 /// Appends to `syllables` in the language it is made for. Phones wait in a buffer until their
 /// number is known, so that each syllable's list is allocated once.
-class SyllableWriter {
+class SyllableInfoWriter {
  public:
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the buffer is written before it is read
-  SyllableWriter(const Language& language, std::vector<SyllableInfo>& syllables)
+  SyllableInfoWriter(const Language& language, std::vector<SyllableInfo>& syllables)
       : language_(language.id), phone_list_(language.mapping->phone_list), syllables_(syllables) {}
 
   /// Adds the phone of a row to the syllable; a null pointer for NameIndex::kNoRow.
@@ -162,7 +162,7 @@ class PhoneIdWriter {
 int pr2ph(int language, const std::string& pronunciation, std::vector<SyllableInfo>& syllables) {
   syllables.clear();
   const Language& in_use = PronunciationLanguage(language);
-  SyllableWriter writer(in_use, syllables);
+  SyllableInfoWriter writer(in_use, syllables);
   return Parser(in_use.phones, pronunciation, writer).Parse();
 }
 

@@ -14,7 +14,7 @@ int py2code(int language, const std::string& text, std::vector<unsigned short>& 
   codes.clear();
   const Language& in_use = SyllableLanguage(language);
   bool all_known = true;
-  SplitPinyin(in_use.syllables, text, false, [&](const Piece& piece) {
+  SplitPinyin(in_use.syllables, text, false, [&](const SplitPiece& piece) {
     all_known = piece.row != NameIndex::kAbsent;
     if (!all_known) return false;
     codes.push_back(SyllableCode(piece.row, FoldTone(piece.raw_tone, in_use.top_tone)));

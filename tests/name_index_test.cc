@@ -25,7 +25,7 @@ NameIndex MakeIndex(const std::map<std::string, int>& rows) {
 
 int Find(const NameIndex& index, const std::string& name) {
   if (name.size() > kWordBytes) return NameIndex::kAbsent;
-  return index.FindFirst(WordReader(name).From(0), name.size());
+  return index.FindFirst(EightByteReader(name).From(0), name.size());
 }
 
 // All texts one edit away: a byte dropped, changed, added or doubled, at every place.
@@ -124,7 +124,7 @@ TEST(SplitPinyin, EndsWhereTheSinkSaysSo) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     std::vector<std::string> pieces;
-    SplitPinyin(syllables, c.text, c.backward, [&pieces](const Piece& piece) {
+    SplitPinyin(syllables, c.text, c.backward, [&pieces](const SplitPiece& piece) {
       pieces.emplace_back(piece.text);
       return pieces.size() < 2;
     });
@@ -136,7 +136,7 @@ TEST(SplitPinyin, TellsRowsAndTones) {
   const NameIndex syllables = MakeIndex({{"ni", 0}, {"hao", 1}});
   for (const bool backward : {false, true}) {
     std::string told;
-    SplitPinyin(syllables, "ni3 x2 nini", backward, [&told](const Piece& piece) {
+    SplitPinyin(syllables, "ni3 x2 nini", backward, [&told](const SplitPiece& piece) {
       told += std::string(piece.text) + ' ' + std::to_string(piece.row) + ' ' +
               std::to_string(piece.raw_tone) + ", ";
       return true;

@@ -1,5 +1,5 @@
-#ifndef PHONEME_WORDS_H_
-#define PHONEME_WORDS_H_
+#ifndef PHONEME_EIGHT_BYTES_H_
+#define PHONEME_EIGHT_BYTES_H_
 
 // Eight bytes of text at a time, as a 64-bit word whose lowest byte comes first, and the questions
 // that the cutting of text asks of such a word. ASCII only, whatever the process locale.
@@ -51,9 +51,9 @@ inline std::size_t FindByte(std::uint64_t word, char byte) {
 }
 
 /// Reads words anywhere in a text without touching a byte outside it.
-class WordReader {
+class EightByteReader {
  public:
-  explicit WordReader(std::string_view text)
+  explicit EightByteReader(std::string_view text)
       : bytes_(text.data()),
         size_(text.size()),
         short_text_(text.size() < kWordBytes ? LoadShort(text) : 0) {}
@@ -101,4 +101,4 @@ class WordReader {
 
 }  // namespace qeo::sp::internal
 
-#endif  // PHONEME_WORDS_H_
+#endif  // PHONEME_EIGHT_BYTES_H_
