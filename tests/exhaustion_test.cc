@@ -95,7 +95,7 @@ std::string Repeat(const std::string& unit, int count) {
 std::string AskAllLanguages() {
   std::string answers;
   Syllables syllables;
-  for (const Language& language : {kMandarin, kCantonese, kAmericanEnglish}) {
+  for (const Language& language : kLanguages) {
     for (int row = 0; row < language.syllable_count; ++row) {
       SyllableInfo syllable;
       code2ph(language.id, static_cast<unsigned short>(row * 10 + 1), syllable);
@@ -296,7 +296,7 @@ TEST_F(Exhaustion, LookupsHaveNothingToFail) {
 
 // A table that a failure left half filled is completed by the next call.
 TEST_F(Exhaustion, InitializeSets) {
-  for (const Language& language : {kMandarin, kCantonese, kAmericanEnglish}) {
+  for (const Language& language : kLanguages) {
     SCOPED_TRACE(language.name);
     const auto fill = [&](Table& out) {
       language.initialize(out);

@@ -137,8 +137,7 @@ TEST(LexiconModule, EveryOtherLanguageGivesZero) {
 }
 
 class EveryLanguage : public testing::TestWithParam<Language> {};
-INSTANTIATE_TEST_SUITE_P(Lexicon, EveryLanguage,
-                         testing::Values(kMandarin, kCantonese, kAmericanEnglish), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Lexicon, EveryLanguage, testing::ValuesIn(kLanguages), LanguageName);
 
 TEST_P(EveryLanguage, EveryName) {
   const std::vector<GoldenPhone> golden = GetParam().phones();

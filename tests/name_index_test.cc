@@ -12,6 +12,7 @@
 
 #include "phoneme/phoneme.h"
 #include "phoneme/pinyin_splitter.h"
+#include "testing.h"
 
 namespace qeo::sp::internal {
 namespace {
@@ -71,18 +72,12 @@ void ExpectSameAnswers(const std::map<std::string, int>& rows, std::size_t least
   EXPECT_GE(misses, least_misses);
 }
 
-class NameIndexOf : public testing::TestWithParam<int> {
+class NameIndexOf : public testing::TestWithParam<Language> {
  protected:
-  NameIndexOf() {
-    InitializeMandarinSet(table_);
-    InitializeCantoneseSet(table_);
-    InitializeAmericanSet(table_);
-  }
-
-  const SpMapping& Mapping() const { return table_.at(GetParam()); }
+  const SpMapping& Mapping() const { return mapping_; }
 
  private:
-  std::map<int, SpMapping> table_;
+  const SpMapping mapping_ = GetParam().mapping();
 };
 
 TEST_P(NameIndexOf, PhonesAnswersLikeTheMap) { ExpectSameAnswers(PhoneRows(Mapping()), 2000); }
@@ -104,10 +99,7 @@ TEST_P(NameIndexOf, EveryNameFits) {
   EXPECT_GE(names, 41U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Language, NameIndexOf,
-                         testing::Values(LANGUAGE_MANDARIN, LANGUAGE_CANTONESE,
-                                         LANGUAGE_AMERICAN_ENGLISH),
-                         testing::PrintToStringParamName());
+INSTANTIATE_TEST_SUITE_P(Language, NameIndexOf, testing::ValuesIn(kLanguages), LanguageName);
 
 // Whatever rule sends a piece, none follows the one that the sink refuses.
 TEST(SplitPinyin, EndsWhereTheSinkSaysSo) {

@@ -161,8 +161,7 @@ void ExpectAllBytes(int language, const Language& served_by) {
 }
 
 class EveryLanguage : public testing::TestWithParam<Language> {};
-INSTANTIATE_TEST_SUITE_P(Ph2Ph, EveryLanguage,
-                         testing::Values(kMandarin, kCantonese, kAmericanEnglish), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Ph2Ph, EveryLanguage, testing::ValuesIn(kLanguages), LanguageName);
 
 TEST_P(EveryLanguage, AllBytes) { ExpectAllBytes(GetParam().id, GetParam()); }
 

@@ -314,8 +314,7 @@ TEST(Pr2Ph, LongTexts) {
 }
 
 class EveryLanguage : public testing::TestWithParam<Language> {};
-INSTANTIATE_TEST_SUITE_P(Pr2Ph, EveryLanguage,
-                         testing::Values(kMandarin, kCantonese, kAmericanEnglish), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Pr2Ph, EveryLanguage, testing::ValuesIn(kLanguages), LanguageName);
 
 TEST_P(EveryLanguage, EveryPhoneWithEveryDigit) {
   const int language = GetParam().id;

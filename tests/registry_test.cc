@@ -102,8 +102,7 @@ TEST(Records, CopyOfASyllableIsIndependent) {
 // Every language
 
 class EveryLanguage : public testing::TestWithParam<Language> {};
-INSTANTIATE_TEST_SUITE_P(Registry, EveryLanguage,
-                         testing::Values(kMandarin, kCantonese, kAmericanEnglish), LanguageName);
+INSTANTIATE_TEST_SUITE_P(Registry, EveryLanguage, testing::ValuesIn(kLanguages), LanguageName);
 
 TEST_P(EveryLanguage, BuilderFillsItsEntryAlone) {
   std::map<int, SpMapping> table;

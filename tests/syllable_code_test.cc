@@ -308,8 +308,7 @@ TEST(Code2Py, ToneDigitIsForcedOnTheFallbackPath) {
 // All codes, against the golden rows
 
 class EveryLanguage : public testing::TestWithParam<Language> {};
-INSTANTIATE_TEST_SUITE_P(SyllableCodes, EveryLanguage,
-                         testing::Values(kMandarin, kCantonese, kAmericanEnglish), LanguageName);
+INSTANTIATE_TEST_SUITE_P(SyllableCodes, EveryLanguage, testing::ValuesIn(kLanguages), LanguageName);
 
 // What code2ph and code2py answer for all codes of `language`, served by the language `served_by`.
 void ExpectAllCodes(int language, const Language& served_by) {

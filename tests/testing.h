@@ -160,6 +160,9 @@ inline constexpr Language kCantonese = {"cantonese", 10001, 95, 619, 7, Initiali
 inline constexpr Language kAmericanEnglish = {"american_english",   20000, 41, 0, 5,
                                               InitializeAmericanSet};
 
+// All of them, for what must hold in every language.
+inline constexpr Language kLanguages[] = {kMandarin, kCantonese, kAmericanEnglish};
+
 inline void PrintTo(const Language& language, std::ostream* out) { *out << language.name; }
 
 // "american_english" is "AmericanEnglish" in the name of a test.
