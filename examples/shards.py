@@ -100,14 +100,17 @@ def convert_lines(
     lines: Sequence[bytes], language: str, column: int
 ) -> tuple[list[bytes], list[bytes], Totals]:
     """The lines with a new last field, those that failed as they stand, and the totals."""
-    split = [(b"", b"\n") if is_too_long(line) else split_line(line) for line in lines]
-    texts = [text_of(content, column) for content, _ in split]
+    split = [split_line(line) for line in lines]
+    texts = [
+        None if is_too_long(line) else text_of(content, column)
+        for line, (content, _) in zip(lines, split)
+    ]
     readings = iter(convert_texts([text for text in texts if text is not None], language))
     converted, rejects, totals = [], [], Totals(lines=len(split))
     for line, (content, end), text in zip(lines, split, texts):
         if is_too_long(line):
-            converted.append(b"\t\n")
-            rejects.append(line)
+            converted.append(end)
+            rejects.append(content + end)
             totals[FAILED + "line too long"] += 1
             continue
         if is_comment(content):
@@ -134,11 +137,17 @@ def read_block(source: BinaryIO) -> list[bytes]:
     return lines
 
 
-def rest_of_line(source: BinaryIO) -> Iterator[bytes]:
-    while part := source.readline(LONGEST_LINE):
-        yield part
-        if part.endswith(b"\n"):
-            return
+def copy_line(part: bytes, source: BinaryIO, target: BinaryIO) -> bytes:
+    """Writes a line of which the first part has been read, and returns its end."""
+    last = b""
+    while part:
+        target.write(part)
+        last = (last + part)[-2:]
+        part = b"" if last.endswith(b"\n") else source.readline(LONGEST_LINE)
+    end = split_line(last)[1]
+    if not last.endswith(end):
+        target.write(end)
+    return end
 
 
 @contextlib.contextmanager
@@ -167,11 +176,12 @@ def convert_shard(name: str, shards: Path, output: Path, language: str, column: 
             source.seek(0)
         while lines := read_block(source):
             converted, rejects, block_totals = convert_lines(lines, language, column)
+            is_open = is_too_long(lines[-1])
+            rejects_file.writelines(rejects[:-1] if is_open else rejects)
+            if is_open:
+                converted[-1] = copy_line(lines[-1], source, rejects_file)
             converted_file.writelines(converted)
-            rejects_file.writelines(rejects)
             totals.update(block_totals)
-            if is_too_long(lines[-1]):
-                rejects_file.writelines(rest_of_line(source))
     return totals
 
 
