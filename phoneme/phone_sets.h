@@ -91,6 +91,12 @@ PHONEME_EXPORT std::int32_t ServingLanguage(Conversion conversion, int language)
 
 // Romanised text
 
+/// Whether a byte separates the pieces of a romanised text, and is in none: ASCII white space, the
+/// apostrophe and the grave accent.
+constexpr bool IsSeparator(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r') || c == '\'' || c == '`';
+}
+
 /// A piece of a romanised text, as py2ph, py2code and pyw2py cut it.
 struct TextPiece {
   std::size_t offset = 0;    ///< of its first byte in the text

@@ -18,6 +18,7 @@
 #include "phoneme/ascii.h"
 #include "phoneme/eight_bytes.h"
 #include "phoneme/name_index.h"
+#include "phoneme/phone_sets.h"
 
 namespace qeo::sp::internal {
 
@@ -27,10 +28,6 @@ struct SplitPiece {
   int row;                // the syllable's row, or NameIndex::kAbsent
   signed char raw_tone;   // of a syllable: the closing digit, 0 without one
 };
-
-constexpr bool IsSeparator(char c) {
-  return c == ' ' || (c >= '\t' && c <= '\r') || c == '`' || c == '\'';
-}
 
 /// A syllable found by longest match; `length` is 0 when there is none.
 struct Match {

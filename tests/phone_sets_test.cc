@@ -186,6 +186,20 @@ std::string ShowPieces(int language, const std::string& text, bool backward = fa
   return shown;
 }
 
+TEST(IsSeparator, IsWhatNoPieceHolds) {
+  std::string separators;
+  for (int byte = 0; byte < 256; ++byte) {
+    const char c = static_cast<char>(byte);
+    if (IsSeparator(c)) separators += c;
+    // "xi?an1" is cut there by a separator, and by a capital or a digit, which are of a piece.
+    std::vector<TextPiece> pieces;
+    FindPieces(LANGUAGE_MANDARIN, std::string("xi") + c + "an1", pieces);
+    const bool is_cut_out = pieces.size() == 2 && pieces[0].length + pieces[1].length == 5;
+    EXPECT_EQ(is_cut_out, IsSeparator(c)) << byte;
+  }
+  EXPECT_EQ(separators, "\t\n\v\f\r '`");
+}
+
 TEST(FindPieces, GivesPlacesRowsAndTones) {
   const struct {
     std::string text;

@@ -3,12 +3,9 @@
 #include "bindings/arguments.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
-
-#include "bindings/languages.h"
 
 namespace qeo::python {
 
@@ -110,32 +107,6 @@ bool FlagArgument(PyObject* flag) {
   const int is_true = PyObject_IsTrue(flag);
   if (is_true < 0) throw py::error_already_set();
   return is_true != 0;
-}
-
-namespace {
-
-// The library serves any id; one that does not fit an int is as unregistered as any other.
-int LanguageId(PyObject* integer) {
-  int overflow = 0;
-  const long id = PyLong_AsLongAndOverflow(integer, &overflow);
-  if (overflow > 0 || id > INT_MAX) return INT_MAX;
-  if (overflow < 0 || id < INT_MIN) return INT_MIN;
-  return static_cast<int>(id);
-}
-
-}  // namespace
-
-int LanguageArgument(PyObject* language, PyObject* fallback) {
-  if (PyUnicode_Check(language)) return LanguageOfName(language);
-  const py::object integer = IndexOf(language);
-  if (!integer) {
-    throw py::type_error("a language must be a name, a Language or an int, not " +
-                         TypeName(language));
-  }
-  const int id = LanguageId(integer.ptr());
-  if (FindLanguage(id) != nullptr || FlagArgument(fallback)) return id;
-  throw py::value_error("unknown language " + Shown(integer.ptr()) + "; the languages are " +
-                        sp::KnownLanguages());
 }
 
 void CheckIterable(PyObject* object, const char* what) {

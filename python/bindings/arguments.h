@@ -1,8 +1,8 @@
 #ifndef PYTHON_BINDINGS_ARGUMENTS_H_
 #define PYTHON_BINDINGS_ARGUMENTS_H_
 
-// What Python passes in, read without a copy more than needed: texts and buffers as bytes,
-// languages as ids, small integers. Whatever cannot be read is a Python exception.
+// What Python passes in, read without a copy more than needed: texts and buffers as bytes, small
+// integers. What cannot be read is a Python exception.
 
 #include <pybind11/pybind11.h>
 
@@ -29,11 +29,6 @@ bool IsRow(const py::buffer_info& buffer);
 
 /// The format of a buffer's items, without a leading sign of the machine's own byte order.
 std::string ItemType(const py::buffer_info& buffer);
-
-/// The id of a language that is given by name or code, or as an integer. A ValueError for an id
-/// that is not registered, unless `fallback` is true: then the library answers, with the tables of
-/// a registered language.
-int LanguageArgument(PyObject* language, PyObject* fallback);
 
 /// Whether an object is true.
 bool FlagArgument(PyObject* flag);

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bindings/arguments.h"
 #include "bindings/buffer.h"
 #include "bindings/languages.h"
 #include "bindings/notation.h"
@@ -20,15 +21,11 @@
 #include "bindings/status.h"
 #include "bindings/texts.h"
 #include "notation/notation.h"
-#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
-#include "phoneme/pinyin_splitter.h"
 
 namespace qeo::python {
 
 namespace {
-
-constexpr unsigned kTonesPerRow = 10;
 
 // Where the values of each text end, and what became of it.
 class Texts {
@@ -60,28 +57,17 @@ class Texts {
   Buffer<std::uint8_t> status_;
 };
 
-// How many bytes of a romanised text are to be found in its syllables again, and how many of these
-// are tone digits.
-struct Content {
-  std::size_t bytes = 0;
-  std::size_t digits = 0;
-};
-
-Content ContentOf(std::string_view text) {
-  Content content;
-  for (const char c : text) {
-    content.bytes += sp::internal::IsSeparator(c) ? 0U : 1U;
-    content.digits += ascii::IsDigit(c) ? 1U : 0U;
-  }
-  return content;
+// How many bytes of a romanised text are to be found in its pieces again.
+std::size_t ContentOf(std::string_view text) {
+  return text.size() -
+         static_cast<std::size_t>(std::count_if(text.begin(), text.end(), sp::IsSeparator));
 }
 
 // Converts romanised texts to codes. The library drops letters that no syllable of a longest match
 // reaches; here a text that loses any fails where `strict`.
 class TextReader {
  public:
-  TextReader(int language, bool strict)
-      : language_(language), strict_(strict), rows_(SyllableLanguage(language).row_phones) {}
+  TextReader(int language, bool strict) : language_(language), strict_(strict) {}
 
   Status Read(const std::string& text) {
     if (sp::py2code(language_, text, codes_) != 0) return Status::kFailed;
@@ -91,21 +77,19 @@ class TextReader {
   }
 
   const std::vector<unsigned short>& codes() const { return codes_; }
-  const RowPhones& phones(unsigned code) const { return rows_[code / kTonesPerRow]; }
 
  private:
-  // Each digit of a text that converts closes a syllable.
-  bool LosesLetters(std::string_view text) const {
-    const Content content = ContentOf(text);
-    std::size_t kept = content.digits;
-    for (const unsigned code : codes_) kept += phones(code).letters;
-    return kept != content.bytes;
+  bool LosesLetters(std::string_view text) {
+    sp::FindPieces(language_, text, pieces_);
+    std::size_t kept = 0;
+    for (const sp::TextPiece& piece : pieces_) kept += piece.length;
+    return kept != ContentOf(text);
   }
 
   int language_;
   bool strict_;
-  const std::vector<RowPhones>& rows_;
   std::vector<unsigned short> codes_;
+  std::vector<sp::TextPiece> pieces_;
 };
 
 class CodeConverter {
@@ -132,11 +116,17 @@ class CodeConverter {
   Texts texts_;
 };
 
+// The syllable table that serves a language; null for one that has none.
+const sp::PinyinInfo* RowsOf(int language) {
+  return sp::FindPhoneSet(ServingLanguage(sp::Conversion::kSyllables, language))->pinyin_list;
+}
+
 // By way of the syllable codes, which say all that a syllable is: records of syllables, with a list
 // of phones each, would cost more than all the rest.
 class SyllableConverter {
  public:
-  SyllableConverter(int language, bool strict) : reader_(language, strict) {
+  SyllableConverter(int language, bool strict)
+      : reader_(language, strict), rows_(RowsOf(language)) {
     phone_offsets_.Add(0);
   }
 
@@ -145,10 +135,12 @@ class SyllableConverter {
   void Add(const std::string& text, Unit /*of positions*/) {
     const Status status = reader_.Read(text);
     for (const unsigned code : reader_.codes()) {
-      const RowPhones& row = reader_.phones(code);
-      phones_.Append(row.ids, row.count);
+      const sp::PinyinInfo& row = rows_[code / sp::kTonesPerRow];
+      for (const sp::PhoneInfo* phone : {row.initial_phone, row.final_phone}) {
+        if (phone != nullptr) phones_.Add(static_cast<std::uint8_t>(phone->id));
+      }
       phone_offsets_.Add(static_cast<std::int64_t>(phones_.size()));
-      tones_.Add(static_cast<std::int8_t>(code % kTonesPerRow));
+      tones_.Add(static_cast<std::int8_t>(code % sp::kTonesPerRow));
     }
     codes_.Append(reader_.codes().data(), reader_.codes().size());
     texts_.End(codes_.size(), status);
@@ -163,6 +155,7 @@ class SyllableConverter {
 
  private:
   TextReader reader_;
+  const sp::PinyinInfo* rows_;
   Buffer<std::uint8_t> phones_;
   Buffer<std::int64_t> phone_offsets_;
   Buffer<std::uint16_t> codes_;
@@ -226,7 +219,7 @@ class PieceConverter {
   bool LosesLetters(std::string_view word) const {
     std::size_t kept = 0;
     for (const std::string& piece : of_text_) kept += piece.size();
-    return kept != ContentOf(word).bytes;
+    return kept != ContentOf(word);
   }
 
   int language_;

@@ -15,7 +15,8 @@
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
 #include "bindings/objects.h"
-#include "bindings/records.h"
+#include "bindings/rows.h"
+#include "bindings/syllables.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::python {
@@ -42,12 +43,14 @@ std::string NameArgument(PyObject* name) {
 
 // phones(language, fallback)
 py::object Phones(Arguments arguments) {
-  return Borrow(PhoneLanguage(LanguageArgument(arguments[0], arguments[1])).phone_tuple);
+  const int language = LanguageArgument(arguments[0], arguments[1]);
+  return Borrow(PhoneTable(sp::ServingLanguage(sp::Conversion::kPhones, language)));
 }
 
 // syllables(language, fallback)
 py::object SyllableRows(Arguments arguments) {
-  return Borrow(SyllableLanguage(LanguageArgument(arguments[0], arguments[1])).syllable_tuple);
+  const int language = LanguageArgument(arguments[0], arguments[1]);
+  return Borrow(SyllableTable(sp::ServingLanguage(sp::Conversion::kSyllables, language)));
 }
 
 // The row of an id, -1 for a number that is none.
@@ -148,12 +151,11 @@ py::object Code2Ph(Arguments arguments) {
 // code2py(code, language, with_tone, fallback): None for a code without a row, unless the library
 // is to answer.
 py::object Code2Py(Arguments arguments) {
-  constexpr std::size_t kTonesPerRow = 10;
   const unsigned short code = CodeArgument(arguments[0]);
   const int language = LanguageArgument(arguments[1], arguments[3]);
   if (!FlagArgument(arguments[3])) {
-    const auto& rows = FindLanguage(language)->syllables;
-    if (code / kTonesPerRow >= rows.size()) return py::none();
+    const auto row = static_cast<std::uint64_t>(code / sp::kTonesPerRow);
+    if (row >= sp::FindPhoneSet(language)->pinyin_count) return py::none();
   }
   return py::str(sp::code2py(language, code, FlagArgument(arguments[2])));
 }

@@ -1,43 +1,26 @@
 #ifndef PYTHON_BINDINGS_LANGUAGES_H_
 #define PYTHON_BINDINGS_LANGUAGES_H_
 
-// The languages as Python sees them: their names, and the rows of their tables as objects that are
-// made once and live as long as the process.
+// The registered languages as Python names them.
 
 #include <pybind11/pybind11.h>
 
-#include <cstdint>
 #include <string>
-#include <vector>
-
-#include "phoneme/phoneme.h"
 
 namespace qeo::python {
 
 namespace py = pybind11;
 
-/// The ids of the phones of a syllable, those that it has, and the length of its spelling.
-struct RowPhones {
-  std::uint8_t ids[2];
-  std::uint8_t count;
-  std::uint8_t letters;  // of its spelling
-};
-
 /// One language. References are never given back: the objects outlive every user.
 struct Language {
   std::string name;
   int id = 0;
-  PyObject* py_name = nullptr;    // interned, so that most names compare as pointers
-  PyObject* member = nullptr;     // of the enum Language
-  std::vector<PyObject*> phones;  // a Phone for each row
-  PyObject* phone_tuple = nullptr;
-  std::vector<PyObject*> syllables;  // a SyllableRow for each row
-  PyObject* syllable_tuple = nullptr;
-  std::vector<RowPhones> row_phones;  // what a syllable code / 10 stands for
+  PyObject* py_name = nullptr;  // interned, so that most names compare as pointers
+  PyObject* member = nullptr;   // of the enum Language
 };
 
-/// Makes the languages; `enums` is the module of the enums Language and PhoneType. To be called
-/// once, after the types of the records exist.
+/// Makes the languages; `enums` is the module of the enum Language. To be called once, before all
+/// else.
 void InitializeLanguages(const py::module_& enums);
 
 /// The ids of the languages by their names, a dict.
@@ -46,16 +29,18 @@ py::dict LanguageIds();
 /// The registered language of an id, or null.
 const Language* FindLanguage(int id);
 
-/// The language that answers for phones, or for syllables, when `id` is asked.
-const Language& PhoneLanguage(int id);
-const Language& SyllableLanguage(int id);
+/// The id of a language that is given by name or code, in any case, or as an integer. A ValueError
+/// that lists the languages for another name, and for an id that is not registered, unless
+/// `fallback` is true: then the library answers, with the tables of a registered language.
+int LanguageArgument(PyObject* language, PyObject* fallback);
 
-/// The id of a language's name or code, a str, in any case; a ValueError that lists them for any
-/// other.
-int LanguageOfName(PyObject* name);
-
-/// The object of a phone, None for null; a borrowed reference.
-PyObject* PhoneObject(const sp::PhoneInfo* phone);
+/// The getter of an object's field `language`, an id, as a member of the enum Language.
+template <typename Object>
+PyObject* GetLanguage(PyObject* self, void* /*closure*/) {
+  PyObject* member = FindLanguage(reinterpret_cast<Object*>(self)->language)->member;
+  Py_INCREF(member);
+  return member;
+}
 
 }  // namespace qeo::python
 

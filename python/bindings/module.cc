@@ -8,7 +8,8 @@
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
 #include "bindings/notation.h"
-#include "bindings/records.h"
+#include "bindings/rows.h"
+#include "bindings/syllables.h"
 
 namespace qeo::python {
 
@@ -49,8 +50,10 @@ PyMethodDef methods[] = {
 void Fill(py::module_& module) {
   module.attr("__version__") = PHONEME_VERSION;
   AddMethods(module, methods);
-  AddRecordTypes(module);
-  InitializeLanguages(py::module_::import("phoneme._enums"));
+  const auto enums = py::module_::import("phoneme._enums");
+  InitializeLanguages(enums);
+  AddRows(module, enums);
+  AddSyllables(module);
   module.attr("LANGUAGES") = LanguageIds();
   AddConversions(module);
   AddBatches(module);

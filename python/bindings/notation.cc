@@ -16,9 +16,10 @@
 #include <vector>
 
 #include "bindings/arguments.h"
+#include "bindings/languages.h"
 #include "bindings/objects.h"
 #include "bindings/positions.h"
-#include "bindings/records.h"
+#include "bindings/syllables.h"
 #include "notation/notation.h"
 #include "phoneme/phoneme.h"
 
