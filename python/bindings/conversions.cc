@@ -15,6 +15,7 @@
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
 #include "bindings/objects.h"
+#include "bindings/positions.h"
 #include "bindings/rows.h"
 #include "bindings/syllables.h"
 #include "phoneme/phoneme.h"
@@ -131,6 +132,19 @@ py::object Pyw2Py(Arguments arguments) {
   return std::move(list);
 }
 
+// pieces(text, language, fallback)
+py::object Pieces(Arguments arguments) {
+  const int language = LanguageArgument(arguments[1], arguments[2]);
+  const Source source(arguments[0]);
+  std::vector<sp::TextPiece> pieces;
+  sp::FindPieces(language, source.text(), pieces);
+  return TupleOf(pieces, [&](const sp::TextPiece& piece) {
+    const py::object row = piece.row < 0 ? py::object(py::none()) : py::int_(piece.row);
+    return py::make_tuple(source.Positions({piece.offset, piece.length}), row,
+                          static_cast<int>(piece.raw_tone));
+  });
+}
+
 // tone_adaptation(tone, language, fallback)
 py::object ToneAdaptation(Arguments arguments) {
   const long tone = IntegerArgument(arguments[0], SCHAR_MIN, SCHAR_MAX, "a tone");
@@ -233,6 +247,7 @@ PyMethodDef methods[] = {
     Method<Py2Ph, 3>("py2ph"),
     Method<Py2Code, 3>("py2code"),
     Method<Pyw2Py, 4>("pyw2py"),
+    Method<Pieces, 3>("pieces"),
     Method<ToneAdaptation, 3>("tone_adaptation"),
     Method<Code2Ph, 3>("code2ph"),
     Method<Code2Py, 4>("code2py"),

@@ -11,6 +11,7 @@ _Text = Union[str, bytes]
 _Language = Union[str, SupportsIndex]
 _Bytes = NDArray[np.uint8]
 _Offsets = NDArray[np.int64]
+_Range = tuple[int, int]
 
 __version__: str
 LANGUAGES: dict[str, int]
@@ -103,6 +104,13 @@ def py2code(text: _Text, language: _Language, fallback: bool, /) -> Optional[lis
 def pyw2py(
     word: _Text, language: _Language, backward: bool, fallback: bool, /
 ) -> list[str]: ...
+
+# The pieces of a romanised text as py2ph cuts it: the range of each in characters of a str or bytes
+# of bytes, its row in the syllable table, None where it is not a syllable, and its closing digit, 0
+# where there is none. What is in no range is a separator, or letters that no syllable was found for.
+def pieces(
+    text: _Text, language: _Language, fallback: bool, /
+) -> tuple[tuple[_Range, Optional[int], int], ...]: ...
 def tone_adaptation(tone: int, language: _Language, fallback: bool, /) -> int: ...
 def code2ph(code: int, language: _Language, fallback: bool, /) -> Optional[Syllable]: ...
 def code2py(
@@ -197,7 +205,6 @@ def analyze_batch(
     _Offsets,
 ]: ...
 
-_Range = tuple[int, int]
 Application = tuple[str, _Range]
 Problem = tuple[str, _Range, str, str, _Range, str, str]
 Normalized = tuple[str, tuple[int, ...], tuple[Application, ...], tuple[Problem, ...]]

@@ -7,7 +7,6 @@ from __future__ import annotations
 
 import itertools
 import operator
-import re
 from typing import (
     Any,
     Callable,
@@ -132,19 +131,12 @@ def _bytes(text: Text) -> bytes:
     return text.encode("utf-8", "surrogatepass") if isinstance(text, str) else bytes(text)
 
 
-# What the library cuts a text into before it looks for syllables: a digit closes a piece and a
-# capital opens one, and white space, the apostrophe and the grave accent are between pieces.
-_PIECE = re.compile(rb"[0-9]|[^0-9\s'`][^0-9A-Z\s'`]*[0-9]?")
-
-
 def raise_for_pinyin(text: Text, language: LanguageName) -> NoReturn:
     """Raises for the first piece of a romanised text that is not a syllable."""
-    data = _bytes(text)
-    for piece in _PIECE.finditer(data):
-        # The leading space keeps a piece from being cut as a whole text would be.
-        if _core.py2code(b" " + piece[0], language, True) is None:
-            begin, end = piece.span()
-            _raise(text, data, begin, end, language, f"is not a syllable of {named(language)}")
+    for (start, stop), row, _ in _core.pieces(text, language, True):
+        if row is None:
+            reason = f"is not a syllable of {named(language)}"
+            raise ConversionError(text, text[start:stop], start, language, reason) from None
     raise AssertionError("no piece of a text that failed is wrong")
 
 
