@@ -6,7 +6,6 @@
 
 #include <cerrno>
 
-#include "tools/messages.h"
 #include "tools/paths.h"
 
 namespace qeo::tool {
@@ -71,10 +70,6 @@ std::optional<FileId> IdOf(const std::string& path) {
 bool IsRegularFile(const std::string& path) {
   struct stat status = {};
   return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
-std::string InputName(const std::string& path) {
-  return path == "-" ? "standard input" : QuotedName(path);
 }
 
 }  // namespace qeo::tool

@@ -62,9 +62,6 @@ std::optional<FileId> IdOf(const std::string& path);
 
 bool IsRegularFile(const std::string& path);
 
-/// What messages call an input: its name in quotes, or "standard input" for "-".
-std::string InputName(const std::string& path);
-
 }  // namespace qeo::tool
 
 #endif  // TOOLS_FILES_H_

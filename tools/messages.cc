@@ -34,6 +34,10 @@ std::string Quoted(std::string_view text) { return QuotedWithin(text, kLongestQu
 
 std::string QuotedName(std::string_view name) { return QuotedWithin(name, kLongestName); }
 
+std::string InputName(std::string_view path) {
+  return path == "-" ? "standard input" : QuotedName(path);
+}
+
 std::string Shortened(std::string_view message) {
   const Excerpt excerpt = Escape(message, kLongestForeignMessage);
   return excerpt.is_whole ? excerpt.shown : excerpt.shown + SizeOf(message);

@@ -21,6 +21,9 @@ std::string Quoted(std::string_view text);
 /// Returns the name of a file as Quoted does a text, at most 256 cells of it.
 std::string QuotedName(std::string_view name);
 
+/// Returns what messages call an input: its name in quotes, or "standard input" for "-".
+std::string InputName(std::string_view path);
+
 /// Returns a message of another library, which may repeat text from outside, escaped and at most
 /// 200 cells of it.
 std::string Shortened(std::string_view message);
