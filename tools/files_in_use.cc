@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include "tools/exit_status.h"
+#include "tools/usage_error.h"
 
 namespace qeo::tool {
 

@@ -29,6 +29,7 @@
 #include "tools/numbers.h"
 #include "tools/output.h"
 #include "tools/parser_errors.h"
+#include "tools/usage_error.h"
 
 namespace qeo::tool {
 namespace {
