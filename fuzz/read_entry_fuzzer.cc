@@ -3,7 +3,7 @@
 
 #include "fuzz/fuzzing.h"
 #include "notation/arpabet.h"
-#include "tools/dictionary.h"
+#include "tools/conversion/lexicon_lines.h"
 #include "xstr/xstr.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "fuzz/fuzzing.h"
-#include "tools/input.h"
+#include "tools/io/input.h"
 
 namespace {
 

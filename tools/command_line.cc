@@ -8,12 +8,12 @@
 #include <optional>
 #include <utility>
 
-#include "tools/encodings.h"
-#include "tools/files.h"
+#include "tools/base/decimal.h"
+#include "tools/conversion/languages.h"
 #include "tools/help.h"
-#include "tools/languages.h"
-#include "tools/messages.h"
-#include "tools/numbers.h"
+#include "tools/io/encodings.h"
+#include "tools/io/files.h"
+#include "tools/report/messages.h"
 
 namespace qeo::tool {
 namespace {

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "notation/notation.h"
-#include "tools/dictionary.h"
-#include "tools/files_in_use.h"
-#include "tools/notations.h"
+#include "tools/conversion/lexicon_lines.h"
+#include "tools/conversion/notations.h"
+#include "tools/io/files_in_use.h"
 
 namespace qeo::tool {
 

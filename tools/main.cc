@@ -14,22 +14,22 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/check.h"
+#include "tools/base/decimal.h"
+#include "tools/base/exit_status.h"
+#include "tools/base/usage_error.h"
 #include "tools/command_line.h"
-#include "tools/convert.h"
-#include "tools/exit_status.h"
-#include "tools/explain.h"
-#include "tools/files.h"
-#include "tools/files_in_use.h"
+#include "tools/commands/check.h"
+#include "tools/commands/convert.h"
+#include "tools/commands/explain.h"
+#include "tools/commands/language_tables.h"
+#include "tools/conversion/languages.h"
+#include "tools/conversion/notations.h"
 #include "tools/help.h"
-#include "tools/inventory.h"
-#include "tools/languages.h"
-#include "tools/messages.h"
-#include "tools/notations.h"
-#include "tools/numbers.h"
-#include "tools/output.h"
+#include "tools/io/files.h"
+#include "tools/io/files_in_use.h"
+#include "tools/io/output.h"
 #include "tools/parser_errors.h"
-#include "tools/usage_error.h"
+#include "tools/report/messages.h"
 
 namespace qeo::tool {
 namespace {

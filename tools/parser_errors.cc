@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "tools/messages.h"
+#include "tools/report/messages.h"
 
 namespace qeo::tool {
 namespace {

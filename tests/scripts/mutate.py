@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""What scripts/mutate makes of a line, and that a seed draws the same changes each time.
+"""What scripts/mutate makes of a line, that it finds all sources of the tool, and that a seed draws the
+same changes each time.
 
 mutate.py ROOT
 """
@@ -7,6 +8,7 @@ mutate.py ROOT
 import importlib.machinery
 import importlib.util
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -63,6 +65,10 @@ def main():
         expect(text, count, sum(after.strip() == "pass" for after in found))
     for text, wanted in CPP:
         expect(text, wanted, [after for _, _, after in mutate.cpp_changes("tools/x.cc", text)])
+    built = re.findall(r"^  ([a-z_/]+[.]cc)", (root / "tools" / "CMakeLists.txt").read_text(), re.M)
+    missing = {f"tools/{source}" for source in built} - set(mutate.all_sources())
+    if missing or not built:
+        sys.exit(f"never changed: {sorted(missing)} of {len(built)}")
     drawn = [subprocess.run([root / "scripts" / "mutate", "--check", "--sample", "30", "--seed", seed],
                             stdout=subprocess.PIPE, check=True, encoding="utf-8").stdout.splitlines()
              for seed in ("7", "7", "8")]

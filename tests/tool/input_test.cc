@@ -1,4 +1,4 @@
-#include "tools/input.h"
+#include "tools/io/input.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,13 +1,13 @@
 // Text from outside as messages show it.
 
-#include "tools/messages.h"
+#include "tools/report/messages.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "tools/glyphs.h"
-#include "tools/json.h"
+#include "tools/report/json.h"
+#include "tools/report/terminal_text.h"
 
 namespace qeo::tool {
 namespace {

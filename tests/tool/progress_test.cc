@@ -1,4 +1,4 @@
-#include "tools/progress.h"
+#include "tools/io/progress.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,279 @@
+#include "tools/commands/check.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "tools/commands/lexicon_check.h"
+#include "tools/conversion/languages.h"
+#include "tools/conversion/library_reading.h"
+#include "tools/conversion/reader.h"
+#include "tools/conversion/target_gaps.h"
+#include "tools/io/encodings.h"
+#include "tools/io/files.h"
+#include "tools/io/input.h"
+#include "tools/io/output.h"
+#include "tools/report/findings.h"
+#include "tools/report/messages.h"
+
+namespace qeo::tool {
+namespace {
+
+// A message without the kind of failure that it may begin with: findings name it anyway.
+std::string WithoutKind(const Failure& failure) {
+  const std::string kind = std::string(failure.kind) + ' ';
+  const bool begins_with_kind = failure.message.compare(0, kind.size(), kind) == 0;
+  return begins_with_kind ? failure.message.substr(kind.size()) : failure.message;
+}
+
+// Without a target all is reported that a strict conversion drops.
+Conversion ConversionOf(const CheckOptions& options) {
+  Conversion conversion = options.conversion;
+  conversion.is_strict = conversion.is_strict && options.has_target;
+  return conversion;
+}
+
+// What a lexicon needs, without --to.
+std::vector<Target> TargetsOf(const CheckOptions& options) {
+  if (options.has_target) {
+    return {options.conversion.to};
+  }
+  if (HasCodes(options.conversion.from)) {
+    return {Target::kCodes, Target::kPronunciation};
+  }
+  return {Target::kPronunciation};
+}
+
+class Checker {
+ public:
+  Checker(const CheckOptions& options, FilesInUse& in_use)
+      : options_(options),
+        in_use_(in_use),
+        conversion_(ConversionOf(options)),
+        targets_(TargetsOf(options)),
+        reader_(conversion_, false),
+        gaps_(conversion_),
+        findings_(options.is_json) {}
+
+  ExitStatus Run();
+
+ private:
+  void CheckFile(const std::string& path);
+  void CheckInput(int file_descriptor, const std::string& path);
+  void CheckBlock(const Block& block);
+  void CheckLine(std::uint64_t number, std::string_view line);
+  void CheckText(std::uint64_t number, std::size_t offset, std::string_view text);
+  void CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text);
+  void ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text);
+  void ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text);
+  void ReportLost(std::uint64_t number, std::size_t offset, const std::string& text);
+  void CheckSyllable(std::uint64_t number, std::size_t offset, const sp::SyllableInfo& syllable,
+                     std::string_view written);
+  void Fail(std::string_view problem);
+
+  const CheckOptions& options_;
+  FilesInUse& in_use_;
+  Conversion conversion_;
+  std::vector<Target> targets_;
+  Reader reader_;
+  Gaps gaps_;
+  FindingWriter findings_;
+  std::optional<LexiconCheck> lexicon_;
+  Output messages_{STDERR_FILENO};
+  bool has_failed_ = false;
+};
+
+ExitStatus Checker::Run() {
+  const std::string note = FallbackNote(conversion_.language, ServingLanguage(conversion_));
+  if (!note.empty()) {
+    AppendMessage(note, messages_.text());
+  }
+  // All before the first is checked, so that nothing is written when one is refused. Each is looked
+  // at again once it is open: a name can lead to another file then.
+  for (const std::string& path : options_.files) {
+    in_use_.Read(InputName(path), path == "-" ? IdOf(STDIN_FILENO) : IdOf(path));
+  }
+  for (const std::string& path : options_.files) {
+    CheckFile(path);
+  }
+  findings_.Close();
+  if (findings_.error() == EPIPE) {
+    messages_.Flush();
+    return kReaderGone;
+  }
+  if (findings_.error() != 0) {
+    Fail(SystemProblem("cannot write the findings", findings_.error()));
+  }
+  messages_.Flush();
+  if (has_failed_) {
+    return kUnfinished;
+  }
+  return findings_.has_problems() ? kFailure : kSuccess;
+}
+
+void Checker::CheckFile(const std::string& path) {
+  findings_.BeginFile(path);
+  if (path == "-") {
+    return CheckInput(STDIN_FILENO, path);
+  }
+  const File file = OpenFile(path, O_RDONLY);
+  if (!file.IsOpen()) {
+    return Fail(SystemProblem("cannot read " + QuotedName(path), errno));
+  }
+  in_use_.Read(InputName(path), IdOf(file.descriptor()));
+  CheckInput(file.descriptor(), path);
+}
+
+void Checker::CheckInput(int file_descriptor, const std::string& path) {
+  if (options_.is_lexicon) {
+    lexicon_.emplace(PhoneLanguage(conversion_.language), conversion_.from == Source::kArpabet,
+                     findings_);
+  }
+  BlockReader reader(file_descriptor);
+  Block block;
+  std::uint64_t line_count = 0;
+  while (findings_.error() == 0 && reader.Next(block)) {
+    const std::string problem = line_count == 0 ? EncodingProblem(block.text) : "";
+    if (!problem.empty()) {
+      return Fail("cannot read " + InputName(path) + ": " + problem);
+    }
+    line_count += block.line_count;
+    CheckBlock(block);
+    if (!reader.IsReady()) {
+      findings_.Flush();
+    }
+  }
+  if (reader.error() != 0) {
+    return Fail(SystemProblem("cannot read " + InputName(path), reader.error()));
+  }
+  if (lexicon_) {
+    lexicon_->Finish(line_count);
+  }
+}
+
+void Checker::CheckBlock(const Block& block) {
+  if (block.is_overlong) {
+    if (block.is_first_part) {
+      findings_.Write({block.first_line, 0, 0, "line too long",
+                       "longer than " + std::to_string(kLongestLine) + " bytes", "", true});
+    }
+    return;
+  }
+  std::string_view rest = block.text;
+  for (std::uint64_t number = block.first_line; !rest.empty(); ++number) {
+    CheckLine(number, TakeLine(rest).text);
+  }
+}
+
+void Checker::CheckLine(std::uint64_t number, std::string_view line) {
+  const Entry entry = ReadEntry(options_.layout, line);
+  if (entry.kind == EntryKind::kComment) {
+    return;
+  }
+  if (entry.kind == EntryKind::kBroken) {
+    return ReportBroken(number, 0, line);
+  }
+  const auto offset = static_cast<std::size_t>(entry.text.data() - line.data());
+  if (lexicon_) {
+    lexicon_->Add(number, offset, entry);
+  } else {
+    CheckText(number, offset, entry.text);
+  }
+}
+
+void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_view text) {
+  if (IsWritten(conversion_.from)) {
+    return CheckWritten(number, offset, text);
+  }
+  const std::string copy(text);
+  if (!reader_.Read(copy)) {
+    return ReportUnread(number, offset, copy);
+  }
+  const std::vector<notation::Range> places = reader_.FindPlaces(copy);
+  for (std::size_t i = 0; i < reader_.syllable_count(); ++i) {
+    const notation::Range place = i < places.size() ? places[i] : notation::Range{0, copy.size()};
+    CheckSyllable(number, offset + place.offset, reader_.Syllable(i),
+                  text.substr(place.offset, place.length));
+  }
+  if (options_.layout.HasWords() && reader_.syllable_count() == 0) {
+    ReportBroken(number, offset, text);
+  }
+}
+
+void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
+  notation::Analysis analysis =
+      notation::Analyze(ServingLanguage(conversion_), text, conversion_.reading);
+  auto problem = analysis.problems.begin();
+  const auto report_before = [&](std::size_t end) {
+    for (; problem != analysis.problems.end() && problem->range.offset < end; ++problem) {
+      findings_.Write({number, offset + problem->range.offset, problem->range.length,
+                       notation::ProblemName(problem->kind), Described(*problem, text),
+                       problem->suggestion, true, &*problem});
+    }
+  };
+  for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
+    report_before(syllable.range.offset);
+    TakeDefaultTone(conversion_, syllable.syllable);
+    CheckSyllable(number, offset + syllable.range.offset, syllable.syllable,
+                  text.substr(syllable.range.offset, syllable.range.length));
+  }
+  report_before(text.size());
+  if (options_.layout.HasWords() && analysis.syllables.empty() && analysis.problems.empty()) {
+    ReportBroken(number, offset, text);
+  }
+}
+
+// `written` is the syllable in the text, and `offset` where it is in the line.
+void Checker::CheckSyllable(std::uint64_t number, std::size_t offset,
+                            const sp::SyllableInfo& syllable, std::string_view written) {
+  for (const Target target : targets_) {
+    const Gap gap = gaps_.Find(target, syllable);
+    if (gap != Gap::kNone) {
+      return findings_.Write({number, offset, written.size(), Gaps::KindOf(gap),
+                              Quoted(written) + gaps_.DetailOf(gap, syllable), "", true});
+    }
+  }
+}
+
+// An entry without a word, or without a syllable.
+void Checker::ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text) {
+  findings_.Write(
+      {number, offset, text.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
+}
+
+void Checker::ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text) {
+  const Failure& failure = reader_.failure();
+  if (failure.kind == notation::ProblemName(notation::ProblemKind::kLettersLost)) {
+    return ReportLost(number, offset, text);
+  }
+  const bool has_place = failure.place.length != 0;
+  const notation::Range place = has_place ? failure.place : notation::Range{0, text.size()};
+  findings_.Write(
+      {number, offset + place.offset, place.length, failure.kind, WithoutKind(failure), "", true});
+}
+
+// Every run of them.
+void Checker::ReportLost(std::uint64_t number, std::size_t offset, const std::string& text) {
+  for (const notation::Range& lost : LettersLost(conversion_.language, text)) {
+    findings_.Write({number, offset + lost.offset, lost.length,
+                     notation::ProblemName(notation::ProblemKind::kLettersLost),
+                     Quoted(std::string_view(text).substr(lost.offset, lost.length)), "", true});
+  }
+}
+
+void Checker::Fail(std::string_view problem) {
+  AppendMessage(problem, messages_.text());
+  has_failed_ = true;
+}
+
+}  // namespace
+
+ExitStatus Check(const CheckOptions& options, FilesInUse& in_use) {
+  return Checker(options, in_use).Run();
+}
+
+}  // namespace qeo::tool

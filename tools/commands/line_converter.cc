@@ -1,0 +1,135 @@
+#include "tools/commands/line_converter.h"
+
+#include "tools/conversion/result_records.h"
+#include "tools/report/messages.h"
+
+namespace qeo::tool {
+
+LineConverter::LineConverter(const Conversion& conversion, const Layout& layout, const char* place)
+    : layout_(layout),
+      to_(conversion.to),
+      place_(place),
+      reader_(conversion, WritesRecords()),
+      writer_(conversion) {}
+
+void LineConverter::ConvertBlock(Batch& batch) {
+  if (batch.input.is_overlong) {
+    return RejectPart(batch);
+  }
+  std::string_view rest = batch.input.text;
+  for (std::uint64_t number = batch.input.first_line; !rest.empty(); ++number) {
+    ConvertLine(number, TakeLine(rest), batch);
+  }
+}
+
+// In a format of plain lines each line gives one, also when it fails, so that the output keeps step
+// with the input. A lexicon has no entries that are empty.
+void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& batch) {
+  std::string& out = batch.results;
+  const std::size_t begin = out.size();
+  const Entry entry = ReadEntry(layout_, line.text);
+  if (entry.kind == EntryKind::kComment) {
+    ++batch.totals.comments;
+    if (layout_.format == Format::kTsv && !WritesRecords()) {
+      out.append(line.text).append(line.end);
+    }
+    return;
+  }
+  if (!WritesRecords()) {
+    if (layout_.format == Format::kTsv) {
+      out.append(line.text) += '\t';
+    } else if (layout_.HasWords()) {
+      out.append(entry.word) += ' ';
+    }
+  }
+  if (!ConvertEntry(number, entry, out)) {
+    out.resize(begin);
+    return Fail(number, line, entry, batch);
+  }
+  ++batch.totals.converted;
+  batch.totals.CountRules(reader_.applied());
+  if (to_ != Target::kTsv) {
+    out += line.end;
+  }
+}
+
+bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out) {
+  if (entry.kind == EntryKind::kBroken) {
+    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+    return false;
+  }
+  text_ = entry.text;
+  if (!reader_.Read(text_)) {
+    failure_ = reader_.failure();
+    return false;
+  }
+  if (layout_.HasWords() && reader_.syllable_count() == 0) {
+    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+    return false;
+  }
+  const RecordHead head = {number, entry.word, text_};
+  if (to_ == Target::kJson) {
+    AppendJson(head, reader_, writer_.gaps(), out);
+  } else if (to_ == Target::kTsv) {
+    AppendRows(head, reader_, writer_.gaps(), out);
+  } else if (!writer_.Write(reader_, text_, out)) {
+    failure_ = writer_.failure();
+    return false;
+  }
+  return true;
+}
+
+void LineConverter::Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch) {
+  const std::string_view text = entry.kind == EntryKind::kBroken ? line.text : entry.text;
+  AddMessage(number, Quoted(text) + ": " + failure_.message, batch);
+  ++batch.totals.failed[failure_.kind];
+  batch.rejects.append(line.text).append(line.end);
+  WriteFailure(number, line, entry, batch.results);
+}
+
+void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const Entry& entry,
+                                 std::string& out) {
+  if (to_ == Target::kJson) {
+    const bool is_broken = entry.kind == EntryKind::kBroken;
+    AppendJsonFailure({number, entry.word, is_broken ? line.text : entry.text}, failure_, out);
+  } else if (layout_.format == Format::kTsv && !WritesRecords()) {
+    out.append(line.text) += '\t';
+  }
+  EndFailure(line, out);
+}
+
+// Ends what a line that fails gives, if it gives anything.
+void LineConverter::EndFailure(const Line& line, std::string& out) const {
+  if (to_ == Target::kJson || (to_ != Target::kTsv && !layout_.HasWords())) {
+    out += line.end;
+  }
+}
+
+// A line that is too long comes in parts, and fails once. Its text is in no result, so it leaves an
+// empty line also where others are repeated.
+void LineConverter::RejectPart(Batch& batch) {
+  const Block& part = batch.input;
+  failure_ = {"line too long", "longer than " + std::to_string(kLongestLine) + " bytes", {}};
+  if (part.is_first_part) {
+    AddMessage(part.first_line, failure_.message, batch);
+    ++batch.totals.failed[failure_.kind];
+  }
+  if (!part.is_last_part) {
+    batch.rejects += part.text;
+    return;
+  }
+  std::string_view rest = part.text;
+  const Line last = TakeLine(rest);
+  batch.rejects.append(last.text).append(last.end);
+  if (to_ == Target::kJson) {
+    AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
+  }
+  EndFailure(last, batch.results);
+}
+
+void LineConverter::AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const {
+  AppendMessage(std::string(place_) + ' ' + std::to_string(number) + ": " + std::string(message),
+                batch.messages);
+}
+
+}  // namespace qeo::tool

@@ -1,0 +1,68 @@
+#ifndef TOOLS_COMMANDS_LINE_CONVERTER_H_
+#define TOOLS_COMMANDS_LINE_CONVERTER_H_
+
+/// The work of `phoneme convert` on lines that are already in memory.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tools/conversion/lexicon_lines.h"
+#include "tools/conversion/reader.h"
+#include "tools/conversion/writer.h"
+#include "tools/io/input.h"
+#include "tools/report/totals.h"
+
+namespace qeo::tool {
+
+/// Some lines, and what became of them. Everything is whole lines.
+struct Batch {
+  Block input;
+  std::string results;
+  std::string messages;
+  std::string rejects;  ///< the lines that failed, unchanged
+  Totals totals;
+
+  /// Empties all but the memory that it has.
+  void Clear() {
+    input.text.clear();
+    results.clear();
+    messages.clear();
+    rejects.clear();
+    totals = {};
+  }
+};
+
+/// Converts lines one after the other and keeps its memory from one to the next. Threads have one
+/// each.
+class LineConverter {
+ public:
+  /// `place` is what messages call a line. `conversion` and `layout` are kept and not copied.
+  LineConverter(const Conversion& conversion, const Layout& layout, const char* place);
+
+  /// Converts the lines of `batch.input` and adds to the rest.
+  void ConvertBlock(Batch& batch);
+
+  void ConvertLine(std::uint64_t number, const Line& line, Batch& batch);
+
+ private:
+  bool ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out);
+  void RejectPart(Batch& batch);
+  void Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch);
+  void WriteFailure(std::uint64_t number, const Line& line, const Entry& entry, std::string& out);
+  void EndFailure(const Line& line, std::string& out) const;
+  void AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const;
+  bool WritesRecords() const { return to_ == Target::kJson || to_ == Target::kTsv; }
+
+  const Layout& layout_;
+  Target to_;
+  const char* place_;
+  Reader reader_;
+  Writer writer_;
+  std::string text_;
+  Failure failure_;
+};
+
+}  // namespace qeo::tool
+
+#endif  // TOOLS_COMMANDS_LINE_CONVERTER_H_
