@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "tools/base/decimal.h"
+#include "tools/base/usage_error.h"
 #include "tools/conversion/languages.h"
 #include "tools/help.h"
 #include "tools/io/encodings.h"
@@ -69,23 +70,22 @@ RuleSet RulesOf(Source from) {
   }
 }
 
-std::string DoesNotApply(const std::string& option, Source from) {
-  return option + " does not apply to " + NameOf(kSources, from) + " input";
+[[noreturn]] void RefuseFor(Source from, const std::string& option) {
+  throw UsageError(option + " does not apply to " + NameOf(kSources, from) + " input");
 }
 
-std::string UnderstandRules(const Arguments& arguments, Reading& reading) {
-  RuleSet& rules = reading.options.rules;
+void SwitchRules(const Arguments& arguments, SourceOptions& options) {
+  RuleSet& rules = options.reading.rules;
   for (const RuleSwitch& rule_switch : kRuleSwitches) {
     const Rule rule = rule_switch.rule;
     if (!arguments.switched[static_cast<std::size_t>(rule)]) {
       continue;
     }
-    if (!RulesOf(reading.from).Has(rule)) {
-      return DoesNotApply(rule_switch.option, reading.from);
+    if (!RulesOf(options.from).Has(rule)) {
+      RefuseFor(options.from, rule_switch.option);
     }
     rules = rules.Has(rule) ? rules.Without(rule) : rules.With(rule);
   }
-  return "";
 }
 
 constexpr std::size_t kLongestAliases = std::size_t{16} << 20;
@@ -102,35 +102,34 @@ int ReadFile(const File& file, std::string& text) {
   return count < 0 ? errno : 0;
 }
 
-std::string ReadAliases(const std::string& path, FilesInUse& in_use,
-                        notation::AliasTable& aliases) {
+notation::AliasTable ReadAliases(const std::string& path, FilesInUse& in_use) {
   const std::string action = "cannot read the aliases in " + QuotedName(path);
   const File file = OpenFile(path, O_RDONLY);
   if (!file.IsOpen()) {
-    return SystemProblem(action, errno);
+    throw AliasesError(SystemProblem(action, errno));
   }
   in_use.Read("--aliases", IdOf(file.descriptor()));
   std::string text;
   if (const int error = ReadFile(file, text); error != 0) {
-    return SystemProblem(action, error);
+    throw AliasesError(SystemProblem(action, error));
   }
   if (text.size() > kLongestAliases) {
-    return action + ": the alias table is longer than " + std::to_string(kLongestAliases) +
-           " bytes";
+    throw AliasesError(action + ": the alias table is longer than " +
+                       std::to_string(kLongestAliases) + " bytes");
   }
-  if (const std::string problem = EncodingProblem(text, ">NEW"); !problem.empty()) {
-    return action + ": " + problem;
+  if (const auto problem = EncodingProblem(text, ">NEW")) {
+    throw AliasesError(action + ": " + *problem);
   }
   notation::ParsedAliases parsed = notation::AliasTable::Parse(text);
   if (!parsed.errors.empty()) {
     const notation::AliasError& first = parsed.errors.front();
     const bool is_about_field = !first.field.empty();
-    return Escaped(path) + ':' + std::to_string(first.line) + ": " +
-           (is_about_field ? Quoted(first.field) + first.message.substr(first.field.size() + 2)
-                           : first.message);
+    throw AliasesError(Escaped(path) + ':' + std::to_string(first.line) + ": " +
+                       (is_about_field
+                            ? Quoted(first.field) + first.message.substr(first.field.size() + 2)
+                            : first.message));
   }
-  aliases = std::move(parsed.table);
-  return "";
+  return std::move(parsed.table);
 }
 
 // The language that a notation belongs to, when it is one's own.
@@ -210,64 +209,61 @@ void AddLayout(CLI::App& command, Arguments& arguments) {
   AddChoice(command, "--headword", arguments.headword, kHeadwords, kHeadwordHelp);
 }
 
-std::string Understand(const Arguments& arguments, Reading& reading) {
+void ParseSource(const Arguments& arguments, SourceOptions& options) {
   const std::optional<int> language = LanguageOf(arguments);
   if (!language) {
-    return "--language is required";
+    throw UsageError("--language is required");
   }
-  reading.language = *language;
-  reading.is_strict = arguments.is_strict;
-  reading.from = arguments.from.empty() ? DefaultSource(*language, arguments.is_strict)
+  options.language = *language;
+  options.is_strict = arguments.is_strict;
+  options.from = arguments.from.empty() ? DefaultSource(*language, arguments.is_strict)
                                         : Meaning(kSources, arguments.from);
-  if (arguments.is_strict && IsWritten(reading.from)) {
-    reading.from = DefaultSource(*language, true);
+  if (arguments.is_strict && IsWritten(options.from)) {
+    options.from = DefaultSource(*language, true);
   }
-  reading.options.cutting = Meaning(kCuttings, arguments.cut);
-  if (!IsWritten(reading.from)) {  // as the library reads text
-    reading.options = {RuleSet(), nullptr, notation::Cutting::kForward};
+  options.reading.cutting = Meaning(kCuttings, arguments.cut);
+  if (!IsWritten(options.from)) {  // as the library reads text
+    options.reading = {RuleSet(), nullptr, notation::Cutting::kForward};
   }
-  std::string problem = SourceProblem(reading.language, reading.from);
-  if (problem.empty()) {
-    problem = UnderstandRules(arguments, reading);
+  CheckSource(options.language, options.from);
+  SwitchRules(arguments, options);
+  const bool can_be_cut = options.from == Source::kPinyin || options.from == Source::kJyutping;
+  if (!arguments.cut.empty() && !can_be_cut) {
+    RefuseFor(options.from, "--cut");
   }
-  const bool can_be_cut = reading.from == Source::kPinyin || reading.from == Source::kJyutping;
-  if (problem.empty() && !arguments.cut.empty() && !can_be_cut) {
-    problem = DoesNotApply("--cut", reading.from);
+  if (!arguments.aliases.empty() && options.from != Source::kJyutping) {
+    RefuseFor(options.from, "--aliases");
   }
-  if (problem.empty() && !arguments.aliases.empty() && reading.from != Source::kJyutping) {
-    problem = DoesNotApply("--aliases", reading.from);
+  if (!arguments.default_tone.empty()) {
+    options.default_tone = ParseDefaultTone(options.language, arguments.default_tone);
   }
-  if (problem.empty() && !arguments.default_tone.empty()) {
-    problem = DefaultToneProblem(reading.language, arguments.default_tone);
-    reading.default_tone = ParseNumber<int>(arguments.default_tone).value_or(0);
-  }
-  return problem;
 }
 
-std::string LoadAliases(const Arguments& arguments, FilesInUse& in_use, Reading& reading) {
-  if (arguments.aliases.empty()) {
-    return "";
-  }
-  reading.options.aliases = &reading.aliases;
-  return ReadAliases(arguments.aliases, in_use, reading.aliases);
-}
-
-std::string Understand(const Arguments& arguments, Layout& layout) {
+Layout ParseLayout(const Arguments& arguments) {
   constexpr std::size_t kUsualColumn = 2;
   const bool has_column = !arguments.column.empty();
+  Layout layout;
   layout.format = Meaning(kFormats, arguments.format);
   if (arguments.format.empty() && has_column) {
     layout.format = Format::kTsv;
   }
   if (has_column && layout.format != Format::kTsv) {
-    return "--column applies to --format tsv only";
+    throw UsageError("--column applies to --format tsv only");
   }
   if (!arguments.headword.empty() && layout.format != Format::kCedict) {
-    return "--headword applies to --format cedict only";
+    throw UsageError("--headword applies to --format cedict only");
   }
   layout.column = ParseNumber<std::size_t>(arguments.column).value_or(kUsualColumn);
   layout.headword = Meaning(kHeadwords, arguments.headword);
-  return "";
+  return layout;
+}
+
+void LoadAliases(const Arguments& arguments, FilesInUse& in_use, SourceOptions& options) {
+  if (arguments.aliases.empty()) {
+    return;
+  }
+  options.aliases = ReadAliases(arguments.aliases, in_use);
+  options.reading.aliases = &options.aliases;
 }
 
 }  // namespace qeo::tool

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@
 
 namespace qeo::tool {
 
-/// The command line as it was given, before it is understood.
+/// The command line as it was given, before it is parsed.
 struct Arguments {
   std::string language;
   std::string from;
@@ -48,7 +49,7 @@ void AddRules(CLI::App& command, Arguments& arguments);
 /// --format, --column and --headword.
 void AddLayout(CLI::App& command, Arguments& arguments);
 
-/// Returns why a text is not one of some names, or an empty text.
+/// A check as the parser wants it: returns why a text is not one of some names, or an empty text.
 std::string ChoiceProblem(const std::vector<std::string>& names, const std::string& text);
 
 /// An option that takes one of the names of a table.
@@ -91,31 +92,37 @@ auto Meaning(const Table& table, const std::string& name) {
 }
 
 /// How texts are to be read, and all that this refers to.
-struct Reading {
+struct SourceOptions {
   int language = 0;
   Source from = Source::kText;
   bool is_strict = false;
   int default_tone = 0;  ///< 0 for none
   notation::AliasTable aliases;
-  notation::AnalysisOptions options;  ///< refers to `aliases`
+  notation::AnalysisOptions reading;  ///< refers to `aliases`
 
-  Reading() = default;
-  Reading(const Reading&) = delete;
-  Reading& operator=(const Reading&) = delete;
+  SourceOptions() = default;
+  SourceOptions(const SourceOptions&) = delete;
+  SourceOptions& operator=(const SourceOptions&) = delete;
 };
 
-/// Understands the options of AddLanguage, AddSource and AddRules. Returns what is wrong with them,
-/// or an empty text.
-std::string Understand(const Arguments& arguments, Reading& reading);
+/// Parses the options of AddLanguage, AddSource and AddRules into `options`, which is as it was
+/// constructed. Throws UsageError.
+void ParseSource(const Arguments& arguments, SourceOptions& options);
 
-/// Loads the table of --aliases, if there is one, for `reading`. Returns what is wrong with it.
-/// Throws UsageError when the file is written.
-std::string LoadAliases(const Arguments& arguments, FilesInUse& in_use, Reading& reading);
+/// Parses the options of AddLayout. Throws UsageError.
+Layout ParseLayout(const Arguments& arguments);
 
-/// Understands the options of AddLayout.
-std::string Understand(const Arguments& arguments, Layout& layout);
+/// The table of --aliases cannot be read. The message is ready for a terminal.
+class AliasesError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
 
-/// Returns why a text is not a positive number, or an empty text.
+/// Loads the table of --aliases, if there is one, for `options`. Throws AliasesError, and
+/// UsageError when the file is written.
+void LoadAliases(const Arguments& arguments, FilesInUse& in_use, SourceOptions& options);
+
+/// The same: why a text is not a positive number.
 std::string CountProblem(const std::string& text);
 
 }  // namespace qeo::tool

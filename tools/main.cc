@@ -130,8 +130,8 @@ ExitStatus PrintResult(const std::string& text) {
   return kSuccess;
 }
 
-// A problem that is ready for a terminal, and where to read more.
-ExitStatus BadUsage(const CLI::App& app, const UsageError& error) {
+// The problem, and where to read more.
+ExitStatus PrintUsageError(const CLI::App& app, const UsageError& error) {
   std::string command = "phoneme";
   for (const CLI::App* subcommand : app.get_subcommands()) {
     command += ' ' + subcommand->get_name();
@@ -144,65 +144,38 @@ ExitStatus BadUsage(const CLI::App& app, const UsageError& error) {
                       can_use_error ? STDERR_FILENO : STDOUT_FILENO);
 }
 
-ExitStatus BadUsage(const CLI::App& app, const std::string& problem) {
-  return BadUsage(app, UsageError(problem));
-}
-
-// Help goes before any complaint.
-ExitStatus BadCommandLine(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
-  for (const CLI::App* command : app.get_subcommands()) {
-    if (command->count("--help") > 0) {
-      return PrintResult(app.help());
-    }
-  }
-  return BadUsage(app, ParserProblem(app, words, error));
-}
-
-// What is wrong with the texts of a conversion and its other options taken together.
-std::string TextsProblem(const Arguments& arguments, const std::vector<std::string>& texts,
-                         const Layout& layout) {
+// The texts of a conversion and its other options taken together.
+void CheckTexts(const Arguments& arguments, const std::vector<std::string>& texts,
+                const Layout& layout) {
   if (!texts.empty() && !arguments.input.empty()) {
-    return "texts and --input cannot be combined";
+    throw UsageError("texts and --input cannot be combined");
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
     return text.find('\n') != std::string::npos;
   });
   if (has_line_end && layout.format != Format::kLines) {
-    return "a text must not contain a line end with --format " + NameOf(kFormats, layout.format);
+    throw UsageError("a text must not contain a line end with --format " +
+                     NameOf(kFormats, layout.format));
   }
-  return "";
 }
 
 // The conversion without its rules, which come with the aliases.
-Conversion ConversionOf(const Arguments& arguments, const Reading& reading) {
-  return {reading.language,  reading.from,        Meaning(kTargets, arguments.to), {},
-          reading.is_strict, reading.default_tone};
+Conversion ConversionOf(const Arguments& arguments, const SourceOptions& source) {
+  return {source.language,  source.from,        Meaning(kTargets, arguments.to), {},
+          source.is_strict, source.default_tone};
 }
 
-ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
-                      const std::vector<std::string>& texts) {
-  Reading reading;
+ExitStatus RunConvert(const Arguments& arguments, const std::vector<std::string>& texts) {
+  SourceOptions source;
+  ParseSource(arguments, source);
   ConvertOptions options;
-  std::string problem = Understand(arguments, reading);
-  if (problem.empty()) {
-    problem = Understand(arguments, options.layout);
-  }
-  options.conversion = ConversionOf(arguments, reading);
-  if (problem.empty()) {
-    problem = ConversionProblem(options.conversion);
-  }
-  if (problem.empty()) {
-    problem = TextsProblem(arguments, texts, options.layout);
-  }
-  if (!problem.empty()) {
-    return BadUsage(app, problem);
-  }
+  options.layout = ParseLayout(arguments);
+  options.conversion = ConversionOf(arguments, source);
+  CheckConversion(options.conversion);
+  CheckTexts(arguments, texts, options.layout);
   FilesInUse in_use;
-  problem = LoadAliases(arguments, in_use, reading);
-  if (!problem.empty()) {
-    return PrintMessage(problem, kUnfinished);
-  }
-  options.conversion.reading = reading.options;
+  LoadAliases(arguments, in_use, source);
+  options.conversion.reading = source.reading;
   options.texts = texts;
   options.input = arguments.input;
   options.output = arguments.output;
@@ -212,61 +185,50 @@ ExitStatus RunConvert(const CLI::App& app, const Arguments& arguments,
   return Convert(options, in_use);
 }
 
-ExitStatus RunCheck(const CLI::App& app, const Arguments& arguments,
-                    const std::vector<std::string>& files) {
-  Reading reading;
+Layout ParseLexiconLayout(const Arguments& arguments) {
+  Layout layout = ParseLayout(arguments);
+  if (arguments.format.empty() && arguments.column.empty()) {
+    layout.format = Format::kKaldi;
+  }
+  if (!layout.HasWords()) {
+    throw UsageError("--lexicon applies to --format kaldi, cmudict and cedict only");
+  }
+  if (!arguments.to.empty()) {
+    throw UsageError("--lexicon and --to cannot be combined");
+  }
+  return layout;
+}
+
+ExitStatus RunCheck(const Arguments& arguments, const std::vector<std::string>& files) {
+  SourceOptions source;
+  ParseSource(arguments, source);
   CheckOptions options;
-  std::string problem = Understand(arguments, reading);
-  if (problem.empty()) {
-    problem = Understand(arguments, options.layout);
-  }
-  if (problem.empty() && arguments.is_lexicon && arguments.format.empty() &&
-      arguments.column.empty()) {
-    options.layout.format = Format::kKaldi;
-  }
-  if (problem.empty() && arguments.is_lexicon && !options.layout.HasWords()) {
-    problem = "--lexicon applies to --format kaldi, cmudict and cedict only";
-  }
-  if (problem.empty() && arguments.is_lexicon && !arguments.to.empty()) {
-    problem = "--lexicon and --to cannot be combined";
-  }
-  options.conversion = ConversionOf(arguments, reading);
+  options.layout = arguments.is_lexicon ? ParseLexiconLayout(arguments) : ParseLayout(arguments);
+  options.conversion = ConversionOf(arguments, source);
   options.has_target = !arguments.to.empty();
-  if (problem.empty() && options.has_target) {
-    problem = ConversionProblem(options.conversion);
-  }
-  if (!problem.empty()) {
-    return BadUsage(app, problem);
+  if (options.has_target) {
+    CheckConversion(options.conversion);
   }
   FilesInUse in_use;
-  problem = LoadAliases(arguments, in_use, reading);
-  if (!problem.empty()) {
-    return PrintMessage(problem, kUnfinished);
-  }
-  options.conversion.reading = reading.options;
+  LoadAliases(arguments, in_use, source);
+  options.conversion.reading = source.reading;
   options.is_lexicon = arguments.is_lexicon;
   options.is_json = arguments.is_json;
   options.files = files;
   return Check(options, in_use);
 }
 
-ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
-  Reading reading;
-  std::string problem = Understand(arguments, reading);
-  if (problem.empty() && !IsWritten(reading.from)) {
-    problem = "language " + LanguageName(reading.language) + " is not known";
-  }
-  if (!problem.empty()) {
-    return BadUsage(app, problem);
+ExitStatus RunExplain(const Arguments& arguments) {
+  SourceOptions source;
+  ParseSource(arguments, source);
+  if (!IsWritten(source.from)) {
+    throw UsageError("language " + LanguageName(source.language) + " is not known");
   }
   FilesInUse in_use;
-  problem = LoadAliases(arguments, in_use, reading);
-  if (!problem.empty()) {
-    return PrintMessage(problem, kUnfinished);
-  }
+  LoadAliases(arguments, in_use, source);
   std::string explanation;
   const bool is_read =
-      AppendExplanation(reading.language, arguments.input, reading.options, explanation);
+      AppendExplanation(source.language, arguments.input, source.reading, explanation);
   if (!is_read && IsRegularFile(arguments.input)) {
     PrintMessage("note: " + QuotedName(arguments.input) + " is a file; use check to read it",
                  kSuccess);
@@ -275,9 +237,8 @@ ExitStatus RunExplain(const CLI::App& app, const Arguments& arguments) {
 }
 
 void PrintNote(int language, int serving) {
-  const std::string note = FallbackNote(language, serving);
-  if (!note.empty()) {
-    PrintMessage(note, kSuccess);
+  if (const auto note = FallbackNote(language, serving)) {
+    PrintMessage(*note, kSuccess);
   }
 }
 
@@ -290,16 +251,38 @@ ExitStatus RunPhones(const Arguments& arguments) {
   return PrintResult(list);
 }
 
-ExitStatus RunSyllables(const CLI::App& app, const Arguments& arguments) {
+ExitStatus RunSyllables(const Arguments& arguments) {
   const int language = ParseLanguage(arguments.language).value();
   const std::optional<int> serving = SyllableLanguage(language);
   if (!serving) {
-    return BadUsage(app, LanguageName(language) + " has no syllable table");
+    throw UsageError(LanguageName(language) + " has no syllable table");
   }
   PrintNote(language, *serving);
   std::string list;
   AppendSyllableList(*serving, list);
   return PrintResult(list);
+}
+
+// Parses the words of the command line; returns what the parser prints instead of running a
+// command.
+std::optional<std::string> Parse(CLI::App& app, int argc, char** argv) {
+  const Words words(argv + std::min(argc, 1), argv + argc);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    return app.help();
+  } catch (const CLI::CallForVersion& version) {
+    return std::string(version.what()) + '\n';
+  } catch (const CLI::ParseError& error) {
+    for (const CLI::App* command : app.get_subcommands()) {
+      if (command->count("--help") > 0) {
+        return app.help();  // before any complaint
+      }
+    }
+    RefuseWords(app, words, error);
+  }
+  CheckWords(app, words);
+  return std::nullopt;
 }
 
 ExitStatus Run(int argc, char** argv) {
@@ -316,32 +299,24 @@ ExitStatus Run(int argc, char** argv) {
   const CLI::App& phones =
       AddList(app, arguments, "phones", "List the phones of a language", kPhonesFooter);
   AddList(app, arguments, "syllables", "List the syllables of a language", kSyllablesFooter);
-  const Words words(argv + std::min(argc, 1), argv + argc);
   try {
-    app.parse(argc, argv);
-  } catch (const CLI::CallForHelp&) {
-    return PrintResult(app.help());
-  } catch (const CLI::CallForVersion& version) {
-    return PrintResult(std::string(version.what()) + '\n');
-  } catch (const CLI::ParseError& error) {
-    return BadCommandLine(app, words, error);
-  }
-  if (const std::string problem = WordsProblem(app, words); !problem.empty()) {
-    return BadUsage(app, problem);
-  }
-  try {
+    if (const auto text = Parse(app, argc, argv)) {
+      return PrintResult(*text);
+    }
     if (convert.parsed()) {
-      return RunConvert(app, arguments, convert.get_option("TEXT")->results());
+      return RunConvert(arguments, convert.get_option("TEXT")->results());
     }
     if (check.parsed()) {
-      return RunCheck(app, arguments, check.get_option("FILE")->results());
+      return RunCheck(arguments, check.get_option("FILE")->results());
     }
     if (explain.parsed()) {
-      return RunExplain(app, arguments);
+      return RunExplain(arguments);
     }
-    return phones.parsed() ? RunPhones(arguments) : RunSyllables(app, arguments);
+    return phones.parsed() ? RunPhones(arguments) : RunSyllables(arguments);
   } catch (const UsageError& error) {
-    return BadUsage(app, error);
+    return PrintUsageError(app, error);
+  } catch (const AliasesError& error) {
+    return PrintMessage(error.what(), kUnfinished);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "tools/base/usage_error.h"
 #include "tools/report/messages.h"
 
 namespace qeo::tool {
@@ -19,12 +20,14 @@ std::vector<const CLI::Option*> OptionsOf(const CLI::App& app) {
   return options;
 }
 
-std::string TakesNoValue(const std::string& option) { return option + " takes no value"; }
+[[noreturn]] void RefuseValue(const std::string& option) {
+  throw UsageError(option + " takes no value");
+}
 
 bool IsFlag(const CLI::Option& option) { return option.get_expected_max() == 0; }
 
 // "--name=" without a value: the parser would take the next word, which was meant for another.
-std::string EmptyValueProblem(const CLI::App& app, const Words& words) {
+void CheckEmptyValues(const CLI::App& app, const Words& words) {
   for (const std::string& word : words) {
     if (word == "--") {
       break;
@@ -34,12 +37,15 @@ std::string EmptyValueProblem(const CLI::App& app, const Words& words) {
     }
     const std::string name = word.substr(0, word.size() - 1);
     for (const CLI::Option* option : OptionsOf(app)) {
-      if (option->check_name(name)) {
-        return IsFlag(*option) ? TakesNoValue(name) : name + ": must not be empty";
+      if (!option->check_name(name)) {
+        continue;
       }
+      if (IsFlag(*option)) {
+        RefuseValue(name);
+      }
+      throw UsageError(name + ": must not be empty");
     }
   }
-  return "";
 }
 
 constexpr std::string_view kEndOfCommand = "++";  // to the parser, which drops it as a word
@@ -52,21 +58,23 @@ std::ptrdiff_t CountEndsOfCommand(const Words& words) {
 }
 
 // Words are the values of options, alone or at their end ("-i++"), are not known, or are lost.
-std::string LostWordProblem(const CLI::App& app, const Words& words) {
+void CheckLostWords(const CLI::App& app, const Words& words) {
   std::ptrdiff_t kept = CountEndsOfCommand(app.remaining(true));
   for (const CLI::Option* option : OptionsOf(app)) {
     kept += CountEndsOfCommand(option->results());
   }
-  return kept < CountEndsOfCommand(words) ? "\"++\" must follow \"--\"" : "";
+  if (kept < CountEndsOfCommand(words)) {
+    throw UsageError("\"++\" must follow \"--\"");
+  }
 }
 
 // The commands are named, because this is the first message that a new user reads.
-std::string CommandProblem(const CLI::App& app) {
+[[noreturn]] void RequireCommand(const CLI::App& app) {
   std::string list;
   for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
     list += (list.empty() ? "" : ", ") + command->get_name();
   }
-  return "a command is required: " + list;
+  throw UsageError("a command is required: " + list);
 }
 
 // The words that no option and no command has taken.
@@ -79,38 +87,41 @@ Words Strangers(const CLI::App& app) {
 bool IsOption(const std::string& word) { return word.size() > 1 && word.front() == '-'; }
 
 // "-=x" is what the parser leaves of "-q=x", and "-x" of "-qx".
-std::string StrangeOptionProblem(const CLI::App& app, const Words& words,
-                                 const std::string& stranger) {
+[[noreturn]] void RefuseOption(const CLI::App& app, const Words& words,
+                               const std::string& stranger) {
   const auto word = std::find_if(words.begin(), words.end(), [&](const std::string& candidate) {
     const std::size_t size = stranger.size() - 1;
     return IsOption(candidate) && candidate[1] != '-' && candidate.size() >= stranger.size() &&
            candidate.compare(candidate.size() - size, size, stranger, 1, size) == 0;
   });
   if (word == words.end() || *word == stranger) {
-    return "unknown option " + Quoted(stranger);
+    throw UsageError("unknown option " + Quoted(stranger));
   }
   if (stranger[1] == '=') {
     const std::string flag = {'-', (*word)[word->size() - stranger.size()]};
     for (const CLI::Option* option : OptionsOf(app)) {
       if (option->check_name(flag)) {
-        return TakesNoValue(option->get_name());
+        RefuseValue(option->get_name());
       }
     }
   }
-  return "unknown option " + Quoted(stranger) + " in " + Quoted(*word);
+  throw UsageError("unknown option " + Quoted(stranger) + " in " + Quoted(*word));
 }
 
 // An option that is not known is a likelier slip than an argument that is missing besides.
-std::string StrangerProblem(const CLI::App& app, const Words& words) {
+void CheckStrangers(const CLI::App& app, const Words& words) {
   const Words strangers = Strangers(app);
   const auto option = std::find_if(strangers.begin(), strangers.end(), IsOption);
   if (option != strangers.end()) {
-    return StrangeOptionProblem(app, words, *option);
+    RefuseOption(app, words, *option);
   }
   if (!app.get_subcommands().empty()) {
-    return "";
+    return;
   }
-  return strangers.empty() ? CommandProblem(app) : "unknown command " + Quoted(strangers.front());
+  if (strangers.empty()) {
+    RequireCommand(app);
+  }
+  throw UsageError("unknown command " + Quoted(strangers.front()));
 }
 
 // An error of the parser names its option in its message alone.
@@ -119,46 +130,41 @@ bool IsAbout(const std::string& message, const CLI::ParseError& error) {
 }
 
 // An option is given twice, has no value, or is a flag and has one.
-std::string MismatchProblem(const CLI::App& app, const CLI::ParseError& error) {
+void CheckValues(const CLI::App& app, const CLI::ParseError& error) {
   for (const CLI::Option* option : OptionsOf(app)) {
     const std::string name = option->get_name();
     if (option->get_expected_max() == 1 && option->count() > 1) {
-      return name + " is given twice";
+      throw UsageError(name + " is given twice");
     }
     const std::string type = option->get_type_name();
     if (IsAbout(CLI::ArgumentMismatch::TypedAtLeast(name, 1, type).what(), error)) {
-      return std::string(name).append(" requires a value, ").append(type);
+      throw UsageError(std::string(name).append(" requires a value, ").append(type));
     }
     for (const std::string& long_name : option->get_lnames()) {
       if (IsAbout(CLI::ArgumentMismatch::FlagOverride(long_name).what(), error)) {
-        return TakesNoValue("--" + long_name);
+        RefuseValue("--" + long_name);
       }
     }
   }
-  return "";
 }
 
 }  // namespace
 
-std::string WordsProblem(const CLI::App& app, const Words& words) {
-  const std::string problem = EmptyValueProblem(app, words);
-  return problem.empty() ? LostWordProblem(app, words) : problem;
+void CheckWords(const CLI::App& app, const Words& words) {
+  CheckEmptyValues(app, words);
+  CheckLostWords(app, words);
 }
 
-std::string ParserProblem(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
-  std::string problem = WordsProblem(app, words);
-  if (problem.empty()) {
-    problem = MismatchProblem(app, error);
-  }
-  if (problem.empty()) {
-    problem = StrangerProblem(app, words);
-  }
-  if (problem.empty() && dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-    problem = "unexpected argument " + Quoted(Strangers(app).front());
+void RefuseWords(const CLI::App& app, const Words& words, const CLI::ParseError& error) {
+  CheckWords(app, words);
+  CheckValues(app, error);
+  CheckStrangers(app, words);
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    throw UsageError("unexpected argument " + Quoted(Strangers(app).front()));
   }
   // What is left are the checks of this tool, which quote the value that they refuse, and options
   // that are required.
-  return problem.empty() ? error.what() : problem;
+  throw UsageError(error.what());
 }
 
 }  // namespace qeo::tool

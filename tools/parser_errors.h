@@ -12,11 +12,12 @@ namespace qeo::tool {
 
 using Words = std::vector<std::string>;
 
-/// Returns what the parser accepts in `words` and yet does not read as written, or an empty text.
-std::string WordsProblem(const CLI::App& app, const Words& words);
+/// Throws UsageError for what the parser accepts in `words` and yet does not read as written.
+void CheckWords(const CLI::App& app, const Words& words);
 
-/// Returns what is wrong with `words`, which the parser has refused with `error`.
-std::string ParserProblem(const CLI::App& app, const Words& words, const CLI::ParseError& error);
+/// Throws UsageError for `words`, which the parser has refused with `error`.
+[[noreturn]] void RefuseWords(const CLI::App& app, const Words& words,
+                              const CLI::ParseError& error);
 
 }  // namespace qeo::tool
 

@@ -8,8 +8,8 @@
 
 namespace qeo::tool {
 
-/// What is wrong with the command line, or with the files that it names. The message is
-/// ready for a terminal, and must not go to standard error where that is the file in question.
+/// What is wrong with the command line. `main` catches it and prints the message, which is ready
+/// for a terminal, and must not go to standard error where that is the file in question.
 class UsageError : public std::runtime_error {
  public:
   explicit UsageError(const std::string& message, bool is_about_standard_error = false)

@@ -88,9 +88,8 @@ class Checker {
 };
 
 ExitStatus Checker::Run() {
-  const std::string note = FallbackNote(conversion_.language, ServingLanguage(conversion_));
-  if (!note.empty()) {
-    AppendMessage(note, messages_.text());
+  if (const auto note = FallbackNote(conversion_.language, ServingLanguage(conversion_))) {
+    AppendMessage(*note, messages_.text());
   }
   // All before the first is checked, so that nothing is written when one is refused. Each is looked
   // at again once it is open: a name can lead to another file then.
@@ -137,9 +136,9 @@ void Checker::CheckInput(int file_descriptor, const std::string& path) {
   Block block;
   std::uint64_t line_count = 0;
   while (findings_.error() == 0 && reader.Next(block)) {
-    const std::string problem = line_count == 0 ? EncodingProblem(block.text) : "";
-    if (!problem.empty()) {
-      return Fail("cannot read " + InputName(path) + ": " + problem);
+    const auto problem = line_count == 0 ? EncodingProblem(block.text) : std::nullopt;
+    if (problem) {
+      return Fail("cannot read " + InputName(path) + ": " + *problem);
     }
     line_count += block.line_count;
     CheckBlock(block);

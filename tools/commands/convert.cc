@@ -64,9 +64,8 @@ class Job {
 
 ExitStatus Job::Run(FilesInUse& files) {
   const Conversion& conversion = options_.conversion;
-  const std::string note = FallbackNote(conversion.language, ServingLanguage(conversion));
-  if (!note.empty()) {
-    AppendMessage(note, messages_.text());
+  if (const auto note = FallbackNote(conversion.language, ServingLanguage(conversion))) {
+    AppendMessage(*note, messages_.text());
   }
   Open(files);
   messages_.Flush();
@@ -175,7 +174,7 @@ void Job::ConvertBlocks(OrderedWorkers<Batch>& workers) {
   progress_.emplace(!options_.is_quiet && is_screen_free, BytesAhead(input_.descriptor()));
   BlockReader reader(input_.descriptor());
   std::uint64_t line_count = 0;
-  std::string problem;
+  std::optional<std::string> problem;
   while (!HasFailedToWrite()) {
     // A program that waits for an answer before it writes more gets it.
     while (!workers.IsEmpty() && (workers.IsFull() || !reader.IsReady())) {
@@ -185,8 +184,8 @@ void Job::ConvertBlocks(OrderedWorkers<Batch>& workers) {
     if (!reader.Next(batch->input)) {
       break;
     }
-    problem = line_count == 0 ? EncodingProblem(batch->input.text) : "";
-    if (!problem.empty()) {
+    problem = line_count == 0 ? EncodingProblem(batch->input.text) : std::nullopt;
+    if (problem) {
       break;
     }
     line_count += batch->input.line_count;
@@ -200,8 +199,8 @@ void Job::ConvertBlocks(OrderedWorkers<Batch>& workers) {
   if (reader.error() != 0) {
     problem = std::generic_category().message(reader.error());
   }
-  if (!problem.empty()) {
-    Fail("cannot read " + InputName(ReadsStandardInput() ? "-" : options_.input) + ": " + problem);
+  if (problem) {
+    Fail("cannot read " + InputName(ReadsStandardInput() ? "-" : options_.input) + ": " + *problem);
   }
 }
 

@@ -25,7 +25,7 @@ struct ConvertOptions {
   bool is_quiet = false;           ///< neither progress nor totals
 };
 
-/// Converts all texts, which `options.conversion` must allow (ConversionProblem), and returns the
+/// Converts all texts, which `options.conversion` must allow (CheckConversion), and returns the
 /// exit status. What fails is reported on standard error. `files` are those that are in use
 /// already; throws UsageError when a file is among them.
 ExitStatus Convert(const ConvertOptions& options, FilesInUse& files);

@@ -29,9 +29,9 @@ int PronunciationLanguage(int id) {
 
 int PhoneLanguage(int id) { return sp::ServingLanguage(sp::Conversion::kPhones, id); }
 
-std::string FallbackNote(int requested, int serving) {
+std::optional<std::string> FallbackNote(int requested, int serving) {
   if (requested == serving) {
-    return "";
+    return std::nullopt;
   }
   return "note: language " + std::to_string(requested) + " is not known, " + LanguageName(serving) +
          " serves in its place";

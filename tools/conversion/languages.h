@@ -31,8 +31,8 @@ int PronunciationLanguage(int id);
 /// The language whose phones are listed.
 int PhoneLanguage(int id);
 
-/// Returns a note for the user when `serving` stands in for `requested`, else an empty string.
-std::string FallbackNote(int requested, int serving);
+/// Returns a note for the user when `serving` stands in for `requested`.
+std::optional<std::string> FallbackNote(int requested, int serving);
 
 }  // namespace qeo::tool
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "tools/base/decimal.h"
+#include "tools/base/usage_error.h"
 #include "tools/conversion/languages.h"
 #include "tools/report/messages.h"
 
@@ -41,15 +42,13 @@ constexpr Tones kTones[] = {
 };
 
 template <typename Notation, std::size_t kCount>
-std::string OwnershipProblem(int language, Notation notation,
-                             const OwnNotation<Notation> (&owned)[kCount]) {
+void CheckOwner(int language, Notation notation, const OwnNotation<Notation> (&owned)[kCount]) {
   for (const OwnNotation<Notation>& own : owned) {
     if (own.notation == notation && own.language != language) {
-      return std::string(own.name) + " is a notation of " + LanguageName(own.language) +
-             ", not of " + LanguageName(language);
+      throw UsageError(std::string(own.name) + " is a notation of " + LanguageName(own.language) +
+                       ", not of " + LanguageName(language));
     }
   }
-  return "";
 }
 
 }  // namespace
@@ -65,21 +64,22 @@ std::string DescribeTones(int language) {
          " to " + std::to_string(tones.last);
 }
 
-std::string DefaultToneProblem(int language, std::string_view tone) {
-  switch (language) {
-    case sp::LANGUAGE_MANDARIN:
-      return "--default-tone does not apply to mandarin: a syllable without a tone has the neutral "
-             "tone, 5";
-    case sp::LANGUAGE_CANTONESE:
-      break;
-    default:
-      return "--default-tone does not apply to " + LanguageName(language);
+int ParseDefaultTone(int language, std::string_view tone) {
+  if (language == sp::LANGUAGE_MANDARIN) {
+    throw UsageError(
+        "--default-tone does not apply to mandarin: a syllable without a tone has the neutral "
+        "tone, 5");
+  }
+  if (language != sp::LANGUAGE_CANTONESE) {
+    throw UsageError("--default-tone does not apply to " + LanguageName(language));
   }
   const Tones& tones = TonesOf(language);
   const std::optional<int> digit = ParseNumber<int>(tone);
-  const bool is_tone = digit && *digit >= tones.first && *digit <= tones.last;
-  return is_tone ? ""
-                 : "--default-tone: " + Quoted(tone) + " is not a tone: " + DescribeTones(language);
+  if (!digit || *digit < tones.first || *digit > tones.last) {
+    throw UsageError("--default-tone: " + Quoted(tone) +
+                     " is not a tone: " + DescribeTones(language));
+  }
+  return *digit;
 }
 
 Source DefaultSource(int language, bool strict) {
@@ -91,32 +91,30 @@ Source DefaultSource(int language, bool strict) {
   return SyllableLanguage(language) ? Source::kText : Source::kPronunciation;
 }
 
-std::string SourceProblem(int language, Source from) {
-  std::string problem = OwnershipProblem(language, from, kOwnSources);
-  if (problem.empty() && HasCodes(from) && !SyllableLanguage(language)) {
-    return LanguageName(language) +
-           " has no syllable table: use --from arpabet, pronunciation or ids";
+void CheckSource(int language, Source from) {
+  CheckOwner(language, from, kOwnSources);
+  if (HasCodes(from) && !SyllableLanguage(language)) {
+    throw UsageError(LanguageName(language) +
+                     " has no syllable table: use --from arpabet, pronunciation or ids");
   }
-  return problem;
 }
 
-std::string ConversionProblem(const Conversion& conversion) {
-  std::string problem = SourceProblem(conversion.language, conversion.from);
-  if (problem.empty()) {
-    problem = OwnershipProblem(conversion.language, conversion.to, kOwnTargets);
-  }
-  if (!problem.empty() || !NeedsCodes(conversion.to)) {
-    return problem;
+void CheckConversion(const Conversion& conversion) {
+  CheckSource(conversion.language, conversion.from);
+  CheckOwner(conversion.language, conversion.to, kOwnTargets);
+  if (!NeedsCodes(conversion.to)) {
+    return;
   }
   if (!SyllableLanguage(conversion.language)) {
-    return LanguageName(conversion.language) +
-           " has no syllable table: use --to phones, toned-phones, ids, pronunciation or arpabet";
+    throw UsageError(
+        LanguageName(conversion.language) +
+        " has no syllable table: use --to phones, toned-phones, ids, pronunciation or arpabet");
   }
   if (!HasCodes(conversion.from)) {
-    return "phones do not determine their syllable (Mandarin \"yo\" and \"you\" sound alike): use "
-           "--from pinyin, jyutping, text or codes";
+    throw UsageError(
+        "phones do not determine their syllable (Mandarin \"yo\" and \"you\" sound alike): use "
+        "--from pinyin, jyutping, text or codes");
   }
-  return "";
 }
 
 int ServingLanguage(const Conversion& conversion) {

@@ -98,19 +98,19 @@ const Tones& TonesOf(int language);
 /// What the tones of a language are, for messages: "mandarin tones are 1 to 5".
 std::string DescribeTones(int language);
 
-/// Returns why --default-tone cannot be `tone` for a language, or an empty string when it can.
-std::string DefaultToneProblem(int language, std::string_view tone);
+/// Reads the value of --default-tone. Throws UsageError when it is not a tone of the language, or
+/// the language needs none.
+int ParseDefaultTone(int language, std::string_view tone);
 
 /// What a language is read from by default: what people write in it, or with
 /// `strict` what the library itself reads.
 Source DefaultSource(int language, bool strict);
 
-/// Returns why texts of a language cannot be read from a notation, or an empty string when they
-/// can.
-std::string SourceProblem(int language, Source from);
+/// Throws UsageError when texts of a language cannot be read from a notation.
+void CheckSource(int language, Source from);
 
-/// Returns why there is no such conversion, or an empty string when there is.
-std::string ConversionProblem(const Conversion& conversion);
+/// Throws UsageError when there is no such conversion.
+void CheckConversion(const Conversion& conversion);
 
 /// The language that the library converts with, another one for an id that it does not know.
 int ServingLanguage(const Conversion& conversion);

@@ -69,12 +69,13 @@ const Encoding* FindEncoding(std::string_view beginning) {
 
 }  // namespace
 
-std::string EncodingProblem(std::string_view beginning, std::string_view use) {
+std::optional<std::string> EncodingProblem(std::string_view beginning, std::string_view use) {
   const Encoding* const encoding = FindEncoding(beginning);
-  return encoding == nullptr ? ""
-                             : "it is " + std::string(encoding->name) +
-                                   ", not UTF-8 text; try: " + std::string(encoding->command) +
-                                   " FILE " + std::string(use);
+  if (encoding == nullptr) {
+    return std::nullopt;
+  }
+  return "it is " + std::string(encoding->name) +
+         ", not UTF-8 text; try: " + std::string(encoding->command) + " FILE " + std::string(use);
 }
 
 }  // namespace qeo::tool
