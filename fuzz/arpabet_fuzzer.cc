@@ -24,25 +24,6 @@ std::vector<sp::SyllableInfo> Parse(const std::string& pronunciation) {
   return syllables;
 }
 
-void ExpectOwners(const std::string& text, const notation::Normalized& result) {
-  Expect(result.origins.size() == result.text.size(), "each byte has an origin");
-  fuzzing::ExpectRangesInOrder(text.size(), result.problems);
-  fuzzing::ExpectRangesInOrder(text.size(), result.applied);
-  const std::vector<std::size_t>& origins = result.origins;
-  Expect(std::is_sorted(origins.begin(), origins.end()), "origins never fall");
-  const auto is_origin = [&origins](std::size_t at) {
-    return std::binary_search(origins.begin(), origins.end(), at);
-  };
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (fuzzing::IsBlank(text[i]) || text[i] == ',') continue;
-    // A stress digit behind its phone, or at the end of its syllable, has the origin of a phone.
-    const bool is_stress = text[i] >= '0' && text[i] <= '2' && i > 0 &&
-                           (is_origin(i - 1) || fuzzing::IsBlank(text[i - 1]));
-    Expect(is_stress || is_origin(i) || fuzzing::IsWithinAny(result.problems, i),
-           "no byte is lost");
-  }
-}
-
 // The consonants in front of the vowel, and one more in front of them.
 std::string Onset(const sp::SyllableInfo& syllable, const sp::PhoneInfo* before) {
   std::string onset = before == nullptr ? "" : before->name;
@@ -76,7 +57,7 @@ void ExpectMaximalOnsets(const std::vector<sp::SyllableInfo>& syllables) {
 std::string Expected(std::string phone, notation::RuleSet rules) {
   for (char& c : phone) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
   const bool is_vowel = std::string_view("AEIOU").find(phone.front()) != std::string_view::npos;
-  if (is_vowel && !fuzzing::IsDigit(phone.back())) phone += '0';
+  if (is_vowel && !ascii::IsDigit(phone.back())) phone += '0';
   if (phone.back() == '2' && rules.Has(Rule::kSecondStress)) phone.back() = '1';
   return phone == "AX0" ? "AH0" : phone;
 }
@@ -88,7 +69,7 @@ void ExpectBack(const std::string& text, notation::RuleSet rules,
   if (!result.problems.empty()) return;
   std::string expected;
   std::string blanks_only = text;
-  std::replace_if(blanks_only.begin(), blanks_only.end(), fuzzing::IsBlank, ' ');
+  std::replace_if(blanks_only.begin(), blanks_only.end(), ascii::IsBlank, ' ');
   std::istringstream phones(blanks_only);
   for (std::string phone; std::getline(phones, phone, ' ');) {
     if (phone.empty()) continue;
@@ -113,7 +94,7 @@ std::string Flat(const std::vector<sp::SyllableInfo>& syllables) {
 void ExpectFromPronunciation(const std::string& text) {
   const notation::Normalized result = notation::PronunciationToArpabet(text);
   fuzzing::ExpectReference(result, sp::reference::PronunciationToArpabet(text));
-  ExpectOwners(text, result);
+  sp::reference::ExpectPlacedPronunciation(text, result, Expect);
   Expect(result.applied.empty(), "nothing can be switched");
   const notation::Normalized again = notation::ArpabetToPronunciation(result.text);
   Expect(again.problems.empty(), "what is written is ARPAbet");
@@ -136,7 +117,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const notation::Normalized result = notation::ArpabetToPronunciation(text, rules);
   fuzzing::ExpectReference(result, sp::reference::ArpabetToPronunciation(text, rules));
-  ExpectOwners(text, result);
+  sp::reference::ExpectPlacedArpabet(text, result, Expect);
   ExpectMaximalOnsets(Parse(result.text));
   ExpectBack(text, rules, result);
   return 0;

@@ -12,8 +12,8 @@ using fuzzing::Expect;
 using sp::reference::Same;
 
 void ExpectExpanded(int language, unsigned short code) {
-  sp::SyllableInfo syllable = fuzzing::StaleSyllable();
-  sp::SyllableInfo expected = fuzzing::StaleSyllable();
+  sp::SyllableInfo syllable = sp::StaleSyllable();
+  sp::SyllableInfo expected = sp::StaleSyllable();
   Expect(sp::code2ph(language, code, syllable) == sp::reference::code2ph(language, code, expected),
          "the result is the reference's");
   Expect(Same(syllable, expected), "the record is the reference's");

@@ -11,6 +11,7 @@
 #include "fuzz/fuzzing.h"
 #include "phoneme/phoneme.h"
 #include "tests/reference/random_text.h"
+#include "tests/stale.h"
 
 namespace qeo::fuzzing {
 
@@ -21,18 +22,7 @@ inline int ChooseLanguage(Input& input) {
   return chosen < kCount ? sp::reference::kLanguageIds[chosen] : input.TakeInt();
 }
 
-/// A record with something in every field.
-inline sp::SyllableInfo StaleSyllable() {
-  sp::SyllableInfo syllable;
-  syllable.language = 77;
-  syllable.phones = {sp::GetPhoneInfoById(sp::LANGUAGE_AMERICAN_ENGLISH, 7), nullptr};
-  syllable.code = 99999;
-  syllable.tone = 88;
-  syllable.raw_tone = 99;
-  return syllable;
-}
-
-inline std::vector<sp::SyllableInfo> StaleSyllables() { return {StaleSyllable()}; }
+inline std::vector<sp::SyllableInfo> StaleSyllables() { return {sp::StaleSyllable()}; }
 inline std::vector<unsigned short> StaleCodes() { return {999}; }
 inline std::vector<std::string> StaleTexts() { return {"stale"}; }
 

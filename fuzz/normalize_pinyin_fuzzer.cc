@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const notation::Normalized result = notation::NormalizePinyin(text, rules);
   fuzzing::ExpectReference(result, sp::reference::NormalizePinyin(text, rules));
-  fuzzing::ExpectSound(sp::LANGUAGE_MANDARIN, text, result);
+  sp::reference::ExpectSound(sp::LANGUAGE_MANDARIN, text, result, fuzzing::Expect);
   fuzzing::ExpectNothingMoreToDo(result.text, notation::NormalizePinyin(result.text, rules));
 
   const notation::RuleSet with_wide = rules.With(notation::Rule::kFullWidth);

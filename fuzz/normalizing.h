@@ -1,33 +1,19 @@
 #ifndef FUZZ_NORMALIZING_H_
 #define FUZZ_NORMALIZING_H_
 
-// What must hold for every result of a normaliser of Chinese, whatever the text and the rules.
+// What the targets of the normalisers share besides the invariants of tests/reference/.
 
-#include <algorithm>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "fuzz/fuzzing.h"
 #include "notation/notation.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
+#include "tests/reference/invariants.h"
 #include "tests/reference/normalizing.h"
 
 namespace qeo::fuzzing {
-
-inline bool IsWithin(notation::Range range, std::size_t offset) {
-  return offset >= range.offset && offset - range.offset < range.length;
-}
-
-template <typename Record>
-bool IsWithinAny(const std::vector<Record>& records, std::size_t offset) {
-  return std::any_of(records.begin(), records.end(),
-                     [&](const Record& record) { return IsWithin(record.range, offset); });
-}
-
-inline bool IsSmallLetter(char c) { return c >= 'a' && c <= 'z'; }
-inline bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-inline bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 /// A set of rules: mostly the usual ones, else one bit a rule.
 inline notation::RuleSet ChooseRules(Input& input, notation::RuleSet usual) {
@@ -41,73 +27,6 @@ inline notation::RuleSet ChooseRules(Input& input, notation::RuleSet usual) {
     }
   }
   return rules;
-}
-
-template <typename Record>
-void ExpectRangesInOrder(std::size_t size, const std::vector<Record>& records) {
-  std::size_t last = 0;
-  for (const Record& record : records) {
-    Expect(record.range.offset >= last, "ranges are in text order");
-    Expect(record.range.length > 0, "ranges are not empty");
-    Expect(record.range.offset < size && record.range.length <= size - record.range.offset,
-           "ranges are in the text");
-    last = record.range.offset;
-  }
-}
-
-/// Small letters, digits that close them, and single spaces between them.
-inline void ExpectNotation(const std::string& text) {
-  char last = ' ';
-  for (const char c : text) {
-    Expect(IsSmallLetter(c) || (IsDigit(c) && IsSmallLetter(last)) || (c == ' ' && last != ' '),
-           "the text is in the library's notation");
-    last = c;
-  }
-  Expect(text.empty() || last != ' ', "the text does not end in a space");
-}
-
-inline void ExpectOrigins(const std::string& input, const notation::Normalized& result) {
-  Expect(result.origins.size() == result.text.size(), "each byte has an origin");
-  Expect(std::is_sorted(result.origins.begin(), result.origins.end()), "origins never fall");
-  for (std::size_t i = 0; i < result.text.size(); ++i) {
-    Expect(result.origins[i] < input.size(), "an origin is in the input");
-    Expect(result.text[i] == ' ' || !IsWithinAny(result.problems, result.origins[i]),
-           "nothing comes from a problem");
-  }
-}
-
-inline void ExpectOwners(const std::string& input, const notation::Normalized& result) {
-  for (std::size_t i = 0; i < input.size(); ++i) {
-    const bool is_separator = IsBlank(input[i]) || input[i] == '\'' || input[i] == '`';
-    const bool is_origin = std::binary_search(result.origins.begin(), result.origins.end(), i);
-    Expect(is_separator || is_origin || IsWithinAny(result.applied, i) ||
-               IsWithinAny(result.problems, i),
-           "no byte is lost");
-  }
-}
-
-/// The library reads the text; in one with digits each run of letters is a syllable.
-inline void ExpectLibraryReads(int language, const std::string& text) {
-  std::vector<unsigned short> codes;
-  Expect(sp::py2code(language, text, codes) == 0, "the library reads the text");
-  if (std::none_of(text.begin(), text.end(), IsDigit)) return;
-  std::size_t runs = 0;
-  char last = ' ';
-  for (const char c : text) {
-    if (IsSmallLetter(c) && !IsSmallLetter(last)) ++runs;
-    last = c;
-  }
-  Expect(codes.size() == runs, "each run of letters is a syllable");
-}
-
-inline void ExpectSound(int language, const std::string& input,
-                        const notation::Normalized& result) {
-  ExpectRangesInOrder(input.size(), result.applied);
-  ExpectRangesInOrder(input.size(), result.problems);
-  ExpectNotation(result.text);
-  ExpectOrigins(input, result);
-  ExpectOwners(input, result);
-  ExpectLibraryReads(language, result.text);
 }
 
 /// What the reference form makes of the input, if it models it.
@@ -128,7 +47,7 @@ inline void ExpectNothingMoreToDo(const std::string& text, const notation::Norma
 inline std::string WithFullWidthDigits(const std::string& text) {
   std::string wide;
   for (const char c : text) {
-    if (IsDigit(c)) {
+    if (ascii::IsDigit(c)) {
       wide += "\xEF\xBC";
       wide += static_cast<char>('\x90' + (c - '0'));
     } else {

@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "phoneme/phoneme.h"
+#include "tests/stale.h"
 
 namespace qeo::sp {
 
@@ -61,16 +62,8 @@ inline SpelledList Spell(const std::vector<SyllableInfo>& syllables) {
   return spelled;
 }
 
-// A record with something in every field, for output containers that a call must empty.
-inline SyllableInfo StaleSyllable() {
-  SyllableInfo syllable;
-  syllable.language = 77;
-  syllable.phones = {GetPhoneInfoById(LANGUAGE_AMERICAN_ENGLISH, 7), nullptr};
-  syllable.code = 99999;
-  syllable.tone = 88;
-  syllable.raw_tone = 99;
-  return syllable;
-}
+// How a test reports a property of tests/reference/ that does not hold.
+inline void ExpectHolds(bool holds, const char* property) { EXPECT_TRUE(holds) << property; }
 
 // The rows of a tab-separated file without its "# " lines. A file that is missing or a row with
 // another number of fields is a failure of the running test.

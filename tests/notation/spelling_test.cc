@@ -532,7 +532,7 @@ TEST(PronunciationString, EverySyllableReadsBack) {
 TEST(PronunciationString, EveryPhoneReadsBack) {
   constexpr unsigned char kSecondIou = 46;
   int phones = 0;
-  for (const sp::Language& language : {sp::kMandarin, sp::kCantonese, sp::kAmericanEnglish}) {
+  for (const sp::Language& language : sp::kLanguages) {
     for (int id = 0; id < language.phone_count; ++id) {
       for (unsigned char digit = 0; digit <= 9; ++digit) {
         std::vector<unsigned char> bytes = {static_cast<unsigned char>(id + 10), digit};
