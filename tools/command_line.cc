@@ -78,12 +78,8 @@ void SwitchRules(const Arguments& arguments, SourceOptions& options) {
   RuleSet& rules = options.reading.rules;
   for (const RuleSwitch& rule_switch : kRuleSwitches) {
     const Rule rule = rule_switch.rule;
-    if (!arguments.switched[static_cast<std::size_t>(rule)]) {
-      continue;
-    }
-    if (!RulesOf(options.from).Has(rule)) {
-      RefuseFor(options.from, rule_switch.option);
-    }
+    if (!arguments.switched[static_cast<std::size_t>(rule)]) continue;
+    if (!RulesOf(options.from).Has(rule)) RefuseFor(options.from, rule_switch.option);
     rules = rules.Has(rule) ? rules.Without(rule) : rules.With(rule);
   }
 }
@@ -105,9 +101,7 @@ int ReadFile(const File& file, std::string& text) {
 notation::AliasTable ReadAliases(const std::string& path, FilesInUse& in_use) {
   const std::string action = "cannot read the aliases in " + QuotedName(path);
   const File file = OpenFile(path, O_RDONLY);
-  if (!file.IsOpen()) {
-    throw AliasesError(SystemProblem(action, errno));
-  }
+  if (!file.IsOpen()) throw AliasesError(SystemProblem(action, errno));
   in_use.Read("--aliases", IdOf(file.descriptor()));
   std::string text;
   if (const int error = ReadFile(file, text); error != 0) {
@@ -134,14 +128,10 @@ notation::AliasTable ReadAliases(const std::string& path, FilesInUse& in_use) {
 
 // The language that a notation belongs to, when it is one's own.
 std::optional<int> LanguageOf(const Arguments& arguments) {
-  if (!arguments.language.empty()) {
-    return ParseLanguage(arguments.language);
-  }
+  if (!arguments.language.empty()) return ParseLanguage(arguments.language);
   for (const sp::LanguageNames& language : sp::Languages()) {
     const Source source = DefaultSource(language.id, false);
-    if (!arguments.from.empty() && Meaning(kSources, arguments.from) == source) {
-      return language.id;
-    }
+    if (!arguments.from.empty() && Meaning(kSources, arguments.from) == source) return language.id;
   }
   return std::nullopt;
 }
@@ -151,18 +141,14 @@ std::optional<int> LanguageOf(const Arguments& arguments) {
 std::string ChoiceProblem(const std::vector<std::string>& names, const std::string& text) {
   std::string list;
   for (const std::string& name : names) {
-    if (name == text) {
-      return "";
-    }
+    if (name == text) return "";
     list += (list.empty() ? "" : ", ") + name;
   }
   return Quoted(text) + " is not one of " + list;
 }
 
 std::string CountProblem(const std::string& text) {
-  if (ParseNumber<std::size_t>(text).value_or(0) > 0) {
-    return "";
-  }
+  if (ParseNumber<std::size_t>(text).value_or(0) > 0) return "";
   const bool is_large = text.find_first_not_of("0123456789") == std::string::npos &&
                         text.find_first_not_of('0') != std::string::npos;
   return is_large ? Quoted(text) + " is too large"
@@ -211,16 +197,12 @@ void AddLayout(CLI::App& command, Arguments& arguments) {
 
 void ParseSource(const Arguments& arguments, SourceOptions& options) {
   const std::optional<int> language = LanguageOf(arguments);
-  if (!language) {
-    throw UsageError("--language is required");
-  }
+  if (!language) throw UsageError("--language is required");
   options.language = *language;
   options.is_strict = arguments.is_strict;
   options.from = arguments.from.empty() ? DefaultSource(*language, arguments.is_strict)
                                         : Meaning(kSources, arguments.from);
-  if (arguments.is_strict && IsWritten(options.from)) {
-    options.from = DefaultSource(*language, true);
-  }
+  if (arguments.is_strict && IsWritten(options.from)) options.from = DefaultSource(*language, true);
   options.reading.cutting = Meaning(kCuttings, arguments.cut);
   if (!IsWritten(options.from)) {  // as the library reads text
     options.reading = {RuleSet(), nullptr, notation::Cutting::kForward};
@@ -228,9 +210,7 @@ void ParseSource(const Arguments& arguments, SourceOptions& options) {
   CheckSource(options.language, options.from);
   SwitchRules(arguments, options);
   const bool can_be_cut = options.from == Source::kPinyin || options.from == Source::kJyutping;
-  if (!arguments.cut.empty() && !can_be_cut) {
-    RefuseFor(options.from, "--cut");
-  }
+  if (!arguments.cut.empty() && !can_be_cut) RefuseFor(options.from, "--cut");
   if (!arguments.aliases.empty() && options.from != Source::kJyutping) {
     RefuseFor(options.from, "--aliases");
   }
@@ -244,9 +224,7 @@ Layout ParseLayout(const Arguments& arguments) {
   const bool has_column = !arguments.column.empty();
   Layout layout;
   layout.format = Meaning(kFormats, arguments.format);
-  if (arguments.format.empty() && has_column) {
-    layout.format = Format::kTsv;
-  }
+  if (arguments.format.empty() && has_column) layout.format = Format::kTsv;
   if (has_column && layout.format != Format::kTsv) {
     throw UsageError("--column applies to --format tsv only");
   }
@@ -259,9 +237,7 @@ Layout ParseLayout(const Arguments& arguments) {
 }
 
 void LoadAliases(const Arguments& arguments, FilesInUse& in_use, SourceOptions& options) {
-  if (arguments.aliases.empty()) {
-    return;
-  }
+  if (arguments.aliases.empty()) return;
   options.aliases = ReadAliases(arguments.aliases, in_use);
   options.reading.aliases = &options.aliases;
 }

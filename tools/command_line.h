@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMAND_LINE_H_
 #define TOOLS_COMMAND_LINE_H_
 
-/// The options that several commands share: how they are declared, and what they mean.
+// The options that several commands share: how they are declared, and what they mean.
 
 #include <CLI/CLI.hpp>
 #include <array>
@@ -57,9 +57,7 @@ template <typename Table>
 CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& value,
                        const Table& table, const std::string& help) {
   std::vector<std::string> names;
-  for (const auto& entry : table) {
-    names.emplace_back(entry.name);
-  }
+  for (const auto& entry : table) names.emplace_back(entry.name);
   return *command.add_option(name, value, help)
               ->check([names](const std::string& text) { return ChoiceProblem(names, text); })
               ->type_name("NAME")
@@ -74,9 +72,7 @@ CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& va
 template <typename Table, typename Value>
 std::string NameOf(const Table& table, Value meaning) {
   const auto* entry = std::begin(table);
-  while (entry->meaning != meaning) {
-    ++entry;
-  }
+  while (entry->meaning != meaning) ++entry;
   return entry->name;
 }
 
@@ -84,9 +80,7 @@ std::string NameOf(const Table& table, Value meaning) {
 template <typename Table>
 auto Meaning(const Table& table, const std::string& name) {
   for (const auto& entry : table) {
-    if (name == entry.name) {
-      return entry.meaning;
-    }
+    if (name == entry.name) return entry.meaning;
   }
   return std::begin(table)->meaning;
 }

@@ -1,7 +1,7 @@
 #ifndef TOOLS_HELP_H_
 #define TOOLS_HELP_H_
 
-/// The prose of the help texts. Every example shows what the tool really prints.
+// The prose of the help texts. Every example shows what the tool really prints.
 
 namespace qeo::tool {
 

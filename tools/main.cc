@@ -38,9 +38,7 @@ constexpr std::size_t kMostJobs = 256;
 
 std::string JobsProblem(const std::string& text) {
   std::string problem = CountProblem(text);
-  if (!problem.empty() || *ParseNumber<std::size_t>(text) <= kMostJobs) {
-    return problem;
-  }
+  if (!problem.empty() || *ParseNumber<std::size_t>(text) <= kMostJobs) return problem;
   return "must be at most " + std::to_string(kMostJobs) + ", not " + Quoted(text);
 }
 
@@ -121,9 +119,7 @@ ExitStatus PrintResult(const std::string& text) {
   Output results(STDOUT_FILENO);
   results.text() = text;
   results.Close();
-  if (results.error() == EPIPE) {
-    return kReaderGone;
-  }
+  if (results.error() == EPIPE) return kReaderGone;
   if (results.error() != 0) {
     return PrintMessage(SystemProblem("cannot write the results", results.error()), kUnfinished);
   }
@@ -133,9 +129,7 @@ ExitStatus PrintResult(const std::string& text) {
 // The problem, and where to read more.
 ExitStatus PrintUsageError(const CLI::App& app, const UsageError& error) {
   std::string command = "phoneme";
-  for (const CLI::App* subcommand : app.get_subcommands()) {
-    command += ' ' + subcommand->get_name();
-  }
+  for (const CLI::App* subcommand : app.get_subcommands()) command += ' ' + subcommand->get_name();
   const bool can_use_error = !error.is_about_standard_error();
   if (!can_use_error && IdOf(STDOUT_FILENO) == IdOf(STDERR_FILENO)) {
     return kBadUsage;  // a message would change the file that it is about
@@ -187,15 +181,11 @@ ExitStatus RunConvert(const Arguments& arguments, const std::vector<std::string>
 
 Layout ParseLexiconLayout(const Arguments& arguments) {
   Layout layout = ParseLayout(arguments);
-  if (arguments.format.empty() && arguments.column.empty()) {
-    layout.format = Format::kKaldi;
-  }
+  if (arguments.format.empty() && arguments.column.empty()) layout.format = Format::kKaldi;
   if (!layout.HasWords()) {
     throw UsageError("--lexicon applies to --format kaldi, cmudict and cedict only");
   }
-  if (!arguments.to.empty()) {
-    throw UsageError("--lexicon and --to cannot be combined");
-  }
+  if (!arguments.to.empty()) throw UsageError("--lexicon and --to cannot be combined");
   return layout;
 }
 
@@ -206,9 +196,7 @@ ExitStatus RunCheck(const Arguments& arguments, const std::vector<std::string>& 
   options.layout = arguments.is_lexicon ? ParseLexiconLayout(arguments) : ParseLayout(arguments);
   options.conversion = ConversionOf(arguments, source);
   options.has_target = !arguments.to.empty();
-  if (options.has_target) {
-    CheckConversion(options.conversion);
-  }
+  if (options.has_target) CheckConversion(options.conversion);
   FilesInUse in_use;
   LoadAliases(arguments, in_use, source);
   options.conversion.reading = source.reading;
@@ -237,9 +225,7 @@ ExitStatus RunExplain(const Arguments& arguments) {
 }
 
 void PrintNote(int language, int serving) {
-  if (const auto note = FallbackNote(language, serving)) {
-    PrintMessage(*note, kSuccess);
-  }
+  if (const auto note = FallbackNote(language, serving)) PrintMessage(*note, kSuccess);
 }
 
 ExitStatus RunPhones(const Arguments& arguments) {
@@ -254,9 +240,7 @@ ExitStatus RunPhones(const Arguments& arguments) {
 ExitStatus RunSyllables(const Arguments& arguments) {
   const int language = ParseLanguage(arguments.language).value();
   const std::optional<int> serving = SyllableLanguage(language);
-  if (!serving) {
-    throw UsageError(LanguageName(language) + " has no syllable table");
-  }
+  if (!serving) throw UsageError(LanguageName(language) + " has no syllable table");
   PrintNote(language, *serving);
   std::string list;
   AppendSyllableList(*serving, list);
@@ -300,18 +284,10 @@ ExitStatus Run(int argc, char** argv) {
       AddList(app, arguments, "phones", "List the phones of a language", kPhonesFooter);
   AddList(app, arguments, "syllables", "List the syllables of a language", kSyllablesFooter);
   try {
-    if (const auto text = Parse(app, argc, argv)) {
-      return PrintResult(*text);
-    }
-    if (convert.parsed()) {
-      return RunConvert(arguments, convert.get_option("TEXT")->results());
-    }
-    if (check.parsed()) {
-      return RunCheck(arguments, check.get_option("FILE")->results());
-    }
-    if (explain.parsed()) {
-      return RunExplain(arguments);
-    }
+    if (const auto text = Parse(app, argc, argv)) return PrintResult(*text);
+    if (convert.parsed()) return RunConvert(arguments, convert.get_option("TEXT")->results());
+    if (check.parsed()) return RunCheck(arguments, check.get_option("FILE")->results());
+    if (explain.parsed()) return RunExplain(arguments);
     return phones.parsed() ? RunPhones(arguments) : RunSyllables(arguments);
   } catch (const UsageError& error) {
     return PrintUsageError(app, error);
@@ -349,9 +325,7 @@ int main(int argc, char** argv) {
   const bool ignores_pipe = std::signal(SIGPIPE, SIG_IGN) == SIG_IGN;
   std::signal(SIGXFSZ, SIG_IGN);
   const qeo::tool::ExitStatus status = qeo::tool::RunToTheEnd(argc, argv);
-  if (status != qeo::tool::kReaderGone) {
-    return status;
-  }
+  if (status != qeo::tool::kReaderGone) return status;
   if (!ignores_pipe) {
     std::signal(SIGPIPE, SIG_DFL);
     std::raise(SIGPIPE);

@@ -29,20 +29,12 @@ bool IsFlag(const CLI::Option& option) { return option.get_expected_max() == 0; 
 // "--name=" without a value: the parser would take the next word, which was meant for another.
 void CheckEmptyValues(const CLI::App& app, const Words& words) {
   for (const std::string& word : words) {
-    if (word == "--") {
-      break;
-    }
-    if (word.rfind("--", 0) != 0 || word.find('=') != word.size() - 1) {
-      continue;
-    }
+    if (word == "--") break;
+    if (word.rfind("--", 0) != 0 || word.find('=') != word.size() - 1) continue;
     const std::string name = word.substr(0, word.size() - 1);
     for (const CLI::Option* option : OptionsOf(app)) {
-      if (!option->check_name(name)) {
-        continue;
-      }
-      if (IsFlag(*option)) {
-        RefuseValue(name);
-      }
+      if (!option->check_name(name)) continue;
+      if (IsFlag(*option)) RefuseValue(name);
       throw UsageError(name + ": must not be empty");
     }
   }
@@ -60,12 +52,8 @@ std::ptrdiff_t CountEndsOfCommand(const Words& words) {
 // Words are the values of options, alone or at their end ("-i++"), are not known, or are lost.
 void CheckLostWords(const CLI::App& app, const Words& words) {
   std::ptrdiff_t kept = CountEndsOfCommand(app.remaining(true));
-  for (const CLI::Option* option : OptionsOf(app)) {
-    kept += CountEndsOfCommand(option->results());
-  }
-  if (kept < CountEndsOfCommand(words)) {
-    throw UsageError("\"++\" must follow \"--\"");
-  }
+  for (const CLI::Option* option : OptionsOf(app)) kept += CountEndsOfCommand(option->results());
+  if (kept < CountEndsOfCommand(words)) throw UsageError("\"++\" must follow \"--\"");
 }
 
 // The commands are named, because this is the first message that a new user reads.
@@ -100,9 +88,7 @@ bool IsOption(const std::string& word) { return word.size() > 1 && word.front() 
   if (stranger[1] == '=') {
     const std::string flag = {'-', (*word)[word->size() - stranger.size()]};
     for (const CLI::Option* option : OptionsOf(app)) {
-      if (option->check_name(flag)) {
-        RefuseValue(option->get_name());
-      }
+      if (option->check_name(flag)) RefuseValue(option->get_name());
     }
   }
   throw UsageError("unknown option " + Quoted(stranger) + " in " + Quoted(*word));
@@ -112,15 +98,9 @@ bool IsOption(const std::string& word) { return word.size() > 1 && word.front() 
 void CheckStrangers(const CLI::App& app, const Words& words) {
   const Words strangers = Strangers(app);
   const auto option = std::find_if(strangers.begin(), strangers.end(), IsOption);
-  if (option != strangers.end()) {
-    RefuseOption(app, words, *option);
-  }
-  if (!app.get_subcommands().empty()) {
-    return;
-  }
-  if (strangers.empty()) {
-    RequireCommand(app);
-  }
+  if (option != strangers.end()) RefuseOption(app, words, *option);
+  if (!app.get_subcommands().empty()) return;
+  if (strangers.empty()) RequireCommand(app);
   throw UsageError("unknown command " + Quoted(strangers.front()));
 }
 

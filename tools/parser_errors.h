@@ -1,8 +1,8 @@
 #ifndef TOOLS_PARSER_ERRORS_H_
 #define TOOLS_PARSER_ERRORS_H_
 
-/// What is wrong with a command line, in the words of this tool: none of the parser's own reach the
-/// user.
+// What is wrong with a command line, in the words of this tool: none of the parser's own reach the
+// user.
 
 #include <CLI/CLI.hpp>
 #include <string>

@@ -71,9 +71,7 @@ std::string_view FateOf(std::string_view call, int number) {
     std::string_view entry = Take(entries, ',');
     const std::string_view name = Take(entry, ' ');
     const std::string_view which = Take(entry, ' ');
-    if (name == call && (which == "*" || IsNumber(which, number))) {
-      return entry;
-    }
+    if (name == call && (which == "*" || IsNumber(which, number))) return entry;
   }
   return "";
 }
@@ -95,9 +93,7 @@ class Call {
     using Function = Result (*)(Parameters...);
     const Result result = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name_))(arguments...);
     const int error = errno;
-    if (const int signal = NumberOf(fate_, kSignals); signal != 0) {
-      std::raise(signal);
-    }
+    if (const int signal = NumberOf(fate_, kSignals); signal != 0) std::raise(signal);
     errno = error;
     return result;
   }
@@ -176,9 +172,7 @@ int clock_gettime(clockid_t clock, timespec* time) noexcept {
   static std::atomic<int> count = 0;
   const Call call("clock_gettime", count);
   const int result = call.Make(&clock_gettime, clock, time);
-  if (call.Is("second")) {
-    *time = {count, 0};
-  }
+  if (call.Is("second")) *time = {count, 0};
   return result;
 }
 

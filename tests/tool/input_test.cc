@@ -78,9 +78,7 @@ TEST(BlockReader, CountsEmptyLines) {
 
 TEST(BlockReader, NumbersGoOnFromReadToRead) {
   std::string text;
-  for (int i = 1; i <= 2000; ++i) {
-    text += std::to_string(i) + '\n' + (i % 3 == 0 ? "\n" : "");
-  }
+  for (int i = 1; i <= 2000; ++i) text += std::to_string(i) + '\n' + (i % 3 == 0 ? "\n" : "");
   for (const std::size_t bytes_a_read : {1U, 2U, 7U, 64U, 4096U}) {
     const Pipe pipe(text);
     std::uint64_t expected = 0;

@@ -17,9 +17,7 @@ const std::string kBidi = std::string("\xe2\x80") + '\xae';
 
 std::string Repeat(const std::string& unit, std::size_t count) {
   std::string text;
-  for (std::size_t i = 0; i < count; ++i) {
-    text += unit;
-  }
+  for (std::size_t i = 0; i < count; ++i) text += unit;
   return text;
 }
 
@@ -43,9 +41,7 @@ TEST(Quoted, EscapesSoThatNoTwoTextsLookAlike) {
       {"\xc3", R"("\xc3")"},
       {"a\"...", R"("a\"...")"},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(Quoted(c.text), c.quoted);
-  }
+  for (const auto& c : cases) EXPECT_EQ(Quoted(c.text), c.quoted);
 }
 
 // The dots of a text that goes on stand outside the quotes, with the size of the whole.

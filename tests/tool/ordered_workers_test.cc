@@ -23,14 +23,10 @@ std::vector<int> Results(std::size_t thread_count, const Workers::Work& work, in
   Workers workers(std::vector<Workers::Work>(thread_count, work));
   std::vector<int> results;
   for (int number = 0; number < count; ++number) {
-    while (workers.IsFull()) {
-      results.push_back(*workers.TakeOldest());
-    }
+    while (workers.IsFull()) results.push_back(*workers.TakeOldest());
     workers.Give(std::make_unique<int>(number));
   }
-  while (!workers.IsEmpty()) {
-    results.push_back(*workers.TakeOldest());
-  }
+  while (!workers.IsEmpty()) results.push_back(*workers.TakeOldest());
   return results;
 }
 
@@ -57,9 +53,7 @@ TEST(Workers, EachTaskIsDoneOnce) {
 
 TEST(Workers, WhatATaskThrowsIsThrownToWhoTakesIt) {
   const Workers::Work work = [](int& number) {
-    if (number == 700) {
-      throw std::runtime_error("700");
-    }
+    if (number == 700) throw std::runtime_error("700");
   };
   for (const std::size_t thread_count : kThreadCounts) {
     EXPECT_THROW(Results(thread_count, work, 1000), std::runtime_error) << thread_count;
@@ -70,13 +64,9 @@ TEST(Workers, WhatATaskThrowsIsThrownToWhoTakesIt) {
 TEST(Workers, TheOthersAreThereAfterATaskHasThrown) {
   for (const std::size_t thread_count : {2U, 3U, 8U}) {
     Workers workers(std::vector<Workers::Work>(thread_count, [](int& number) {
-      if (number == 1) {
-        throw std::bad_alloc();
-      }
+      if (number == 1) throw std::bad_alloc();
     }));
-    for (int number = 0; number < 3; ++number) {
-      workers.Give(std::make_unique<int>(number));
-    }
+    for (int number = 0; number < 3; ++number) workers.Give(std::make_unique<int>(number));
     EXPECT_EQ(*workers.TakeOldest(), 0);
     EXPECT_THROW(workers.TakeOldest(), std::bad_alloc);
     EXPECT_EQ(*workers.TakeOldest(), 2);
@@ -99,9 +89,7 @@ TEST(Workers, AreFullWithTwoTasksEach) {
 TEST(Workers, EndWithTasksLeft) {
   for (const std::size_t thread_count : kThreadCounts) {
     Workers workers(std::vector<Workers::Work>(thread_count, [](int&) {}));
-    while (!workers.IsFull()) {
-      workers.Give(std::make_unique<int>(0));
-    }
+    while (!workers.IsFull()) workers.Give(std::make_unique<int>(0));
   }
 }
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_BASE_DECIMAL_H_
 #define TOOLS_BASE_DECIMAL_H_
 
-/// Decimal numbers to text and back, the same in every process locale.
+// Decimal numbers to text and back, the same in every process locale.
 
 #include <charconv>
 #include <optional>
@@ -17,9 +17,7 @@ std::optional<Number> ParseNumber(std::string_view text) {
   Number number = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || stop != end) {
-    return std::nullopt;
-  }
+  if (error != std::errc() || stop != end) return std::nullopt;
   return number;
 }
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_BASE_EXIT_STATUS_H_
 #define TOOLS_BASE_EXIT_STATUS_H_
 
-/// How a run of the tool ends.
+// How a run of the tool ends.
 
 namespace qeo::tool {
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_BASE_USAGE_ERROR_H_
 #define TOOLS_BASE_USAGE_ERROR_H_
 
-/// The one way to refuse a command line.
+// The one way to refuse a command line.
 
 #include <stdexcept>
 #include <string>

@@ -39,12 +39,8 @@ Conversion ConversionOf(const CheckOptions& options) {
 
 // What a lexicon needs, without --to.
 std::vector<Target> TargetsOf(const CheckOptions& options) {
-  if (options.has_target) {
-    return {options.conversion.to};
-  }
-  if (HasCodes(options.conversion.from)) {
-    return {Target::kCodes, Target::kPronunciation};
-  }
+  if (options.has_target) return {options.conversion.to};
+  if (HasCodes(options.conversion.from)) return {Target::kCodes, Target::kPronunciation};
   return {Target::kPronunciation};
 }
 
@@ -96,33 +92,23 @@ ExitStatus Checker::Run() {
   for (const std::string& path : options_.files) {
     in_use_.Read(InputName(path), path == "-" ? IdOf(STDIN_FILENO) : IdOf(path));
   }
-  for (const std::string& path : options_.files) {
-    CheckFile(path);
-  }
+  for (const std::string& path : options_.files) CheckFile(path);
   findings_.Close();
   if (findings_.error() == EPIPE) {
     messages_.Flush();
     return kReaderGone;
   }
-  if (findings_.error() != 0) {
-    Fail(SystemProblem("cannot write the findings", findings_.error()));
-  }
+  if (findings_.error() != 0) Fail(SystemProblem("cannot write the findings", findings_.error()));
   messages_.Flush();
-  if (has_failed_) {
-    return kUnfinished;
-  }
+  if (has_failed_) return kUnfinished;
   return findings_.has_problems() ? kFailure : kSuccess;
 }
 
 void Checker::CheckFile(const std::string& path) {
   findings_.BeginFile(path);
-  if (path == "-") {
-    return CheckInput(STDIN_FILENO, path);
-  }
+  if (path == "-") return CheckInput(STDIN_FILENO, path);
   const File file = OpenFile(path, O_RDONLY);
-  if (!file.IsOpen()) {
-    return Fail(SystemProblem("cannot read " + QuotedName(path), errno));
-  }
+  if (!file.IsOpen()) return Fail(SystemProblem("cannot read " + QuotedName(path), errno));
   in_use_.Read(InputName(path), IdOf(file.descriptor()));
   CheckInput(file.descriptor(), path);
 }
@@ -137,21 +123,15 @@ void Checker::CheckInput(int file_descriptor, const std::string& path) {
   std::uint64_t line_count = 0;
   while (findings_.error() == 0 && reader.Next(block)) {
     const auto problem = line_count == 0 ? EncodingProblem(block.text) : std::nullopt;
-    if (problem) {
-      return Fail("cannot read " + InputName(path) + ": " + *problem);
-    }
+    if (problem) return Fail("cannot read " + InputName(path) + ": " + *problem);
     line_count += block.line_count;
     CheckBlock(block);
-    if (!reader.IsReady()) {
-      findings_.Flush();
-    }
+    if (!reader.IsReady()) findings_.Flush();
   }
   if (reader.error() != 0) {
     return Fail(SystemProblem("cannot read " + InputName(path), reader.error()));
   }
-  if (lexicon_) {
-    lexicon_->Finish(line_count);
-  }
+  if (lexicon_) lexicon_->Finish(line_count);
 }
 
 void Checker::CheckBlock(const Block& block) {
@@ -170,12 +150,8 @@ void Checker::CheckBlock(const Block& block) {
 
 void Checker::CheckLine(std::uint64_t number, std::string_view line) {
   const Entry entry = ReadEntry(options_.layout, line);
-  if (entry.kind == EntryKind::kComment) {
-    return;
-  }
-  if (entry.kind == EntryKind::kBroken) {
-    return ReportBroken(number, 0, line);
-  }
+  if (entry.kind == EntryKind::kComment) return;
+  if (entry.kind == EntryKind::kBroken) return ReportBroken(number, 0, line);
   const auto offset = static_cast<std::size_t>(entry.text.data() - line.data());
   if (lexicon_) {
     lexicon_->Add(number, offset, entry);
@@ -185,13 +161,9 @@ void Checker::CheckLine(std::uint64_t number, std::string_view line) {
 }
 
 void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_view text) {
-  if (IsWritten(conversion_.from)) {
-    return CheckWritten(number, offset, text);
-  }
+  if (IsWritten(conversion_.from)) return CheckWritten(number, offset, text);
   const std::string copy(text);
-  if (!reader_.Read(copy)) {
-    return ReportUnread(number, offset, copy);
-  }
+  if (!reader_.Read(copy)) return ReportUnread(number, offset, copy);
   const std::vector<notation::Range> places = reader_.FindPlaces(copy);
   for (std::size_t i = 0; i < reader_.syllable_count(); ++i) {
     const notation::Range place = i < places.size() ? places[i] : notation::Range{0, copy.size()};

@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_CHECK_H_
 #define TOOLS_COMMANDS_CHECK_H_
 
-/// `phoneme check`: reports what in a file cannot be converted, and nothing else.
+// `phoneme check`: reports what in a file cannot be converted, and nothing else.
 
 #include <string>
 #include <vector>

@@ -69,15 +69,11 @@ ExitStatus Job::Run(FilesInUse& files) {
   }
   Open(files);
   messages_.Flush();
-  if (!is_complete_) {
-    return status_;
-  }
+  if (!is_complete_) return status_;
   ConvertTexts();
   messages_.Flush();
   CloseFiles();
-  if (HasReaderGone()) {
-    return kReaderGone;
-  }
+  if (HasReaderGone()) return kReaderGone;
   if (is_complete_ && options_.texts.empty() && !options_.is_quiet) {
     AppendMessage(Summary(totals_), messages_.text());
   }
@@ -91,29 +87,19 @@ void Job::Open(FilesInUse& files) {
   const Destination output = FindDestination(options_.output);
   const Destination rejects = FindDestination(options_.rejects);
   OpenInput(files);
-  if (!options_.output.empty()) {
-    files.Write("--output", output.Id(), output.IsStream());
-  }
-  if (!options_.rejects.empty()) {
-    files.Write("--rejects", rejects.Id());
-  }
-  if (!is_complete_) {
-    return;
-  }
+  if (!options_.output.empty()) files.Write("--output", output.Id(), output.IsStream());
+  if (!options_.rejects.empty()) files.Write("--rejects", rejects.Id());
+  if (!is_complete_) return;
   if (options_.output.empty()) {
     results_.emplace(STDOUT_FILENO);
   } else {
     results_.emplace(output);
   }
-  if (!options_.rejects.empty()) {
-    rejects_.emplace(rejects);
-  }
+  if (!options_.rejects.empty()) rejects_.emplace(rejects);
 }
 
 void Job::OpenInput(FilesInUse& files) {
-  if (!options_.texts.empty()) {
-    return;
-  }
+  if (!options_.texts.empty()) return;
   if (ReadsStandardInput()) {
     input_ = File(STDIN_FILENO);
     return files.Read("standard input", IdOf(STDIN_FILENO));
@@ -126,9 +112,7 @@ void Job::OpenInput(FilesInUse& files) {
 }
 
 void Job::ConvertTexts() {
-  if (options_.conversion.to == Target::kTsv) {
-    AppendRowHeader(results_->text());
-  }
+  if (options_.conversion.to == Target::kTsv) AppendRowHeader(results_->text());
   if (options_.texts.empty()) {
     ConvertInput();
   } else {
@@ -181,33 +165,23 @@ void Job::ConvertBlocks(OrderedWorkers<Batch>& workers) {
       WriteBatch(workers.TakeOldest());
     }
     std::unique_ptr<Batch> batch = NewBatch();
-    if (!reader.Next(batch->input)) {
-      break;
-    }
+    if (!reader.Next(batch->input)) break;
     problem = line_count == 0 ? EncodingProblem(batch->input.text) : std::nullopt;
-    if (problem) {
-      break;
-    }
+    if (problem) break;
     line_count += batch->input.line_count;
     workers.Give(std::move(batch));
     progress_->Show(reader.byte_count(), line_count);
   }
-  while (!workers.IsEmpty()) {
-    WriteBatch(workers.TakeOldest());
-  }
+  while (!workers.IsEmpty()) WriteBatch(workers.TakeOldest());
   progress_->Clear();
-  if (reader.error() != 0) {
-    problem = std::generic_category().message(reader.error());
-  }
+  if (reader.error() != 0) problem = std::generic_category().message(reader.error());
   if (problem) {
     Fail("cannot read " + InputName(ReadsStandardInput() ? "-" : options_.input) + ": " + *problem);
   }
 }
 
 std::unique_ptr<Batch> Job::NewBatch() {
-  if (spare_batches_.empty()) {
-    return std::make_unique<Batch>();
-  }
+  if (spare_batches_.empty()) return std::make_unique<Batch>();
   std::unique_ptr<Batch> batch = std::move(spare_batches_.back());
   spare_batches_.pop_back();
   return batch;
@@ -217,19 +191,13 @@ std::unique_ptr<Batch> Job::NewBatch() {
 // cannot be written.
 void Job::WriteBatch(std::unique_ptr<Batch> batch) {
   totals_.Add(batch->totals);
-  if (!batch->totals.failed.empty()) {
-    status_ = kFailure;
-  }
+  if (!batch->totals.failed.empty()) status_ = kFailure;
   if (!batch->messages.empty()) {
-    if (progress_) {
-      progress_->Clear();
-    }
+    if (progress_) progress_->Clear();
     messages_.Write(batch->messages);
   }
   results_->Write(batch->results);
-  if (rejects_) {
-    rejects_->Write(batch->rejects);
-  }
+  if (rejects_) rejects_->Write(batch->rejects);
   batch->Clear();
   spare_batches_.push_back(std::move(batch));
 }
@@ -237,16 +205,12 @@ void Job::WriteBatch(std::unique_ptr<Batch> batch) {
 // Closes all files and gives them their names. When a part of one is missing none gets its name.
 void Job::CloseFiles() {
   results_->Close();
-  if (rejects_) {
-    rejects_->Close();
-  }
+  if (rejects_) rejects_->Close();
   if (is_complete_ && !HasFailedToWrite()) {
     PutInPlace(rejects_ ? std::vector{&*results_, &*rejects_} : std::vector{&*results_});
   }
   Report(*results_, "cannot write the results", options_.output);
-  if (rejects_) {
-    Report(*rejects_, "cannot write the rejects", options_.rejects);
-  }
+  if (rejects_) Report(*rejects_, "cannot write the rejects", options_.rejects);
 }
 
 void Job::Report(const Output& output, const char* action, const std::string& name) {

@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_CONVERT_H_
 #define TOOLS_COMMANDS_CONVERT_H_
 
-/// `phoneme convert`: texts from the arguments, a file or standard input.
+// `phoneme convert`: texts from the arguments, a file or standard input.
 
 #include <cstddef>
 #include <string>

@@ -46,25 +46,17 @@ std::string ShowCut(std::string_view word, const std::vector<notation::CutSyllab
 // How many cuts leave no letter out, and the first of them, as many as fit.
 std::string ShowPossibleCuts(std::string_view word, const notation::Cut& cut) {
   constexpr std::string_view kRest = " | ...";
-  if (cut.count == 0) {
-    return "none that leaves no letter out";
-  }
+  if (cut.count == 0) return "none that leaves no letter out";
   std::string shown = std::to_string(cut.count);
-  if (cut.count == notation::kUncountedCuts) {
-    shown += " or more";
-  }
+  if (cut.count == notation::kUncountedCuts) shown += " or more";
   std::size_t shown_count = 0;
   for (const std::vector<notation::CutSyllable>& syllables : cut.cuts) {
     const std::string next = (shown_count == 0 ? ": " : " | ") + ShowCut(word, syllables);
-    if (shown.size() + next.size() + kRest.size() > kValueWidth) {
-      break;
-    }
+    if (shown.size() + next.size() + kRest.size() > kValueWidth) break;
     shown += next;
     ++shown_count;
   }
-  if (shown_count > 0 && shown_count < cut.count) {
-    shown += kRest;
-  }
+  if (shown_count > 0 && shown_count < cut.count) shown += kRest;
   return shown;
 }
 
@@ -83,9 +75,7 @@ std::vector<std::string_view> WordsWithoutTones(std::string_view text) {
   for (std::size_t begin = 0; begin < text.size();) {
     const std::size_t end = std::min(text.find_first_of(" 0123456789", begin), text.size());
     const bool has_tone = end < text.size() && text[end] != ' ';
-    if (end > begin && !has_tone) {
-      words.push_back(text.substr(begin, end - begin));
-    }
+    if (end > begin && !has_tone) words.push_back(text.substr(begin, end - begin));
     begin = end + 1;
   }
   return words;
@@ -112,9 +102,7 @@ void AppendCut(int language, std::string_view word, notation::Cutting used, std:
   out += "\ncuts of " + Quote(word, 40) + ": forward and backward ";
   out += cut.directions_differ ? "differ\n" : "agree\n";
   for (const auto& [name, cutting] : kCuttings) {
-    if (cutting == notation::Cutting::kNone && used != cutting) {
-      continue;
-    }
+    if (cutting == notation::Cutting::kNone && used != cutting) continue;
     const char* mark = cutting == used ? ", used" : "";
     const std::string shown = ShowCut(word, notation::CutLetters(language, word, cutting));
     AppendLine(std::string(name) + mark, shown, " ", out);
@@ -128,16 +116,10 @@ void AppendCutsOfWords(int language, std::string_view text, notation::Cutting us
                        std::string& out) {
   const WordsToCut words = FindWordsToCut(language, text);
   const std::size_t shown = std::min(words.ambiguous.size(), kMaxWords);
-  for (std::size_t i = 0; i < shown; ++i) {
-    AppendCut(language, words.ambiguous[i], used, out);
-  }
+  for (std::size_t i = 0; i < shown; ++i) AppendCut(language, words.ambiguous[i], used, out);
   const std::size_t rest = words.ambiguous.size() - shown;
-  if (rest + words.plain_count != 0) {
-    out += '\n';
-  }
-  if (rest != 0) {
-    out += "cut in several ways or in none: " + Counted(rest, "more word") + '\n';
-  }
+  if (rest + words.plain_count != 0) out += '\n';
+  if (rest != 0) out += "cut in several ways or in none: " + Counted(rest, "more word") + '\n';
   if (words.plain_count != 0) {
     out += "cut in one way only: " + Counted(words.plain_count, "word") + '\n';
   }

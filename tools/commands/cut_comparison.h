@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_CUT_COMPARISON_H_
 #define TOOLS_COMMANDS_CUT_COMPARISON_H_
 
-/// The ways to cut the words of a text that are written without tones, for the user to compare.
+// The ways to cut the words of a text that are written without tones, for the user to compare.
 
 #include <string>
 #include <string_view>

@@ -46,9 +46,7 @@ void AppendSection(const char* title, const std::vector<Column>& columns, const 
   out += '\n';
   const std::size_t row_count = std::min(list.size(), max_rows);
   std::vector<Row> rows;
-  for (std::size_t i = 0; i < row_count; ++i) {
-    rows.push_back(row_of(list[i]));
-  }
+  for (std::size_t i = 0; i < row_count; ++i) rows.push_back(row_of(list[i]));
   AppendTable(columns, rows, list.size() - row_count, out);
 }
 
@@ -63,9 +61,7 @@ using Records = std::vector<sp::SyllableInfo>;
 // Syllables in one of the notations that the tool writes one after the other.
 std::string Written(Target to, const Records& syllables) {
   std::string text;
-  for (const sp::SyllableInfo& syllable : syllables) {
-    AppendSyllable(to, syllable, text);
-  }
+  for (const sp::SyllableInfo& syllable : syllables) AppendSyllable(to, syllable, text);
   text.resize(text.find_last_not_of(" ,") + 1);
   return text;
 }
@@ -149,9 +145,7 @@ void Explanation::AppendRules(std::string& out) const {
 }
 
 void Explanation::AppendSyllables(std::string& out) const {
-  if (!HasSyllableTable()) {
-    return AppendEnglishSyllables(out);
-  }
+  if (!HasSyllableTable()) return AppendEnglishSyllables(out);
   const std::vector<Column> columns = PlacedColumns({{"syllable", false},
                                                      {"tone", false},
                                                      {"row", true},
@@ -186,22 +180,16 @@ void Explanation::AppendEnglishSyllables(std::string& out) const {
 
 // The phones of the text, each once.
 void Explanation::AppendPhones(std::string& out) const {
-  if (records_.empty()) {
-    return;
-  }
+  if (records_.empty()) return;
   std::vector<const sp::PhoneInfo*> phones;
   for (const sp::SyllableInfo& record : records_) {
     for (const sp::PhoneInfo* phone : record.phones) {
-      if (std::find(phones.begin(), phones.end(), phone) == phones.end()) {
-        phones.push_back(phone);
-      }
+      if (std::find(phones.begin(), phones.end(), phone) == phones.end()) phones.push_back(phone);
     }
   }
   std::vector<Column> columns = {
       {"phone", false}, {"id", true}, {"byte", true}, {"type", false}, {"features", false}};
-  if (HasSyllableTable()) {
-    columns.pop_back();
-  }
+  if (HasSyllableTable()) columns.pop_back();
   AppendSection(
       "phones", columns, phones, kMaxPhones,
       [this](const sp::PhoneInfo* phone) -> Row {
@@ -213,18 +201,12 @@ void Explanation::AppendPhones(std::string& out) const {
 }
 
 void Explanation::AppendWholeText(std::string& out) const {
-  if (records_.empty()) {
-    return;
-  }
+  if (records_.empty()) return;
   out += "\nthe whole text\n";
-  if (HasSyllableTable()) {
-    AppendNotation("codes", Target::kCodes, " ", out);
-  }
+  if (HasSyllableTable()) AppendNotation("codes", Target::kCodes, " ", out);
   AppendNotation("phone ids", Target::kIds, " ", out);
   AppendNotation("pronunciation", Target::kPronunciation, ", ", out);
-  if (language_ == sp::LANGUAGE_MANDARIN) {
-    AppendNotation("marks", Target::kMarks, " ", out);
-  }
+  if (language_ == sp::LANGUAGE_MANDARIN) AppendNotation("marks", Target::kMarks, " ", out);
 }
 
 // The text in a notation, or the first syllable that it cannot express.
@@ -249,9 +231,7 @@ std::string Explanation::Ids(const sp::SyllableInfo& syllable) const {
 }
 
 void Explanation::AppendCuts(std::string& out) const {
-  if (!HasSyllableTable()) {
-    return;
-  }
+  if (!HasSyllableTable()) return;
   const notation::Normalized normalized =
       language_ == sp::LANGUAGE_CANTONESE
           ? notation::NormalizeJyutping(text_, options_.rules, options_.aliases)
@@ -278,9 +258,7 @@ void Explanation::AppendHints(std::string& out) const {
       hinted.back().range = problem.piece;
     }
   }
-  if (hinted.empty()) {
-    return;
-  }
+  if (hinted.empty()) return;
   AppendSection(
       "hints", PlacedColumns({{"hint", false}}), hinted, kMaxProblems,
       [this](const notation::Problem& problem) -> Row {
@@ -309,13 +287,9 @@ void Explanation::AppendWithoutRules(std::string& out) const {
   out += "\nwithout rules\n";
   const Conversion conversion = {language_, DefaultSource(language_, true), Target::kIds, {}, true};
   Reader reader(conversion, false);
-  if (!reader.Read(text_)) {
-    return AppendLine("fails", reader.failure().message, "\n", out);
-  }
+  if (!reader.Read(text_)) return AppendLine("fails", reader.failure().message, "\n", out);
   Records records;
-  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
-    records.push_back(reader.Syllable(i));
-  }
+  for (std::size_t i = 0; i < reader.syllable_count(); ++i) records.push_back(reader.Syllable(i));
   AppendLine("reads", Notation(records), " ", out);
   // A pronunciation that is read at all is read whole.
   AppendLine("loses", HasSyllableTable() ? ShowLost(language_, text_) : "nothing", ", ", out);
@@ -323,15 +297,11 @@ void Explanation::AppendWithoutRules(std::string& out) const {
 
 // What the library reads without rules, in its own notation.
 std::string Explanation::Notation(const Records& records) const {
-  if (records.empty()) {
-    return "nothing";
-  }
+  if (records.empty()) return "nothing";
   if (std::equal(records.begin(), records.end(), records_.begin(), records_.end(), IsSame)) {
     return "the same";
   }
-  if (!HasSyllableTable()) {
-    return notation::PronunciationString(records).text;
-  }
+  if (!HasSyllableTable()) return notation::PronunciationString(records).text;
   return Written(Target::kSyllables, records);
 }
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_EXPLAIN_H_
 #define TOOLS_COMMANDS_EXPLAIN_H_
 
-/// `phoneme explain`: how a text is read, on one screen.
+// `phoneme explain`: how a text is read, on one screen.
 
 #include <string>
 

@@ -1,8 +1,8 @@
 #ifndef TOOLS_COMMANDS_LANGUAGE_TABLES_H_
 #define TOOLS_COMMANDS_LANGUAGE_TABLES_H_
 
-/// `phoneme phones` and `phoneme syllables`: the tables of a language, tab-separated. The first
-/// line names the columns and begins with "# "; "-" is an empty field.
+// `phoneme phones` and `phoneme syllables`: the tables of a language, tab-separated. The first
+// line names the columns and begins with "# "; "-" is an empty field.
 
 #include <cstdint>
 #include <string>

@@ -21,9 +21,7 @@ LexiconCheck::LexiconCheck(int language, bool ignores_case, FindingWriter& findi
     const sp::PhoneInfo& phone = set.phone_list[id];
     const bool is_silence = phone.type == sp::PHONE_TYPE_SILENCE;
     const bool is_new = seen_.emplace(phone.name, is_silence).second;
-    if (is_new) {
-      names_.emplace_back(phone.name);
-    }
+    if (is_new) names_.emplace_back(phone.name);
   }
 }
 
@@ -53,9 +51,7 @@ void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const Entry& entr
 // A piece in the case that the phones have.
 std::string LexiconCheck::Known(std::string_view piece) const {
   std::string known(piece);
-  if (ignores_case_) {
-    std::transform(known.begin(), known.end(), known.begin(), ascii::ToSmall);
-  }
+  if (ignores_case_) std::transform(known.begin(), known.end(), known.begin(), ascii::ToSmall);
   return known;
 }
 

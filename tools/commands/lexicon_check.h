@@ -1,8 +1,8 @@
 #ifndef TOOLS_COMMANDS_LEXICON_CHECK_H_
 #define TOOLS_COMMANDS_LEXICON_CHECK_H_
 
-/// Checks a pronunciation lexicon, whose entries are a word and its phones, against the phone set
-/// of a language.
+// Checks a pronunciation lexicon, whose entries are a word and its phones, against the phone set
+// of a language.
 
 #include <cstddef>
 #include <cstdint>

@@ -13,9 +13,7 @@ LineConverter::LineConverter(const Conversion& conversion, const Layout& layout,
       writer_(conversion) {}
 
 void LineConverter::ConvertBlock(Batch& batch) {
-  if (batch.input.is_overlong) {
-    return RejectPart(batch);
-  }
+  if (batch.input.is_overlong) return RejectPart(batch);
   std::string_view rest = batch.input.text;
   for (std::uint64_t number = batch.input.first_line; !rest.empty(); ++number) {
     ConvertLine(number, TakeLine(rest), batch);
@@ -30,9 +28,7 @@ void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& b
   const Entry entry = ReadEntry(layout_, line.text);
   if (entry.kind == EntryKind::kComment) {
     ++batch.totals.comments;
-    if (layout_.format == Format::kTsv && !WritesRecords()) {
-      out.append(line.text).append(line.end);
-    }
+    if (layout_.format == Format::kTsv && !WritesRecords()) out.append(line.text).append(line.end);
     return;
   }
   if (!WritesRecords()) {
@@ -48,9 +44,7 @@ void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& b
   }
   ++batch.totals.converted;
   batch.totals.CountRules(reader_.applied());
-  if (to_ != Target::kTsv) {
-    out += line.end;
-  }
+  if (to_ != Target::kTsv) out += line.end;
 }
 
 bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out) {
@@ -100,9 +94,7 @@ void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const E
 
 // Ends what a line that fails gives, if it gives anything.
 void LineConverter::EndFailure(const Line& line, std::string& out) const {
-  if (to_ == Target::kJson || (to_ != Target::kTsv && !layout_.HasWords())) {
-    out += line.end;
-  }
+  if (to_ == Target::kJson || (to_ != Target::kTsv && !layout_.HasWords())) out += line.end;
 }
 
 // A line that is too long comes in parts, and fails once. Its text is in no result, so it leaves an
@@ -121,9 +113,7 @@ void LineConverter::RejectPart(Batch& batch) {
   std::string_view rest = part.text;
   const Line last = TakeLine(rest);
   batch.rejects.append(last.text).append(last.end);
-  if (to_ == Target::kJson) {
-    AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
-  }
+  if (to_ == Target::kJson) AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
   EndFailure(last, batch.results);
 }
 

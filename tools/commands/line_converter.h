@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_LINE_CONVERTER_H_
 #define TOOLS_COMMANDS_LINE_CONVERTER_H_
 
-/// The work of `phoneme convert` on lines that are already in memory.
+// The work of `phoneme convert` on lines that are already in memory.
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #ifndef TOOLS_COMMANDS_PHONE_FEATURES_H_
 #define TOOLS_COMMANDS_PHONE_FEATURES_H_
 
-/// The articulatory features of English phones in words.
+// The articulatory features of English phones in words.
 
 #include <string>
 

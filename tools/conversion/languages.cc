@@ -11,9 +11,7 @@ std::optional<int> ParseLanguage(std::string_view text) {
 
 std::string LanguageName(int id) {
   for (const sp::LanguageNames& language : sp::Languages()) {
-    if (id == language.id) {
-      return std::string(language.name);
-    }
+    if (id == language.id) return std::string(language.name);
   }
   return std::to_string(id);
 }
@@ -30,9 +28,7 @@ int PronunciationLanguage(int id) {
 int PhoneLanguage(int id) { return sp::ServingLanguage(sp::Conversion::kPhones, id); }
 
 std::optional<std::string> FallbackNote(int requested, int serving) {
-  if (requested == serving) {
-    return std::nullopt;
-  }
+  if (requested == serving) return std::nullopt;
   return "note: language " + std::to_string(requested) + " is not known, " + LanguageName(serving) +
          " serves in its place";
 }

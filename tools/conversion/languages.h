@@ -1,8 +1,8 @@
 #ifndef TOOLS_CONVERSION_LANGUAGES_H_
 #define TOOLS_CONVERSION_LANGUAGES_H_
 
-/// The languages as the command line names them, and which one serves an id that the library does
-/// not know.
+// The languages as the command line names them, and which one serves an id that the library does
+// not know.
 
 #include <optional>
 #include <string>

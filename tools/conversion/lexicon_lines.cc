@@ -17,14 +17,10 @@ Entry MakeEntry(std::string_view word, std::string_view text) {
 
 // Field `column`, counted from 1.
 Entry ReadTsv(std::string_view line, std::size_t column) {
-  if (BeginsWith(line, "# ")) {
-    return {EntryKind::kComment, {}, {}};
-  }
+  if (BeginsWith(line, "# ")) return {EntryKind::kComment, {}, {}};
   for (; column > 1; --column) {
     const std::size_t tab = line.find('\t');
-    if (tab == std::string_view::npos) {
-      return {EntryKind::kBroken, {}, {}};
-    }
+    if (tab == std::string_view::npos) return {EntryKind::kBroken, {}, {}};
     line.remove_prefix(tab + 1);
   }
   return {EntryKind::kEntry, {}, line.substr(0, line.find('\t'))};
@@ -35,29 +31,21 @@ Entry ReadCedict(std::string_view line, Headword headword) {
   const std::string_view simplified = TakeWord(line);
   const std::string_view word = headword == Headword::kSimplified ? simplified : traditional;
   const std::size_t close = line.find(']');
-  if (!BeginsWith(line, "[") || close == std::string_view::npos) {
-    return MakeEntry(word, {});
-  }
+  if (!BeginsWith(line, "[") || close == std::string_view::npos) return MakeEntry(word, {});
   return MakeEntry(word, Trim(line.substr(1, close - 1)));
 }
 
 Entry ReadCmudict(std::string_view line) {
   const notation::CmudictLine parsed = notation::ParseCmudictLine(line);
-  if (parsed.kind != notation::CmudictLineKind::kEntry) {
-    return {EntryKind::kComment, {}, {}};
-  }
+  if (parsed.kind != notation::CmudictLineKind::kEntry) return {EntryKind::kComment, {}, {}};
   return MakeEntry(parsed.word, parsed.phones);
 }
 
 }  // namespace
 
 Entry ReadEntry(const Layout& layout, std::string_view line) {
-  if (layout.format == Format::kLines) {
-    return {EntryKind::kEntry, {}, line};
-  }
-  if (layout.format == Format::kTsv) {
-    return ReadTsv(line, layout.column);
-  }
+  if (layout.format == Format::kLines) return {EntryKind::kEntry, {}, line};
+  if (layout.format == Format::kTsv) return ReadTsv(line, layout.column);
   std::string_view entry = Trim(line);
   if (entry.empty() || (layout.format == Format::kCedict && entry.front() == '#')) {
     return {EntryKind::kComment, {}, {}};

@@ -1,8 +1,8 @@
 #ifndef TOOLS_CONVERSION_LEXICON_LINES_H_
 #define TOOLS_CONVERSION_LEXICON_LINES_H_
 
-/// The lines of the files that lexicons come in: which part is the word, and which its
-/// pronunciation.
+// The lines of the files that lexicons come in: which part is the word, and which its
+// pronunciation.
 
 #include <cstddef>
 #include <string>

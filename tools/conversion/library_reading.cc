@@ -47,9 +47,7 @@ std::size_t CountLetters(std::string_view text) {
 
 std::optional<notation::Range> UnknownPiece(int language, std::string_view text) {
   for (const sp::TextPiece& piece : PiecesOf(language, text)) {
-    if (piece.row < 0) {
-      return notation::Range{piece.offset, piece.length};
-    }
+    if (piece.row < 0) return notation::Range{piece.offset, piece.length};
   }
   return std::nullopt;
 }

@@ -1,8 +1,8 @@
 #ifndef TOOLS_CONVERSION_LIBRARY_READING_H_
 #define TOOLS_CONVERSION_LIBRARY_READING_H_
 
-/// How the library itself reads romanised text, without the rules of the notations: what stops it,
-/// and what it drops silently.
+// How the library itself reads romanised text, without the rules of the notations: what stops it,
+// and what it drops silently.
 
 #include <cstddef>
 #include <optional>

@@ -84,9 +84,7 @@ int ParseDefaultTone(int language, std::string_view tone) {
 
 Source DefaultSource(int language, bool strict) {
   for (const OwnNotation<Source>& own : kOwnSources) {
-    if (own.language == language && !strict) {
-      return own.notation;
-    }
+    if (own.language == language && !strict) return own.notation;
   }
   return SyllableLanguage(language) ? Source::kText : Source::kPronunciation;
 }
@@ -102,9 +100,7 @@ void CheckSource(int language, Source from) {
 void CheckConversion(const Conversion& conversion) {
   CheckSource(conversion.language, conversion.from);
   CheckOwner(conversion.language, conversion.to, kOwnTargets);
-  if (!NeedsCodes(conversion.to)) {
-    return;
-  }
+  if (!NeedsCodes(conversion.to)) return;
   if (!SyllableLanguage(conversion.language)) {
     throw UsageError(
         LanguageName(conversion.language) +

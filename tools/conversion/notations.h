@@ -1,7 +1,7 @@
 #ifndef TOOLS_CONVERSION_NOTATIONS_H_
 #define TOOLS_CONVERSION_NOTATIONS_H_
 
-/// The notations that the tool reads and writes, and the pairs that make a conversion.
+// The notations that the tool reads and writes, and the pairs that make a conversion.
 
 #include <string>
 #include <string_view>

@@ -26,9 +26,7 @@ std::vector<notation::Range> PlacesOfWords(std::string_view text, IsLast is_last
     const notation::Range place = PlaceOf(word, text);
     begin = is_first ? place.offset : begin;
     is_first = is_last(word);
-    if (is_first) {
-      places.push_back({begin, place.end() - begin});
-    }
+    if (is_first) places.push_back({begin, place.end() - begin});
   }
   return places;
 }
@@ -48,9 +46,7 @@ std::vector<notation::Range> PlacesOfSyllables(std::string_view text) {
     const std::size_t end = std::min(text.find(',', begin), text.size());
     const std::string syllable =
         xstr::trim(std::string(text.substr(begin, end - begin)), "\t\r\n ", true);
-    if (!syllable.empty()) {
-      places.push_back({text.find(syllable, begin), syllable.size()});
-    }
+    if (!syllable.empty()) places.push_back({text.find(syllable, begin), syllable.size()});
     begin = end + 1;
   }
   return places;
@@ -61,9 +57,7 @@ std::vector<notation::Range> PlacesOfSyllables(std::string_view text) {
 void TakeDefaultTone(const Conversion& conversion, sp::SyllableInfo& syllable) {
   const int tone = conversion.default_tone;
   const int none = TonesOf(conversion.language).none;
-  if (tone == 0) {
-    return;
-  }
+  if (tone == 0) return;
   if (syllable.tone == none) {
     syllable.tone = static_cast<std::int8_t>(tone);
     syllable.code += static_cast<std::uint32_t>(tone - none);
@@ -77,12 +71,8 @@ bool Reader::Read(const std::string& text) {
   syllables_.clear();
   places_.clear();
   applied_.clear();
-  if (!ReadAs(conversion_.from, text)) {
-    return false;
-  }
-  if (conversion_.default_tone != 0) {
-    SetTones();
-  }
+  if (!ReadAs(conversion_.from, text)) return false;
+  if (conversion_.default_tone != 0) SetTones();
   return true;
 }
 
@@ -92,9 +82,7 @@ void Reader::SetTones() {
     TakeDefaultTone(conversion_, decoded_);
     code = static_cast<unsigned short>(decoded_.code);
   }
-  for (sp::SyllableInfo& syllable : syllables_) {
-    TakeDefaultTone(conversion_, syllable);
-  }
+  for (sp::SyllableInfo& syllable : syllables_) TakeDefaultTone(conversion_, syllable);
 }
 
 bool Reader::ReadAs(Source from, const std::string& text) {
@@ -120,9 +108,7 @@ std::size_t Reader::syllable_count() const {
 }
 
 const sp::SyllableInfo& Reader::Syllable(std::size_t index) {
-  if (!HasCodes(conversion_.from)) {
-    return syllables_[index];
-  }
+  if (!HasCodes(conversion_.from)) return syllables_[index];
   Decode(codes_[index]);
   return decoded_;
 }
@@ -146,9 +132,7 @@ bool Reader::ReadPlainly(const std::string& text) {
       normalized = notation::ArpabetToPronunciation(text, options.rules);
   }
   const bool has_tones = normalized.text.find_first_of(kDigits) != std::string::npos;
-  if (!normalized.problems.empty() || !has_tones) {
-    return false;
-  }
+  if (!normalized.problems.empty() || !has_tones) return false;
   applied_ = std::move(normalized.applied);
   return HasCodes(conversion_.from) ? ReadText(normalized.text)
                                     : ReadPronunciation(normalized.text);
@@ -180,9 +164,7 @@ bool Reader::ReadWithPlaces(const std::string& text) {
 }
 
 bool Reader::ReadText(const std::string& text) {
-  if (sp::py2code(conversion_.language, text, codes_) == 0) {
-    return true;
-  }
+  if (sp::py2code(conversion_.language, text, codes_) == 0) return true;
   const notation::Range piece =
       UnknownPiece(conversion_.language, text).value_or(notation::Range{0, text.size()});
   return Unknown("unknown syllable", text, piece);
@@ -194,17 +176,11 @@ bool Reader::LosesNothing(const std::string& text) {
   for (const unsigned short code : codes_) {
     spelled += sp::code2py(serving_language_, code, false).size();
   }
-  if (spelled == CountLetters(text)) {
-    return true;
-  }
+  if (spelled == CountLetters(text)) return true;
   const std::vector<notation::Range> lost = LettersLost(conversion_.language, text);
-  if (lost.empty()) {
-    return true;
-  }
+  if (lost.empty()) return true;
   Unknown(notation::ProblemName(notation::ProblemKind::kLettersLost), text, lost.front());
-  if (lost.size() > 1) {
-    failure_.message += ", and " + std::to_string(lost.size() - 1) + " more";
-  }
+  if (lost.size() > 1) failure_.message += ", and " + std::to_string(lost.size() - 1) + " more";
   return false;
 }
 
@@ -212,9 +188,7 @@ bool Reader::ReadCodes(std::string_view text) {
   std::string_view rest = text;
   for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
     const std::optional<unsigned short> code = ParseNumber<unsigned short>(word);
-    if (!code || !Decode(*code)) {
-      return Unknown("unknown syllable code", text, PlaceOf(word, text));
-    }
+    if (!code || !Decode(*code)) return Unknown("unknown syllable code", text, PlaceOf(word, text));
     codes_.push_back(*code);
   }
   return true;
@@ -233,9 +207,7 @@ bool Reader::ReadIds(std::string_view text) {
     return is_closed || conversion_.is_strict || LosePhones(text);
   }
   std::string_view word = TakeWord(rest);
-  while (ParseIds(word) && RegroupIds()) {
-    word = TakeWord(rest);
-  }
+  while (ParseIds(word) && RegroupIds()) word = TakeWord(rest);
   return Unknown("unknown phone-id byte", text, PlaceOf(word, text));
 }
 
@@ -253,9 +225,7 @@ bool Reader::ParseIds(std::string_view text) {
   phone_ids_.clear();
   for (std::string_view word = TakeWord(text); !word.empty(); word = TakeWord(text)) {
     const std::optional<unsigned char> phone_id = ParseNumber<unsigned char>(word);
-    if (!phone_id) {
-      return false;
-    }
+    if (!phone_id) return false;
     phone_ids_.push_back(*phone_id);
   }
   return true;
@@ -265,9 +235,7 @@ bool Reader::RegroupIds() { return sp::ph2ph(conversion_.language, phone_ids_, s
 
 // By way of the ids, because only phones that have one have a name to write.
 bool Reader::ReadPronunciation(const std::string& text) {
-  if (ParsePronunciation(text)) {
-    return RegroupIds();
-  }
+  if (ParsePronunciation(text)) return RegroupIds();
   std::size_t number = 0;
   for (const notation::Range& syllable : PlacesOfSyllables(text)) {
     ++number;

@@ -1,7 +1,7 @@
 #ifndef TOOLS_CONVERSION_READER_H_
 #define TOOLS_CONVERSION_READER_H_
 
-/// From a text in one of the source notations to the library's syllables.
+// From a text in one of the source notations to the library's syllables.
 
 #include <cstddef>
 #include <string>

@@ -20,9 +20,7 @@ std::string SpellingOf(const sp::SyllableInfo& syllable) {
 
 // What AppendSyllable writes, without the separator at its end; nothing for a gap.
 std::string Written(Target to, const sp::SyllableInfo& syllable, const Gaps& gaps) {
-  if (gaps.Find(to, syllable) != Gap::kNone) {
-    return "";
-  }
+  if (gaps.Find(to, syllable) != Gap::kNone) return "";
   std::string text;
   AppendSyllable(to, syllable, text);
   text.pop_back();
@@ -40,9 +38,7 @@ std::string OnOneField(std::string_view text) {
 Json HeadOf(const RecordHead& head) {
   Json json;
   json["line"] = head.line;
-  if (!head.word.empty()) {
-    json["word"] = head.word;
-  }
+  if (!head.word.empty()) json["word"] = head.word;
   json["text"] = head.text;
   return json;
 }
@@ -89,9 +85,7 @@ void AppendMember(const char* name, std::size_t count, std::string& out, Element
   out += name;
   out += "\":[";
   for (std::size_t i = 0; i < count; ++i) {
-    if (i != 0) {
-      out += ',';
-    }
+    if (i != 0) out += ',';
     AppendJsonText(element(i), out);
   }
   out += ']';

@@ -1,7 +1,7 @@
 #ifndef TOOLS_CONVERSION_RESULT_RECORDS_H_
 #define TOOLS_CONVERSION_RESULT_RECORDS_H_
 
-/// Results as records for other programs: a JSON object a line, or a tab-separated row a syllable.
+// Results as records for other programs: a JSON object a line, or a tab-separated row a syllable.
 
 #include <cstdint>
 #include <string>

@@ -13,9 +13,7 @@ namespace {
 
 // The first name of a row that is not a phone, or null.
 const char* MissingNameOf(const sp::PinyinInfo& row) {
-  if (row.initial[0] != '\0' && row.initial_phone == nullptr) {
-    return row.initial;
-  }
+  if (row.initial[0] != '\0' && row.initial_phone == nullptr) return row.initial;
   return row.final[0] != '\0' && row.final_phone == nullptr ? row.final : nullptr;
 }
 
@@ -25,9 +23,7 @@ bool IsInSmallLetters(std::string_view name) {
 }
 
 Gap FindToneGap(const sp::SyllableInfo& syllable) {
-  if (Gaps::HasTone(syllable)) {
-    return Gap::kNone;
-  }
+  if (Gaps::HasTone(syllable)) return Gap::kNone;
   const bool is_without = ToneDigit(syllable) == TonesOf(syllable.language).none;
   return is_without ? Gap::kNoTone : Gap::kBadTone;
 }
@@ -46,9 +42,7 @@ Gaps::Gaps(const Conversion& conversion)
     missing_names_.push_back(MissingNameOf(row));
     has_spelling_.push_back(IsInSmallLetters(row.pinyin));
     const sp::PhoneInfo* const last = row.final[0] != '\0' ? row.final_phone : row.initial_phone;
-    if (last != nullptr && last->type == sp::PHONE_TYPE_INITIAL) {
-      syllabic_phones_.push_back(last);
-    }
+    if (last != nullptr && last->type == sp::PHONE_TYPE_INITIAL) syllabic_phones_.push_back(last);
   }
 }
 
@@ -65,9 +59,7 @@ Gap Gaps::Find(Target to, const sp::SyllableInfo& syllable) const {
     case Target::kTsv:
       return Gap::kNone;
     case Target::kSyllables:
-      if (!HasSpelling(syllable)) {
-        return Gap::kNoSpelling;
-      }
+      if (!HasSpelling(syllable)) return Gap::kNoSpelling;
       return takes_any_digit || tone_gap == Gap::kNoTone ? Gap::kNone : tone_gap;
     case Target::kMarks:
       return tone_gap;
@@ -81,12 +73,8 @@ Gap Gaps::Find(Target to, const sp::SyllableInfo& syllable) const {
     case Target::kArpabet:
       break;
   }
-  if (phone_gap != Gap::kNone || needs_no_tone) {
-    return phone_gap;
-  }
-  if (tone_gap == Gap::kNone && CountFinals(syllable) > 1) {
-    return Gap::kManyFinals;
-  }
+  if (phone_gap != Gap::kNone || needs_no_tone) return phone_gap;
+  if (tone_gap == Gap::kNone && CountFinals(syllable) > 1) return Gap::kManyFinals;
   return tone_gap != Gap::kNone || can_carry_tone ? tone_gap : Gap::kToneWithoutFinal;
 }
 
@@ -141,9 +129,7 @@ const char* Gaps::MissingName(const sp::SyllableInfo& syllable) const {
 }
 
 Gap Gaps::FindPhoneGap(const sp::SyllableInfo& syllable) const {
-  if (MissingName(syllable) != nullptr) {
-    return Gap::kMissingPhone;
-  }
+  if (MissingName(syllable) != nullptr) return Gap::kMissingPhone;
   return syllable.phones.empty() ? Gap::kNoPhones : Gap::kNone;
 }
 

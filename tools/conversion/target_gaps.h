@@ -1,8 +1,8 @@
 #ifndef TOOLS_CONVERSION_TARGET_GAPS_H_
 #define TOOLS_CONVERSION_TARGET_GAPS_H_
 
-/// What a target notation cannot express of a syllable. Such a syllable fails its line: a result
-/// never has a gap where a phone or a tone belongs.
+// What a target notation cannot express of a syllable. Such a syllable fails its line: a result
+// never has a gap where a phone or a tone belongs.
 
 #include <cstddef>
 #include <string>

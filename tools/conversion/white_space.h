@@ -1,7 +1,7 @@
 #ifndef TOOLS_CONVERSION_WHITE_SPACE_H_
 #define TOOLS_CONVERSION_WHITE_SPACE_H_
 
-/// Text between white space.
+// Text between white space.
 
 #include <algorithm>
 #include <cstddef>

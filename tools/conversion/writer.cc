@@ -35,9 +35,7 @@ void AppendTonedPhones(const sp::SyllableInfo& syllable, std::string& out) {
   const std::size_t carrier = FindToneCarrier(syllable);
   for (std::size_t i = 0; i < syllable.phones.size(); ++i) {
     out += syllable.phones[i]->name;
-    if (i == carrier) {
-      AppendNumber(ToneDigit(syllable), out);
-    }
+    if (i == carrier) AppendNumber(ToneDigit(syllable), out);
     out += ' ';
   }
 }
@@ -115,9 +113,7 @@ bool Writer::Write(Reader& reader, const std::string& text, std::string& out) {
 
 // Returns false at the first gap.
 bool Writer::WriteAll(Reader& reader, std::string& out) {
-  if (to_ == Target::kArpabet) {
-    return WriteArpabet(reader, out);
-  }
+  if (to_ == Target::kArpabet) return WriteArpabet(reader, out);
   return reader.has_codes() ? WriteCodes(reader, out) : WriteSyllables(reader, out);
 }
 
@@ -131,9 +127,7 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
     const std::size_t code = reader.Code(i);
     const bool is_made = code < by_code_.size() && by_code_[code].size != 0;
     const CodeText& text = is_made ? by_code_[code] : MakeText(code, reader.Syllable(i));
-    if (text.size == 0) {
-      return false;
-    }
+    if (text.size == 0) return false;
     if (size + text.bytes.size() > texts.size()) {
       out.append(texts.data(), size);
       size = 0;
@@ -147,9 +141,7 @@ bool Writer::WriteCodes(Reader& reader, std::string& out) {
 
 // Makes the text of a code, of size 0 for one with a gap.
 const Writer::CodeText& Writer::MakeText(std::size_t code, const sp::SyllableInfo& syllable) {
-  if (code >= by_code_.size()) {
-    by_code_.resize(code + 1);
-  }
+  if (code >= by_code_.size()) by_code_.resize(code + 1);
   CodeText& text = by_code_[code];
   if (gaps_.Find(to_, syllable) == Gap::kNone) {
     std::string made;
@@ -163,9 +155,7 @@ bool Writer::WriteSyllables(Reader& reader, std::string& out) {
   const std::size_t count = reader.syllable_count();
   for (std::size_t i = 0; i < count; ++i) {
     const sp::SyllableInfo& syllable = reader.Syllable(i);
-    if (gaps_.Find(to_, syllable) != Gap::kNone) {
-      return false;
-    }
+    if (gaps_.Find(to_, syllable) != Gap::kNone) return false;
     AppendSyllable(to_, syllable, out);
   }
   return true;
@@ -175,9 +165,7 @@ bool Writer::WriteArpabet(Reader& reader, std::string& out) {
   std::string pronunciation;
   for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
     const sp::SyllableInfo& syllable = reader.Syllable(i);
-    if (gaps_.Find(to_, syllable) != Gap::kNone) {
-      return false;
-    }
+    if (gaps_.Find(to_, syllable) != Gap::kNone) return false;
     AppendPronunciation(syllable, pronunciation);
   }
   pronunciation.resize(pronunciation.size() - std::min<std::size_t>(pronunciation.size(), 2));
@@ -203,9 +191,7 @@ Failure Writer::FindGaps(Reader& reader, const std::string& text) const {
       detail = ')' + gaps_.DetailOf(gap, syllable);
     }
   }
-  if (count > 1) {
-    failure.message += " and " + std::to_string(count - 1) + " more";
-  }
+  if (count > 1) failure.message += " and " + std::to_string(count - 1) + " more";
   failure.message += detail;
   return failure;
 }

@@ -1,7 +1,7 @@
 #ifndef TOOLS_CONVERSION_WRITER_H_
 #define TOOLS_CONVERSION_WRITER_H_
 
-/// From the library's syllables to a text in one of the target notations.
+// From the library's syllables to a text in one of the target notations.
 
 #include <array>
 #include <cstddef>

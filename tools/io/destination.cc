@@ -33,9 +33,7 @@ std::string RealPath(const std::string& path) {
 bool HoldsDescriptors(const std::string& directory) {
   const std::string real = RealPath(directory);
   for (const char* const known : {"/proc/self/fd", "/proc/thread-self/fd", "/dev/fd"}) {
-    if (!real.empty() && real == RealPath(known)) {
-      return true;
-    }
+    if (!real.empty() && real == RealPath(known)) return true;
   }
   return false;
 }
@@ -56,9 +54,7 @@ Destination LeadsNowhere(int error) {
 Destination LeadsToDescriptor(const std::string& number) {
   const int descriptor = ParseNumber<int>(number).value_or(-1);
   const int flags = descriptor < 0 ? -1 : ::fcntl(descriptor, F_GETFL);
-  if (flags < 0 || (flags & O_ACCMODE) == O_RDONLY) {
-    return LeadsNowhere(EBADF);
-  }
+  if (flags < 0 || (flags & O_ACCMODE) == O_RDONLY) return LeadsNowhere(EBADF);
   Destination found;
   found.descriptor = descriptor;
   return found;
@@ -78,23 +74,17 @@ bool Destination::IsStream() const {
 }
 
 std::optional<FileId> Destination::Id() const {
-  if (error != 0) {
-    return std::nullopt;
-  }
+  if (error != 0) return std::nullopt;
   return descriptor >= 0 ? IdOf(descriptor) : IdOf(path);
 }
 
 Destination FindDestination(const std::string& name) {
-  if (name == "-") {
-    return LeadsToDescriptor(std::to_string(STDOUT_FILENO));
-  }
+  if (name == "-") return LeadsToDescriptor(std::to_string(STDOUT_FILENO));
   Destination found;
   found.path = name;
   for (int links = 0; links <= kMostLinks; ++links) {
     const PathParts parts = SplitPath(found.path);
-    if (HoldsDescriptors(parts.directory)) {
-      return LeadsToDescriptor(parts.name);
-    }
+    if (HoldsDescriptors(parts.directory)) return LeadsToDescriptor(parts.name);
     const std::string link = ReadLink(found.path);
     if (link.empty()) {
       found.is_special = IsSpecialFile(name);

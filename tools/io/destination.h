@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_DESTINATION_H_
 #define TOOLS_IO_DESTINATION_H_
 
-/// Where the name of an output leads.
+// Where the name of an output leads.
 
 #include <optional>
 #include <string>

@@ -39,30 +39,20 @@ const Encoding* FindUnmarked(std::string_view beginning) {
   constexpr std::size_t kFewest = 2;  // characters
   std::array<std::size_t, 4> nuls = {};
   const std::size_t size = std::min(beginning.size(), kEnough);
-  for (std::size_t i = 0; i < size; ++i) {
-    nuls[i % 4] += beginning[i] == '\0' ? std::size_t{1} : 0;
-  }
+  for (std::size_t i = 0; i < size; ++i) nuls[i % 4] += beginning[i] == '\0' ? std::size_t{1} : 0;
   const std::size_t wide = size / 4;
-  if (wide >= kFewest && nuls[2] >= wide && nuls[3] >= wide && nuls[0] == 0) {
-    return &kUtf32Little;
-  }
-  if (wide >= kFewest && nuls[0] >= wide && nuls[1] >= wide && nuls[3] == 0) {
-    return &kUtf32Big;
-  }
+  if (wide >= kFewest && nuls[2] >= wide && nuls[3] >= wide && nuls[0] == 0) return &kUtf32Little;
+  if (wide >= kFewest && nuls[0] >= wide && nuls[1] >= wide && nuls[3] == 0) return &kUtf32Big;
   const std::size_t even = nuls[0] + nuls[2];
   const std::size_t odd = nuls[1] + nuls[3];
   const std::size_t most = std::max(kFewest, size / 4);  // half of the pairs
-  if (even == 0 && odd >= most) {
-    return &kUtf16Little;
-  }
+  if (even == 0 && odd >= most) return &kUtf16Little;
   return odd == 0 && even >= most ? &kUtf16Big : nullptr;
 }
 
 const Encoding* FindEncoding(std::string_view beginning) {
   for (const Encoding& encoding : kEncodings) {
-    if (beginning.substr(0, encoding.beginning.size()) == encoding.beginning) {
-      return &encoding;
-    }
+    if (beginning.substr(0, encoding.beginning.size()) == encoding.beginning) return &encoding;
   }
   return FindUnmarked(beginning);
 }
@@ -71,9 +61,7 @@ const Encoding* FindEncoding(std::string_view beginning) {
 
 std::optional<std::string> EncodingProblem(std::string_view beginning, std::string_view use) {
   const Encoding* const encoding = FindEncoding(beginning);
-  if (encoding == nullptr) {
-    return std::nullopt;
-  }
+  if (encoding == nullptr) return std::nullopt;
   return "it is " + std::string(encoding->name) +
          ", not UTF-8 text; try: " + std::string(encoding->command) + " FILE " + std::string(use);
 }

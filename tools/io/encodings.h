@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_ENCODINGS_H_
 #define TOOLS_IO_ENCODINGS_H_
 
-/// Files that are not UTF-8 text, and how to make UTF-8 text of them.
+// Files that are not UTF-8 text, and how to make UTF-8 text of them.
 
 #include <optional>
 #include <string>

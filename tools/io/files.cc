@@ -12,18 +12,14 @@ namespace qeo::tool {
 namespace {
 
 std::optional<FileId> IdOf(const struct stat& status) {
-  if (!S_ISREG(status.st_mode)) {
-    return std::nullopt;
-  }
+  if (!S_ISREG(status.st_mode)) return std::nullopt;
   return FileId{status.st_dev, status.st_ino, ""};
 }
 
 }  // namespace
 
 File::~File() {
-  if (file_descriptor_ > STDERR_FILENO) {
-    Close();
-  }
+  if (file_descriptor_ > STDERR_FILENO) Close();
 }
 
 int File::Close() {
@@ -32,9 +28,7 @@ int File::Close() {
 }
 
 File MoveBeyondStandard(int file_descriptor) {
-  if (file_descriptor < 0 || file_descriptor > STDERR_FILENO) {
-    return File(file_descriptor);
-  }
+  if (file_descriptor < 0 || file_descriptor > STDERR_FILENO) return File(file_descriptor);
   const int moved = ::fcntl(file_descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   const int error = errno;
   ::close(file_descriptor);
@@ -57,13 +51,9 @@ std::optional<FileId> IdOf(int file_descriptor) {
 
 std::optional<FileId> IdOf(const std::string& path) {
   struct stat status = {};
-  if (::stat(path.c_str(), &status) == 0) {
-    return IdOf(status);
-  }
+  if (::stat(path.c_str(), &status) == 0) return IdOf(status);
   const PathParts parts = SplitPath(path);
-  if (::stat(parts.directory.c_str(), &status) != 0) {
-    return std::nullopt;
-  }
+  if (::stat(parts.directory.c_str(), &status) != 0) return std::nullopt;
   return FileId{status.st_dev, status.st_ino, parts.name};
 }
 

@@ -1,8 +1,8 @@
 #ifndef TOOLS_IO_FILES_H_
 #define TOOLS_IO_FILES_H_
 
-/// Files that the tool opens itself. Their descriptors are never those of standard input, output
-/// and error, also where one of these was closed: what is meant for them must not end up in a file.
+// Files that the tool opens itself. Their descriptors are never those of standard input, output
+// and error, also where one of these was closed: what is meant for them must not end up in a file.
 
 #include <sys/types.h>
 

@@ -12,9 +12,7 @@ FilesInUse::FilesInUse() {
 }
 
 void FilesInUse::Read(const std::string& name, const std::optional<FileId>& file) {
-  if (!file) {
-    return;
-  }
+  if (!file) return;
   for (const Use& use : uses_) {
     if (use.is_written && use.file == *file) {
       throw UsageError(name + " and " + use.name + " are the same file",
@@ -25,9 +23,7 @@ void FilesInUse::Read(const std::string& name, const std::optional<FileId>& file
 }
 
 void FilesInUse::Write(const std::string& name, const std::optional<FileId>& file, bool is_stream) {
-  if (!file) {
-    return;
-  }
+  if (!file) return;
   for (const Use& use : uses_) {
     if (use.file == *file && !(is_stream && use.is_stream)) {
       throw UsageError(use.name + " and " + name + " are the same file",

@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_FILES_IN_USE_H_
 #define TOOLS_IO_FILES_IN_USE_H_
 
-/// Which files a run reads and writes.
+// Which files a run reads and writes.
 
 #include <optional>
 #include <string>

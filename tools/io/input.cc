@@ -54,16 +54,12 @@ bool BlockReader::Next(Block& block) {
   rest_.clear();
   block.is_first_part = !is_in_long_line_;
   ReadLine(block.text);
-  if (HasMark(block.text)) {
-    block.text.erase(0, kByteOrderMark.size());
-  }
+  if (HasMark(block.text)) block.text.erase(0, kByteOrderMark.size());
   is_at_beginning_ = false;
   block.is_overlong = is_in_long_line_;
   block.first_line = next_line_;
   block.is_last_part = false;
-  if (!is_in_long_line_) {
-    return TakeLines(block);
-  }
+  if (!is_in_long_line_) return TakeLines(block);
   TakePart(block);
   return true;
 }
@@ -91,17 +87,13 @@ void BlockReader::ReadLine(std::string& text) {
 bool BlockReader::TakeLines(Block& block) {
   const std::size_t newline = block.text.rfind('\n');
   const bool is_last_line_open = newline == std::string::npos;
-  if (is_last_line_open && error_ != 0) {
-    block.text.clear();
-  }
+  if (is_last_line_open && error_ != 0) block.text.clear();
   if (!is_last_line_open) {
     rest_.assign(block.text, newline + 1);
     block.text.resize(newline + 1);
   }
   block.line_count = CountNewlines(block.text);
-  if (is_last_line_open && !block.text.empty()) {
-    ++block.line_count;
-  }
+  if (is_last_line_open && !block.text.empty()) ++block.line_count;
   next_line_ += block.line_count;
   return block.line_count > 0;
 }
@@ -129,9 +121,7 @@ void BlockReader::TakePart(Block& block) {
 ssize_t BlockReader::Read(char* bytes) const {
   while (true) {
     const ssize_t count = ::read(file_descriptor_, bytes, limits_.bytes_a_read);
-    if (count >= 0) {
-      return count;
-    }
+    if (count >= 0) return count;
     if (WouldWait(errno)) {
       WaitFor(file_descriptor_, POLLIN);
     } else if (errno != EINTR) {
@@ -145,9 +135,7 @@ bool BlockReader::Fill(std::string& text) {
   const std::size_t size = text.size();
   text.resize(size + limits_.bytes_a_read);
   const ssize_t count = Read(text.data() + size);
-  if (count < 0) {
-    error_ = errno;
-  }
+  if (count < 0) error_ = errno;
   text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
   byte_count_ += text.size() - size;
   is_at_end_ = count <= 0;

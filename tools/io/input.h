@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_INPUT_H_
 #define TOOLS_IO_INPUT_H_
 
-/// Input as blocks of whole lines, in constant memory. Lines are bytes of any value.
+// Input as blocks of whole lines, in constant memory. Lines are bytes of any value.
 
 #include <sys/types.h>
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_NONBLOCKING_H_
 #define TOOLS_IO_NONBLOCKING_H_
 
-/// Descriptors that do not block, which a program inherits from one that shares them.
+// Descriptors that do not block, which a program inherits from one that shares them.
 
 #include <poll.h>
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_ORDERED_WORKERS_H_
 #define TOOLS_IO_ORDERED_WORKERS_H_
 
-/// Work on many threads whose results come back in the order in which the tasks were given.
+// Work on many threads whose results come back in the order in which the tasks were given.
 
 #include <condition_variable>
 #include <cstddef>
@@ -24,13 +24,9 @@ class OrderedWorkers {
   /// Starts a thread for each of `works`, or none for a single one, which then works in Give.
   /// Throws std::system_error when there can be no more threads.
   explicit OrderedWorkers(std::vector<Work> works) : works_(std::move(works)) {
-    if (works_.size() == 1) {
-      return;
-    }
+    if (works_.size() == 1) return;
     try {
-      for (const Work& work : works_) {
-        threads_.emplace_back([this, &work] { Run(work); });
-      }
+      for (const Work& work : works_) threads_.emplace_back([this, &work] { Run(work); });
     } catch (...) {
       End();  // those that were started
       throw;
@@ -71,9 +67,7 @@ class OrderedWorkers {
     places_.pop_front();
     std::unique_lock<std::mutex> lock(mutex_);
     is_done_.wait(lock, [&place] { return place->is_done; });
-    if (place->failure) {
-      std::rethrow_exception(place->failure);
-    }
+    if (place->failure) std::rethrow_exception(place->failure);
     return std::move(place->task);
   }
 
@@ -90,9 +84,7 @@ class OrderedWorkers {
       is_ending_ = true;
     }
     has_task_.notify_all();
-    for (std::thread& thread : threads_) {
-      thread.join();
-    }
+    for (std::thread& thread : threads_) thread.join();
   }
 
   void Run(const Work& work) {
@@ -114,9 +106,7 @@ class OrderedWorkers {
   Place* WaitForTask() {
     std::unique_lock<std::mutex> lock(mutex_);
     has_task_.wait(lock, [this] { return is_ending_ || !waiting_.empty(); });
-    if (is_ending_) {
-      return nullptr;
-    }
+    if (is_ending_) return nullptr;
     Place* const place = waiting_.front();
     waiting_.pop_front();
     return place;

@@ -37,9 +37,7 @@ Output::Output(const Destination& destination) {
   } else {
     file_ = replacement_.emplace(destination.path).Create();
   }
-  if (!file_.IsOpen()) {
-    Fail(errno);
-  }
+  if (!file_.IsOpen()) Fail(errno);
 }
 
 void Output::Flush() {
@@ -85,18 +83,12 @@ bool Output::IsTerminal() const { return ::isatty(file_.descriptor()) == 1; }
 
 void Output::Close() {
   Flush();
-  if (replacement_ && error_ == 0 && ::fsync(file_.descriptor()) != 0) {
-    Fail(errno);
-  }
-  if (const int error = file_.Close(); error != 0) {
-    Fail(error);
-  }
+  if (replacement_ && error_ == 0 && ::fsync(file_.descriptor()) != 0) Fail(errno);
+  if (const int error = file_.Close(); error != 0) Fail(error);
 }
 
 void Output::Fail(int error) {
-  if (error_ == 0) {
-    error_ = error;
-  }
+  if (error_ == 0) error_ = error;
 }
 
 void PutInPlace(const std::vector<Output*>& outputs) {
@@ -104,9 +96,7 @@ void PutInPlace(const std::vector<Output*>& outputs) {
   placed.reserve(outputs.size());
   const SignalsHeld held;
   for (Output* const output : outputs) {
-    if (!output->replacement_) {
-      continue;
-    }
+    if (!output->replacement_) continue;
     if (!output->replacement_->Exchange()) {
       output->Fail(errno);
       std::for_each(placed.begin(), placed.end(), [](Replacement* file) { file->Undo(); });

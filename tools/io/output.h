@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_OUTPUT_H_
 #define TOOLS_IO_OUTPUT_H_
 
-/// Text out, to a file descriptor or a file, of which a reader sees whole lines.
+// Text out, to a file descriptor or a file, of which a reader sees whole lines.
 
 #include <optional>
 #include <string>

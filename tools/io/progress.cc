@@ -53,9 +53,7 @@ std::string Bar(double part) {
 std::string ProgressLine(const Done& done) {
   const auto rate = static_cast<std::uint64_t>(static_cast<double>(done.lines) / done.seconds);
   std::string lines = std::to_string(done.lines) + " lines, " + std::to_string(rate) + " lines/s";
-  if (done.total_bytes == 0 || done.bytes == 0) {
-    return lines;
-  }
+  if (done.total_bytes == 0 || done.bytes == 0) return lines;
   // A file can grow while it is read.
   const double total = static_cast<double>(std::max(done.bytes, done.total_bytes));
   const double part = static_cast<double>(done.bytes) / total;
@@ -70,13 +68,9 @@ Progress::Progress(bool is_wanted, std::uint64_t total_bytes)
       last_(begin_) {}
 
 void Progress::Show(std::uint64_t byte_count, std::uint64_t line_count) {
-  if (!is_wanted_) {
-    return;
-  }
+  if (!is_wanted_) return;
   const Clock::time_point now = Clock::now();
-  if (now - last_ < kBetweenDrawings) {
-    return;
-  }
+  if (now - last_ < kBetweenDrawings) return;
   last_ = now;
   is_shown_ = true;
   const double seconds = std::chrono::duration<double>(now - begin_).count();
@@ -94,9 +88,7 @@ void Progress::Clear() {
 std::uint64_t BytesAhead(int file_descriptor) {
   struct stat status = {};
   const off_t begin = ::lseek(file_descriptor, 0, SEEK_CUR);
-  if (begin < 0 || ::fstat(file_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-    return 0;
-  }
+  if (begin < 0 || ::fstat(file_descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return 0;
   return static_cast<std::uint64_t>(std::max<off_t>(status.st_size - begin, 0));
 }
 

@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_PROGRESS_H_
 #define TOOLS_IO_PROGRESS_H_
 
-/// A progress bar on standard error, when that is a terminal.
+// A progress bar on standard error, when that is a terminal.
 
 #include <chrono>
 #include <cstdint>

@@ -39,9 +39,7 @@ static_assert(std::atomic<const char*>::is_always_lock_free);
 
 extern "C" void RemoveTemporaryFiles(int signal) {
   for (const std::atomic<const char*>& file : temporary_files) {
-    if (const char* const name = file.load(); name != nullptr) {
-      ::unlink(name);
-    }
+    if (const char* const name = file.load(); name != nullptr) ::unlink(name);
   }
   std::signal(signal, SIG_DFL);
   std::raise(signal);
@@ -52,9 +50,7 @@ template <typename Act>
 void ForEachSignal(Act act) {
   std::for_each(kSignals.begin(), kSignals.end(), act);
 #ifdef SIGRTMIN
-  for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) {
-    act(signal);
-  }
+  for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) act(signal);
 #endif
 }
 
@@ -82,9 +78,7 @@ std::atomic<const char*>* Register(const char* name) {
   HandleSignals();
   for (std::atomic<const char*>& file : temporary_files) {
     const char* none = nullptr;
-    if (file.compare_exchange_strong(none, name)) {
-      return &file;
-    }
+    if (file.compare_exchange_strong(none, name)) return &file;
   }
   return nullptr;
 }
@@ -99,9 +93,7 @@ mode_t Umask() {
 // of the group would be those of another one, so they go. Who was the owner is now one of the group
 // or of the others, and who was of the group is one of the others: they get what they had at most.
 mode_t ModeWithout(mode_t mode, bool has_owner, bool has_group) {
-  if (!has_owner) {
-    mode &= 0700 | (mode & 0700) >> 3 | (mode & 0700) >> 6;
-  }
+  if (!has_owner) mode &= 0700 | (mode & 0700) >> 3 | (mode & 0700) >> 6;
   return has_group ? mode : mode & (0700 | (mode & 0070) >> 3);
 }
 
@@ -140,12 +132,8 @@ bool RenameFile(const std::string& from, const std::string& to) {
 // For file systems that cannot exchange two names. Where there are links, `to` always has a file.
 bool ExchangeByThirdName(const std::string& from, const std::string& to) {
   const std::string older = from + "-older";
-  if (::link(to.c_str(), older.c_str()) != 0 && !RenameFile(to, older)) {
-    return false;
-  }
-  if (RenameFile(from, to) && RenameFile(older, from)) {
-    return true;
-  }
+  if (::link(to.c_str(), older.c_str()) != 0 && !RenameFile(to, older)) return false;
+  if (RenameFile(from, to) && RenameFile(older, from)) return true;
   const int error = errno;
   RenameFile(older, to);  // does nothing where both are links of one file
   ::unlink(older.c_str());
@@ -155,12 +143,8 @@ bool ExchangeByThirdName(const std::string& from, const std::string& to) {
 
 bool ExchangeFiles(const std::string& from, const std::string& to) {
 #ifdef RENAME_EXCHANGE
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_EXCHANGE) == 0) {
-    return true;
-  }
-  if (errno != EINVAL && errno != ENOSYS) {
-    return false;
-  }
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_EXCHANGE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
 #endif
   return ExchangeByThirdName(from, to);
 }
@@ -187,14 +171,10 @@ Replacement::~Replacement() {
 File Replacement::Create() {
   const SignalsHeld held;
   const int created = ::mkostemp(temporary_.data(), O_CLOEXEC);
-  if (created < 0) {
-    return File();
-  }
+  if (created < 0) return File();
   registered_ = Register(temporary_.c_str());
   File file = MoveBeyondStandard(created);
-  if (file.IsOpen()) {
-    CopyOwnerAndMode(path_, file.descriptor());
-  }
+  if (file.IsOpen()) CopyOwnerAndMode(path_, file.descriptor());
   return file;
 }
 

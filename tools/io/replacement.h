@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_REPLACEMENT_H_
 #define TOOLS_IO_REPLACEMENT_H_
 
-/// A file that takes its name, and the place of an older file of that name, only when it is whole.
+// A file that takes its name, and the place of an older file of that name, only when it is whole.
 
 #include <atomic>
 #include <csignal>

@@ -1,7 +1,7 @@
 #ifndef TOOLS_IO_SPLIT_PATH_H_
 #define TOOLS_IO_SPLIT_PATH_H_
 
-/// Paths as text.
+// Paths as text.
 
 #include <cstddef>
 #include <string>
@@ -15,9 +15,7 @@ struct PathParts {
 
 inline PathParts SplitPath(const std::string& path) {
   const std::size_t slash = path.rfind('/');
-  if (slash == std::string::npos) {
-    return {"./", path};
-  }
+  if (slash == std::string::npos) return {"./", path};
   return {path.substr(0, slash + 1), path.substr(slash + 1)};
 }
 

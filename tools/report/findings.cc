@@ -14,9 +14,7 @@ void FindingWriter::Write(const Finding& finding) {
     WriteText(finding);
   }
   output_.text() += '\n';
-  if (output_.IsLarge()) {
-    output_.Flush();
-  }
+  if (output_.IsLarge()) output_.Flush();
 }
 
 // FILE:LINE:COLUMN: KIND: MESSAGE, with a column that counts bytes from 1.
@@ -58,9 +56,7 @@ void FindingWriter::WriteJson(const Finding& finding) {
   json["severity"] = finding.is_problem ? "error" : "note";
   json["kind"] = finding.kind;
   json["message"] = Presentable(finding.message);
-  if (!finding.suggestion.empty()) {
-    json["suggestion"] = finding.suggestion;
-  }
+  if (!finding.suggestion.empty()) json["suggestion"] = finding.suggestion;
   if (finding.source != nullptr && finding.source->hint != notation::Hint::kNone) {
     WriteHint(finding, json);
   }

@@ -1,7 +1,7 @@
 #ifndef TOOLS_REPORT_FINDINGS_H_
 #define TOOLS_REPORT_FINDINGS_H_
 
-/// What a check has found, in the form that editors and CI systems read or as JSON.
+// What a check has found, in the form that editors and CI systems read or as JSON.
 
 #include <unistd.h>
 

@@ -43,9 +43,7 @@ void AppendJsonText(const Json& json, std::string& out) {
     if (!rest.empty()) {
       const Glyph glyph = ReadGlyph(rest);
       const std::string_view bytes = rest.substr(0, glyph.size);
-      if (glyph.is_mark && !plain.empty()) {
-        carries_marks = CarriesMarks(plain);
-      }
+      if (glyph.is_mark && !plain.empty()) carries_marks = CarriesMarks(plain);
       carries_marks = glyph.shown == bytes && (!glyph.is_mark || carries_marks);
       out += carries_marks ? glyph.shown : EscapeCharacter(bytes);
       rest.remove_prefix(glyph.size);

@@ -1,7 +1,7 @@
 #ifndef TOOLS_REPORT_JSON_H_
 #define TOOLS_REPORT_JSON_H_
 
-/// JSON as the tool writes it: one object a line, members in the order in which they were added.
+// JSON as the tool writes it: one object a line, members in the order in which they were added.
 
 #include <nlohmann/json.hpp>
 #include <string>

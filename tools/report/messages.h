@@ -1,7 +1,7 @@
 #ifndef TOOLS_REPORT_MESSAGES_H_
 #define TOOLS_REPORT_MESSAGES_H_
 
-/// The form of what the tool reports on standard error: one line a message.
+// The form of what the tool reports on standard error: one line a message.
 
 #include <string>
 #include <string_view>

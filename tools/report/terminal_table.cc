@@ -14,9 +14,7 @@ namespace {
 std::string More(std::size_t count) { return "... and " + std::to_string(count) + " more"; }
 
 void Widen(const Row& row, std::vector<std::size_t>& widths) {
-  for (std::size_t i = 0; i < widths.size(); ++i) {
-    widths[i] = std::max(widths[i], Cells(row[i]));
-  }
+  for (std::size_t i = 0; i < widths.size(); ++i) widths[i] = std::max(widths[i], Cells(row[i]));
 }
 
 void AppendRow(const std::vector<Column>& columns, const std::vector<std::size_t>& widths,
@@ -24,13 +22,9 @@ void AppendRow(const std::vector<Column>& columns, const std::vector<std::size_t
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const std::string padding(widths[i] - Cells(row[i]), ' ');
     out.append(kColumnGap, ' ');
-    if (columns[i].is_number) {
-      out += padding;
-    }
+    if (columns[i].is_number) out += padding;
     out += row[i];
-    if (!columns[i].is_number && i + 1 < columns.size()) {
-      out += padding;
-    }
+    if (!columns[i].is_number && i + 1 < columns.size()) out += padding;
   }
   out += '\n';
 }
@@ -40,39 +34,25 @@ void AppendRow(const std::vector<Column>& columns, const std::vector<std::size_t
 void AppendTable(const std::vector<Column>& columns, const std::vector<Row>& rows,
                  std::size_t hidden_count, std::string& out) {
   Row titles;
-  for (const Column& column : columns) {
-    titles.emplace_back(column.title);
-  }
+  for (const Column& column : columns) titles.emplace_back(column.title);
   std::vector<std::size_t> widths(columns.size());
   Widen(titles, widths);
-  for (const Row& row : rows) {
-    Widen(row, widths);
-  }
+  for (const Row& row : rows) Widen(row, widths);
   AppendRow(columns, widths, titles, out);
-  for (const Row& row : rows) {
-    AppendRow(columns, widths, row, out);
-  }
-  if (hidden_count > 0) {
-    out.append(kColumnGap, ' ').append(More(hidden_count)) += '\n';
-  }
+  for (const Row& row : rows) AppendRow(columns, widths, row, out);
+  if (hidden_count > 0) out.append(kColumnGap, ' ').append(More(hidden_count)) += '\n';
 }
 
 std::string FittedList(std::string_view list, std::string_view separator, std::size_t cells) {
   constexpr std::size_t kRoomForMore = 24;
-  if (list.size() <= cells || Cells(list) <= cells) {
-    return Fitted(list, cells);
-  }
+  if (list.size() <= cells || Cells(list) <= cells) return Fitted(list, cells);
   std::size_t end = 0;  // of what is shown
   for (std::size_t next = list.find(separator); next != list.npos;) {
-    if (Cells(list.substr(0, next)) + kRoomForMore > cells) {
-      break;
-    }
+    if (Cells(list.substr(0, next)) + kRoomForMore > cells) break;
     end = next;
     next = list.find(separator, next + separator.size());
   }
-  if (end == 0) {
-    return Fitted(list, cells);
-  }
+  if (end == 0) return Fitted(list, cells);
   std::size_t more = 0;
   for (std::size_t at = end; at != list.npos; at = list.find(separator, at + separator.size())) {
     ++more;

@@ -1,7 +1,7 @@
 #ifndef TOOLS_REPORT_TERMINAL_TABLE_H_
 #define TOOLS_REPORT_TERMINAL_TABLE_H_
 
-/// Aligned columns for a terminal, and a count of what does not find room in them.
+// Aligned columns for a terminal, and a count of what does not find room in them.
 
 #include <cstddef>
 #include <string>

@@ -138,9 +138,7 @@ Excerpt Escape(std::string_view text, std::size_t cells) { return Begin(text, ce
 std::string Quote(std::string_view text, std::size_t cells) {
   const std::size_t room = cells - 2;  // between the quotes
   const Excerpt excerpt = Escape(text, room);
-  if (excerpt.is_whole) {
-    return '"' + excerpt.shown + '"';
-  }
+  if (excerpt.is_whole) return '"' + excerpt.shown + '"';
   return '"' + Escape(text, room - kDots.size()).shown + '"' + std::string(kDots);
 }
 

@@ -1,8 +1,8 @@
 #ifndef TOOLS_REPORT_TERMINAL_TEXT_H_
 #define TOOLS_REPORT_TERMINAL_TEXT_H_
 
-/// Bytes of any origin as a terminal can show them: text unchanged, and as \xNN what the
-/// terminal would obey and what nobody would see.
+// Bytes of any origin as a terminal can show them: text unchanged, and as \xNN what the
+// terminal would obey and what nobody would see.
 
 #include <cstddef>
 #include <string>

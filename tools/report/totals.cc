@@ -16,9 +16,7 @@ void AppendCount(std::string_view name, std::uint64_t count, std::string& list) 
 }
 
 std::string Closed(std::string list) {
-  if (!list.empty()) {
-    list += ')';
-  }
+  if (!list.empty()) list += ')';
   return list;
 }
 
@@ -33,12 +31,8 @@ void Totals::CountRules(const std::vector<notation::Application>& applications) 
 void Totals::Add(const Totals& others) {
   converted += others.converted;
   comments += others.comments;
-  for (std::size_t i = 0; i < applied.size(); ++i) {
-    applied[i] += others.applied[i];
-  }
-  for (const auto& [kind, count] : others.failed) {
-    failed[kind] += count;
-  }
+  for (std::size_t i = 0; i < applied.size(); ++i) applied[i] += others.applied[i];
+  for (const auto& [kind, count] : others.failed) failed[kind] += count;
 }
 
 std::string Summary(const Totals& totals) {

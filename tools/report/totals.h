@@ -1,7 +1,7 @@
 #ifndef TOOLS_REPORT_TOTALS_H_
 #define TOOLS_REPORT_TOTALS_H_
 
-/// What became of the lines of a run.
+// What became of the lines of a run.
 
 #include <array>
 #include <cstdint>
