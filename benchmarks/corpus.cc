@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint64_t kSeed = 20240601;
 constexpr unsigned kTonesInUse = 5;
 
-// English has no syllable table: a consonant and a vowel stand for one of its syllables.
+// English has no syllable table: a consonant and a vowel are taken as one of its syllables.
 constexpr unsigned kEnglishVowels = 16;
 constexpr unsigned kFirstEnglishConsonant = 17;
 constexpr unsigned kEnglishConsonants = 24;
@@ -87,7 +87,7 @@ std::map<int, SpMapping> MakeTable() {
   return table;
 }
 
-// No syllable ends in one of these letters or goes on with it behind a final.
+// No syllable ends in one of these letters or goes on with it after a final.
 constexpr std::string_view kLettersThatOnlyBegin = "bpfdtzcsjqxkl";
 
 }  // namespace

@@ -32,7 +32,7 @@ BLOCK = "4M"  # for GNU parallel; large enough that starting the tool is little
 
 
 def make_lexicon(folder: Path, count: int) -> Path:
-    """One file of all lines, and the same lines as shards, one behind the other."""
+    """One file of all lines, and the same lines as shards, one after the other."""
     lines = [line for line in LEXICON.read_bytes().splitlines(True) if not line.startswith(b"# ")]
     whole = folder / "lexicon.tsv"
     (folder / "shards").mkdir()

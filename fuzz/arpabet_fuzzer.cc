@@ -24,7 +24,7 @@ std::vector<sp::SyllableInfo> Parse(const std::string& pronunciation) {
   return syllables;
 }
 
-// The consonants in front of the vowel, and one more in front of them.
+// The consonants before the vowel, and one more before them.
 std::string Onset(const sp::SyllableInfo& syllable, const sp::PhoneInfo* before) {
   std::string onset = before == nullptr ? "" : before->name;
   for (const sp::PhoneInfo* phone : syllable.phones) {

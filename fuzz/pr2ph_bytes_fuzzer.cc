@@ -1,4 +1,4 @@
-// pr2ph to bytes: they are those of the reference form, behind what the caller had; on success
+// pr2ph to bytes: they are those of the reference form, after what the caller had; on success
 // ph2ph regroups what was appended into the records of the other pr2ph.
 
 #include <algorithm>

@@ -32,7 +32,7 @@ struct SlowLine {
   bool is_open = false;  // the text ends without a newline
 };
 
-// Bytes up to the newline, with a return in front of it counted among the text for the limit.
+// Bytes up to the newline, with a return before it counted among the text for the limit.
 std::vector<SlowLine> SplitSlowly(const std::string& text, std::size_t longest_line) {
   std::vector<SlowLine> lines;
   for (std::size_t begin = 0; begin < text.size();) {

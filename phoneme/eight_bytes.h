@@ -58,14 +58,15 @@ class EightByteReader {
         size_(text.size()),
         short_text_(text.size() < kWordBytes ? LoadShort(text) : 0) {}
 
-  /// The eight bytes from `offset`, below the text's size, on; zeros stand for those past its end.
+  /// The eight bytes from `offset`, below the text's size, on; zeros in place of those past its
+  /// end.
   std::uint64_t From(std::size_t offset) const {
     if (size_ < kWordBytes) return short_text_ >> (8 * offset);
     const std::size_t start = std::min(offset, size_ - kWordBytes);
     return Load(bytes_ + start) >> (8 * (offset - start));
   }
 
-  /// The eight bytes up to `end`, above 0; zeros stand for those before the text's front.
+  /// The eight bytes up to `end`, above 0; zeros in place of those before the text.
   std::uint64_t UpTo(std::size_t end) const {
     if (end < kWordBytes) return From(0) << (8 * (kWordBytes - end));
     return Load(bytes_ + end - kWordBytes);

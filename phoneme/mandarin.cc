@@ -14,7 +14,7 @@ using namespace internal;
 
 namespace {
 
-// Silence, the initials, the finals. "v" stands for u with diaeresis, "ii" is the final of "zi" and
+// Silence, the initials, the finals. "v" is u with diaeresis, "ii" is the final of "zi" and
 // "iii" that of "zhi"; contracted spellings keep their full final ("jiu" is j + iou). Rows 35 and
 // 36 are both "iou": the name finds row 35, and row 36 is found by its id.
 // clang-format off

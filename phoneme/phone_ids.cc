@@ -12,7 +12,7 @@ using namespace internal;
 
 namespace {
 
-/// The phones that the bytes of a sequence stand for, so that a list is made of them at once.
+/// The phones that the bytes of a sequence encode, so that a list is made of them at once.
 class PhoneIterator {
  public:
   using iterator_category = std::forward_iterator_tag;

@@ -16,8 +16,8 @@ std::size_t Count();
 std::ptrdiff_t CountLive();
 
 enum class Failing : std::uint8_t {
-  kOne,         ///< one allocation; those behind it find memory again
-  kFromThenOn,  ///< that one and all behind it
+  kOne,         ///< one allocation; those after it find memory again
+  kFromThenOn,  ///< that one and all after it
 };
 
 /// Makes the n-th allocation of this thread from now on fail, counted from 1.

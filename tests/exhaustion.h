@@ -83,7 +83,7 @@ class Exhaustion {
     }
     EXPECT_EQ(allocations::CountLive(), live) << "blocks are left";
     ExpectReusable(allocation, failing);
-    EXPECT_EQ(allocations::CountLive(), live) << "blocks are left behind a second call";
+    EXPECT_EQ(allocations::CountLive(), live) << "blocks are left after a second call";
     return has_failed;
   }
 

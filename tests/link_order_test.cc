@@ -1,5 +1,5 @@
-// A static initialiser that converts, in a source that is linked in front of the library and in one
-// that is linked behind it: whoever comes first makes the phone sets. PHONEME_LIBRARY_FIRST says
+// A static initialiser that converts, in a source that is linked before the library and in one
+// that is linked after it: whoever comes first makes the phone sets. PHONEME_LIBRARY_FIRST says
 // which of the two this is.
 
 #include <gtest/gtest.h>

@@ -94,7 +94,7 @@ TEST(Ph2Ph, UnregisteredLanguagesAreServedByAmericanEnglish) {
   }
 }
 
-// Syllables of many phones, each with a short one and an empty one behind it.
+// Syllables of many phones, each with a short one and an empty one after it.
 TEST(Ph2Ph, LongSyllables) {
   for (const int count : {7, 8, 9, 15, 16, 17, 18, 31, 32, 33, 34, 47, 48, 49, 1000}) {
     SCOPED_TRACE(count);
@@ -133,7 +133,7 @@ TEST(Ph2Ph, ManySyllables) {
 
 // All bytes
 
-// What ph2ph answers for each byte alone and with a closing byte behind it.
+// What ph2ph answers for each byte alone and with a closing byte after it.
 void ExpectAllBytes(int language, const Language& served_by) {
   const std::vector<GoldenPhone> phones = served_by.phones();
   ASSERT_EQ(phones.size(), static_cast<std::size_t>(served_by.phone_count));

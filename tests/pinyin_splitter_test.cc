@@ -62,7 +62,7 @@ TEST(Cutting, AtDigits) {
       {"ni3hao", {"ni3", "hao"}, {"ni3", "hao"}},
       {"xi1an1", {"xi1", "an1"}, {"xi1", "an1"}},
       {"xian1", {"xian1"}, {"xian1"}},
-      // a digit that has no letters in front of it is a piece of its own
+      // a digit that has no letters before it is a piece of its own
       {"5", {"5"}, {"5"}},
       {"3ni", {"3", "ni"}, {"3", "ni"}},
       {"ni33", {"ni3", "3"}, {"ni3", "3"}},
@@ -78,7 +78,7 @@ TEST(Cutting, AtDigits) {
       {"zhuangs1", {"zhuangs1"}, {"zhuangs1"}},  // seven letters
       {"zhuangzhuang1", {"zhuangzhuang1"}, {"zhuangzhuang1"}},
       {"hello3", {"hello3"}, {"hello3"}},
-      // a piece with a digit is cut at it, the run behind it by longest match
+      // a piece with a digit is cut at it, the run after it by longest match
       {"ni3haoma", {"ni3", "hao", "ma"}, {"ni3", "ma", "hao"}},
       {"ni3hello", {"ni3", "he"}, {"ni3", "lo"}},
       {"ni3xyz", {"ni3"}, {"ni3"}},

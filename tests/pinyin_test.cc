@@ -284,7 +284,7 @@ class EveryChineseLanguage : public testing::TestWithParam<Language> {};
 INSTANTIATE_TEST_SUITE_P(Py2Ph, EveryChineseLanguage, testing::Values(kMandarin, kCantonese),
                          LanguageName);
 
-// The tone that each digit stands for; the last entry is for no digit.
+// The tone that each digit means; the last entry is for no digit.
 constexpr int kMandarinTones[] = {5, 1, 2, 3, 4, 5, 1, 2, 3, 4, 5};
 constexpr int kCantoneseTones[] = {7, 1, 2, 3, 4, 5, 6, 7, 1, 2, 7};
 

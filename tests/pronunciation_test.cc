@@ -120,7 +120,7 @@ TEST(Pr2Ph, OutputIsKeptAfterASyllableOfOnePiece) {
       {20000, "aa 1, aa", -1, {{20000, "aa", 0, 0, 1}}, {7, 8, 11, 1}},
       {20000, "aa 1,1", -1, {{20000, "aa", 0, 0, 1}}, {7, 8, 11, 1}},
       {20000, "aa 1,, 1 ,", -1, {{20000, "aa", 0, 0, 1}}, {7, 8, 11, 1}},
-      // what comes behind is not looked at
+      // what follows is not looked at
       {20000, "aa 1, bb, zz 1", -1, {{20000, "aa", 0, 0, 1}}, {7, 8, 11, 1}},
       {20000, "aa 1, bb, aa 2", -1, {{20000, "aa", 0, 0, 1}}, {7, 8, 11, 1}},
       // no space, no second piece, however long
@@ -209,7 +209,7 @@ TEST(Pr2Ph, OutputIsEmptiedAfterALastPieceThatIsNotOneDigit) {
   ExpectBothForms(cases);
 }
 
-// An unknown phone and a bad digit in the same syllable, and a syllable of one piece behind both.
+// An unknown phone and a bad digit in the same syllable, and a syllable of one piece after both.
 TEST(Pr2Ph, StopsAtTheFirstBadSyllable) {
   const Pr2PhCase cases[] = {
       {20000, "zz x", -1, {}, {}},
@@ -271,7 +271,7 @@ TEST(Pr2Ph, BytesAreAppendedNotEmptied) {
   EXPECT_EQ(phone_ids, Bytes());
 }
 
-// Syllables of many phones, each with a short one behind it.
+// Syllables of many phones, each with a short one after it.
 TEST(Pr2Ph, LongSyllables) {
   for (const int count : {7, 8, 9, 15, 16, 17, 18, 31, 32, 33, 34, 47, 48, 49, 1000}) {
     SCOPED_TRACE(count);

@@ -262,7 +262,7 @@ TEST(Reference, TextAsPronunciationAndBack) {
 struct SequencesSeen {
   int converted = 0;   // to two syllables or more
   int failed = 0;      // a byte is no phone
-  int unfinished = 0;  // phones behind the last closing byte are dropped
+  int unfinished = 0;  // phones after the last closing byte are dropped
   int phoneless = 0;   // a syllable without phones
   std::map<int, int> languages;
 

@@ -190,7 +190,7 @@ TEST(ArpabetToPronunciation, Problems) {
     const char* applied;
     const char* problems;
   } const cases[] = {
-      // Unknown names: the digit behind them belongs to the problem.
+      // Unknown names: the digit after them belongs to the problem.
       {"hh xq1 ow1", "hh ow 1", "", "unknown phone 3+3"},
       {"hhh ow1", "ow 1", "", "unknown phone 0+3 hh"},
       {"k axr1", "k 0", "", "unknown phone 2+4 ax"},
@@ -255,7 +255,7 @@ TEST(ArpabetToPronunciation, Origins) {
   //         0123456789                  h  h  _  a  x  _  0  ,  _  l  _  o  w  _  1
   EXPECT_EQ(ToPronunciation("HH AH0 L OW1").origins,
             (Origins{0, 1, 1, 3, 4, 4, 5, 5, 5, 7, 7, 9, 10, 10, 11}));
-  // The digit of a closed syllable moves behind its consonants, and stays where they end. b aw t 1
+  // The digit of a closed syllable moves after its consonants, and stays where they end. b aw t 1
   EXPECT_EQ(ToPronunciation("B AW1 T").origins, (Origins{0, 0, 2, 3, 3, 6, 6, 6}));
   // A digit that was not written. b aw 0
   EXPECT_EQ(ToPronunciation("B  AW").origins, (Origins{0, 0, 3, 4, 4, 4}));
@@ -527,7 +527,7 @@ Onsets TableOnsets(bool with_lexicon) {
 }
 
 // The rule in words over plain strings, from the end of the word: a vowel takes what follows it and
-// the longest onset in front of it.
+// the longest onset before it.
 Syllables CutSlowly(const std::string& flat, const Onsets& onsets) {
   std::vector<std::string> pieces;
   std::istringstream stream(flat);

@@ -482,7 +482,7 @@ TEST(NormalizePinyin, ForeignText) {
       {std::string("ma3\0你", 7), "ma3", "", "foreign text 3+4"},
       {"ни3", "", "", "foreign text 0+5"},
       {"한ni3", "ni3", "", "foreign text 0+3"},
-      // a full-width sign that stands for more than one character of ASCII
+      // a full-width sign that is equivalent to more than one character of ASCII
       {"ni3\uffe3", "ni3", "", "foreign text 3+3"},
   });
 }

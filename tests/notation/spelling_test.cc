@@ -91,13 +91,13 @@ TEST(MarkedPinyin, Words) {
       {"lv1 lv2 lv3 lv4 lv5", "lǖlǘlǚlǜlü", "lǖ lǘ lǚ lǜ lü"},
       {"nv3 lve4 nve4 lve5", "nǚlüènüèlüe", "nǚ lüè nüè lüe"},
       {"ju1 qu4 xu3 yu2 yue4 quan2", "jūqùxǔyúyuèquán", "jū qù xǔ yú yuè quán"},
-      // Inside a word a, e and o have an apostrophe in front of them.
+      // Inside a word a, e and o have an apostrophe before them.
       {"xi1an1", "xī'ān", "xī ān"},
       {"nv3er2", "nǚ'ér", "nǚ ér"},
       {"hai3ou1", "hǎi'ōu", "hǎi ōu"},
       {"a1 yi2", "āyí", "ā yí"},
       {"e4 e5 o2", "è'e'ó", "è e ó"},
-      // So have m, n and ng, which could end the syllable in front of them.
+      // So have m, n and ng, which could end the syllable before them.
       {"xi1 n5", "xī'n", "xī n"},
       {"xin1", "xīn", "xīn"},
       {"ya1 ng5 gao1", "yā'nggāo", "yā ng gāo"},
@@ -280,7 +280,7 @@ TEST(MarkedPinyin, EveryEnding) {
 }
 
 // Reads words of tone-marked Pinyin in every way in which they can be read: a syllable that begins
-// with a, e or o or is m, n or ng stands at the front or behind an apostrophe, any other does not
+// with a, e or o or is m, n or ng is at the beginning or after an apostrophe, any other is not
 // need one.
 class WordReader {
  public:

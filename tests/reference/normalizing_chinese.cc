@@ -94,7 +94,7 @@ std::vector<Character> BasesWithMarks(const std::string& text) {
   return characters;
 }
 
-// The ASCII letter or digit that the base is or stands for, else '\0'.
+// The ASCII letter or digit that the base is or is equivalent to, else '\0'.
 char AsciiOf(std::int32_t base, bool has_full_width, bool has_tone_marks) {
   if (base == 0x251 && has_tone_marks) return 'a';
   if (base == 0x261 && has_tone_marks) return 'g';
@@ -199,7 +199,7 @@ void Classify(const Notation& notation, Character& c) {
   }
 }
 
-// "u:" is one character, and what is written u or v behind j, q, x and y is u.
+// "u:" is one character, and what is written u or v after j, q, x and y is u.
 std::vector<Character> ReadDiaeresis(const Notation& notation, const std::vector<Character>& text) {
   std::vector<Character> result;
   for (const Character& c : text) {
@@ -233,7 +233,7 @@ std::vector<Character> Characters(const Notation& notation, const std::string& t
 
 // Tokens
 
-// A group of letters with the digits behind it, or a problem. A capital opens a group.
+// A group of letters with the digits after it, or a problem. A capital opens a group.
 struct Token {
   std::vector<Character> letters;
   std::vector<Character> digits;
@@ -652,7 +652,7 @@ class Reader {
   bool has_digits_ = false;
   int tries_ = 0;
   bool is_outside_ = false;                    // of what is modelled
-  std::size_t closed_at_ = std::string::npos;  // behind the digit that was written last
+  std::size_t closed_at_ = std::string::npos;  // after the digit that was written last
   Reading reading_;
 };
 

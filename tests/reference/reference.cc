@@ -88,7 +88,7 @@ bool IsSyllable(const SpMapping& mapping, const std::string& spelling) {
   return mapping.pinyin_map.find(spelling) != mapping.pinyin_map.end();
 }
 
-// Puts a space behind each digit, in front of each capital and in place of each separator. Returns
+// Puts a space after each digit, before each capital and in place of each separator. Returns
 // whether there were any.
 bool Mark(const std::string& text, std::string& working) {
   bool separated = false;

@@ -45,7 +45,7 @@ expect() { # WHAT EXPECTED
 
 [[ $(complete -p phoneme) == 'complete -F _phoneme phoneme' ]] || fail 'not what bash calls'
 
-# Words typed | what is offered. A blank in front of the bar begins a new, empty word.
+# Words typed | what is offered. A blank before the bar begins a new, empty word.
 rows=0
 while IFS='|' read -r typed expected; do
   [[ $typed ]] || continue
