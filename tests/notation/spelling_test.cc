@@ -280,7 +280,7 @@ TEST(MarkedPinyin, EveryEnding) {
 }
 
 // Reads words of tone-marked Pinyin in every way in which they can be read: a syllable that begins
-// with a, e or o or is m, n or ng is at the beginning or after an apostrophe, any other is not
+// with a, e or o or is m, n or ng is at the beginning or after an apostrophe, any other does not
 // need one.
 class WordReader {
  public:
