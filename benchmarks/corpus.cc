@@ -1,7 +1,6 @@
 #include "benchmarks/corpus.h"
 
 #include <cstdint>
-#include <map>
 #include <random>
 #include <string_view>
 
@@ -79,32 +78,22 @@ class WordMaker {
   std::vector<unsigned short> codes_;
 };
 
-std::map<int, SpMapping> MakeTable() {
-  std::map<int, SpMapping> table;
-  InitializeMandarinSet(table);
-  InitializeCantoneseSet(table);
-  InitializeAmericanSet(table);
-  return table;
-}
-
 // No syllable ends in one of these letters or goes on with it after a final.
 constexpr std::string_view kLettersThatOnlyBegin = "bpfdtzcsjqxkl";
 
 }  // namespace
 
 Corpus MakeCorpus(int language, std::size_t word_count, std::size_t max_syllables) {
-  const std::map<int, SpMapping> table = MakeTable();
   Corpus corpus;
   corpus.language = language;
-  WordMaker words(table.at(language), corpus);
+  WordMaker words(*FindPhoneSet(language), corpus);
   for (std::size_t i = 0; i < word_count; ++i) words.Add(1 + words.Draw(max_syllables));
   return corpus;
 }
 
 std::vector<std::string> MakePlainWords(std::size_t byte_count) {
   std::vector<std::string> syllables;
-  const std::map<int, SpMapping> table = MakeTable();
-  for (const auto& [spelling, row] : table.at(LANGUAGE_MANDARIN).pinyin_map) {
+  for (const auto& [spelling, row] : FindPhoneSet(LANGUAGE_MANDARIN)->pinyin_map) {
     const bool is_plain = kLettersThatOnlyBegin.find(spelling.front()) != std::string_view::npos;
     if (is_plain) syllables.push_back(spelling);
   }

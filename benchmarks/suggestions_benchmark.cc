@@ -29,9 +29,8 @@ constexpr std::size_t kSyllablesOfLine = 4;
 constexpr std::uint32_t kSeed = 1;
 
 std::string RandomSyllable(int language, Slips& slips) {
-  const std::size_t row_count = language == sp::LANGUAGE_CANTONESE ? 619 : 417;
-  const auto code = static_cast<unsigned short>(slips.Below(row_count) * 10);
-  const std::string spelling = sp::code2py(language, code, false);
+  const sp::SpMapping& set = *sp::FindPhoneSet(language);
+  const std::string spelling = set.pinyin_list[slips.Below(set.pinyin_count)].pinyin;
   return spelling == "E" ? "e" : spelling;
 }
 

@@ -30,17 +30,7 @@ std::string Small(std::string text) {
   return text;
 }
 
-const std::map<std::string, int>& RowsOf(int language) {
-  static std::map<int, std::map<std::string, int>> languages;
-  std::map<std::string, int>& rows = languages[language];
-  sp::SyllableInfo syllable;
-  for (int row = 0; rows.empty() || row > 0; ++row) {
-    const auto code = static_cast<unsigned short>(row * 10);
-    if (sp::code2ph(language, code, syllable) != 0) break;
-    rows.emplace(sp::code2py(language, code, false), row);
-  }
-  return rows;
-}
+using Rows = std::map<std::string, const sp::PinyinInfo*>;
 
 // A cut as the lengths of its syllables, below 0, and 0 for a letter left out: the least is best.
 struct Candidate {
@@ -66,7 +56,7 @@ class Text {
   Text(int language, std::string text)
       : is_mandarin_(language != sp::LANGUAGE_CANTONESE &&
                      language != sp::LANGUAGE_AMERICAN_ENGLISH),
-        rows_(RowsOf(is_mandarin_ ? sp::LANGUAGE_MANDARIN : language)),
+        rows_(sp::FindPhoneSet(is_mandarin_ ? sp::LANGUAGE_MANDARIN : language)->pinyin_map),
         text_(std::move(text)) {}
 
   const std::string& text() const { return text_; }
@@ -81,7 +71,7 @@ class Text {
       if (IsCapital(text_[i])) return -1;
     }
     const auto row = rows_.find(Piece(range));
-    return row == rows_.end() ? -1 : row->second;
+    return row == rows_.end() ? -1 : row->second->id;
   }
 
   // As above, but for what is cut off a word.
@@ -116,7 +106,7 @@ class Text {
   }
 
   bool is_mandarin_;
-  const std::map<std::string, int>& rows_;
+  const Rows& rows_;
   std::string text_;
 };
 

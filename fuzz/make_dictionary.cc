@@ -23,19 +23,19 @@ void Append(Words& words, const Words& more) {
 }
 
 Words Spellings(int language) {
+  const sp::SpMapping& set = *sp::FindPhoneSet(language);
   Words words;
-  sp::SyllableInfo syllable;
-  for (unsigned short code = 0; sp::code2ph(language, code, syllable) == 0;) {
-    words.push_back(sp::code2py(language, code, false));
-    code = static_cast<unsigned short>(code + 10);
+  for (std::size_t row = 0; row < set.pinyin_count; ++row) {
+    words.emplace_back(set.pinyin_list[row].pinyin);
   }
   return words;
 }
 
 Words PhoneNames(int language) {
+  const sp::SpMapping& set = *sp::FindPhoneSet(language);
   Words words;
-  for (int id = 0; sp::GetPhoneInfoById(language, id)->id == id; ++id) {
-    words.emplace_back(sp::GetPhoneInfoById(language, id)->name);
+  for (std::size_t id = 0; id < set.phone_count; ++id) {
+    words.emplace_back(set.phone_list[id].name);
   }
   return words;
 }

@@ -19,8 +19,8 @@ constexpr std::size_t kMostSyllables = 200;
 
 // Codes of the language, and now and then any number.
 Codes TakeCodes(fuzzing::Input& input, int language) {
-  const std::size_t row_count = language == sp::LANGUAGE_MANDARIN ? 417 : 619;
-  const std::size_t top_tone = language == sp::LANGUAGE_MANDARIN ? 5 : 7;
+  const std::size_t row_count = sp::FindPhoneSet(language)->pinyin_count;
+  const auto top_tone = static_cast<std::size_t>(sp::TopTone(language));
   Codes codes;
   while (!input.IsAtEnd() && codes.size() < kMostSyllables) {
     const std::size_t tone = input.Choose(256);
