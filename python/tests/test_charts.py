@@ -309,6 +309,29 @@ def test_sizes_of_a_syllable_and_its_count(language: str, name: str, sizes: list
     assert [text.get_fontsize() * figure.dpi / 72 for text in cell] == pytest.approx(sizes)
 
 
+# Of a report on three flawed entries: what is below the grid.
+@pytest.mark.parametrize(
+    ("text", "pixels"),
+    [
+        ("Tones", 13),
+        ("Never seen", 13),
+        ("Problems", 13),
+        ("unknown syllable", 10.5),
+        ("1,234", 10.5),  # of the problem
+        ("first: W", 9.5),
+        ("417 of 417 syllables", 10.5),
+    ],
+)
+def test_sizes_of_what_is_below_the_grid(text: str, pixels: float) -> None:
+    counts = coverage([], "mandarin")
+    counts.tones[""] = 12
+    counts.problems["unknown syllable"] = 1234
+    counts.examples["unknown syllable"] = "W"
+    figure = report(counts)
+    sizes = {t.get_fontsize() * figure.dpi / 72 for t in texts_of(figure) if t.get_text() == text}
+    assert sorted(sizes) == pytest.approx([pixels])
+
+
 @on_grids
 def test_no_text_leaves_its_cell(language: Language) -> None:
     gap = 1.5  # between two boxes, in pixels
