@@ -42,10 +42,9 @@ class Readings {
     return aliases_ == nullptr ? syllables_.Find(letters).row : SyllableSet::kNothing;
   }
 
-  /// Whether a syllable may go on after these letters, but for one letter that a rule adds.
-  bool MayGoOn(PackedSpelling letters) const {
-    return aliases_ != nullptr || syllables_.IsBeginning(letters) || IsRespelled(letters);
-  }
+  /// Whether letters that begin no syllable may go on as one that an alias or a rule makes, but for
+  /// one letter that a rule adds.
+  bool MayGoOn(PackedSpelling letters) const { return aliases_ != nullptr || IsRespelled(letters); }
 
   /// Whether letters may be read as other ones, where `is_syllable` says whether they are one.
   bool MayRewrite(PackedSpelling letters, std::size_t count, bool is_syllable) const {

@@ -52,7 +52,6 @@ class SyllableSet {
     return {};
   }
 
-  bool IsBeginning(PackedSpelling spelling) const { return Find(spelling).row != kNothing; }
   bool Has(PackedSpelling spelling) const { return Find(spelling).IsSyllable(); }
 
  private:

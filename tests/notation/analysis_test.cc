@@ -206,6 +206,8 @@ TEST(Analyze, MandarinWithoutTones) {
       {"yidianrxx", "yi 0+2, dian 2+4, er 6+1", "unknown syllable 7+2", ""},
       {"luenun", "lve 0+3", "unknown syllable 3+3 gap n+un", ""},
       {"wongxuelue", "xue 4+3, lve 7+3", "unknown syllable 0+4 song", ""},
+      // A guess about more letters is not better than the gap of "zin".
+      {"zinrao", "rao 3+3", "unknown syllable 0+3 gap z+in", ""},
       {"nanrdin", "nan 0+3, er 3+1", "unknown syllable 4+3 gap d+in", ""},
       {"hpo", "po 1+2", "letters lost 0+1 hao for 0+3", ""},
       {"xyz nihao", "ni 4+2, hao 6+3", "unknown syllable 0+3", "3+1"},
