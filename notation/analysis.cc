@@ -10,6 +10,7 @@
 #include "notation/hints.h"
 #include "notation/normalizer.h"
 #include "notation/run_parts.h"
+#include "notation/suggestion.h"
 #include "notation/syllable_sink.h"
 #include "notation/syllable_tree.h"
 #include "phoneme/phoneme.h"
@@ -40,6 +41,7 @@ class RecordSink final : public internal::SyllableSink {
         set_(*sp::FindPhoneSet(language)),
         cutting_(cutting),
         hints_(language, text, hint_rules) {
+    internal::MakeGuessTables(language);
     constexpr std::size_t kBytesASyllable = 4;
     analysis_.syllables.reserve(std::min(text.size() / kBytesASyllable + 1, kUsualSyllables));
   }

@@ -235,6 +235,11 @@ class ShortCharacters {
   std::array<CharacterClass, 0x800> classes_;
 };
 
+const ShortCharacters& Table() {
+  static const ShortCharacters short_characters;
+  return short_characters;
+}
+
 // The bytes of a character of one or two bytes; 0 for any other, and for no UTF-8.
 std::size_t ShortLength(std::string_view text, std::size_t offset) {
   const auto first = static_cast<unsigned char>(text[offset]);
@@ -271,13 +276,14 @@ Character ReadLongCharacter(std::string_view text, std::size_t offset) {
 
 }  // namespace
 
+void MakeCharacterTable() { static_cast<void>(Table()); }
+
 Character ReadCharacter(std::string_view text, std::size_t offset) {
-  static const ShortCharacters short_characters;
   const std::size_t length = ShortLength(text, offset);
   const std::size_t end = offset + length;
   const bool may_be_marked = end < text.size() && MayBeginMark(text[end]);
   if (length == 0 || may_be_marked) return ReadLongCharacter(text, offset);
-  return {short_characters[ShortCodePoint(text, offset, length)], {offset, length}};
+  return {Table()[ShortCodePoint(text, offset, length)], {offset, length}};
 }
 
 }  // namespace qeo::notation::internal

@@ -45,6 +45,10 @@ struct Character : CharacterClass {
   Range range;
 };
 
+/// Makes what ReadCharacter looks up, unless it is made. Called before a text is read, so that
+/// reading any text makes it, also an empty one.
+void MakeCharacterTable();
+
 /// Reads the character that begins at `offset`, which is less than the length of `text`.
 Character ReadCharacter(std::string_view text, std::size_t offset);
 

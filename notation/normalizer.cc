@@ -386,6 +386,7 @@ void Normalizer::PlaceUncut(Piece letters, bool has_syllable) {
 
 void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
                const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink) {
+  MakeCharacterTable();
   Normalizer(notation, text, rules, aliases, are_words_syllables, sink).Run();
 }
 

@@ -265,6 +265,11 @@ int RarityOf(int language, int row) { return CutNumbersOf(language).rarities[row
 
 }  // namespace
 
+void MakeGuessTables(int language) {
+  static_cast<void>(SyllableTree::Of(language));
+  static_cast<void>(SyllableParts::Of(language));
+}
+
 Guess GuessSyllable(int language, std::string_view letters, int limit) {
   const SyllableTree& tree = SyllableTree::Of(language);
   if (letters.size() > tree.longest() + 1 || limit <= tree.Least(SyllableTree::kRoot)) return {};

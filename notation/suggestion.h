@@ -32,6 +32,9 @@ struct Guess {
   int cost = std::numeric_limits<int>::max();
 };
 
+/// Makes the tables that guesses about a language need, unless they are made.
+void MakeGuessTables(int language);
+
 /// What `letters`, small ones, may be meant for in Mandarin or Cantonese: what the shipped alias
 /// table has, else a gap of the table, else what is one slip away. The last is not asked of one or
 /// two letters, which are near to too much. None for letters that are a syllable. A guess that

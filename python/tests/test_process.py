@@ -119,13 +119,15 @@ print(agreeing >= 30)
     assert output_of(code) == "True\n"
 
 
-def test_forks_in_the_middle_of_the_first_batch() -> None:
+# Texts that need all tables: of marks and of suggestions too.
+@pytest.mark.parametrize("batch", ["normalize_batch", "analyze_batch"])
+def test_forks_in_the_middle_of_the_first_batch(batch: str) -> None:
     # Each child begins with tables that are not made yet, and forks again while they are.
     code = """
 import os, signal, threading, time
 import phoneme
 phoneme.py2code_batch(["ni3"])  # imports NumPy
-examples = [("mandarin", "ni3"), ("cantonese", "nei5"), ("english", "N IY1")] * 50
+examples = [("mandarin", "nǐ hoǎ"), ("cantonese", "nei5 lan2"), ("english", "N IY1 X")] * 50
 status = 0
 for i, (language, text) in enumerate(examples):
     child = os.fork()
@@ -134,7 +136,7 @@ for i, (language, text) in enumerate(examples):
         begun = threading.Event()
         def convert():
             begun.set()
-            phoneme.normalize_batch([text] * 20, language)
+            phoneme.BATCH([text] * 20, language)
         thread = threading.Thread(target=convert)
         thread.start()
         begun.wait()
@@ -144,7 +146,7 @@ for i, (language, text) in enumerate(examples):
         grandchild = os.fork()
         if grandchild == 0:
             signal.alarm(10)
-            os._exit(0 if phoneme.normalize_batch([text], language).status.tolist() == [0] else 1)
+            os._exit(0 if phoneme.BATCH([text], language).status.size == 1 else 1)
         status = os.waitpid(grandchild, 0)[1]
         thread.join()
         os._exit(0 if status == 0 else 1)
@@ -153,7 +155,7 @@ for i, (language, text) in enumerate(examples):
         break
 print(i + 1, status)
 """
-    assert output_of(code) == "150 0\n"
+    assert output_of(code.replace("BATCH", batch)) == "150 0\n"
 
 
 def test_a_fork_while_another_thread_imports_numpy() -> None:
