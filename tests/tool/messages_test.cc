@@ -118,11 +118,6 @@ TEST(Escaped, KeepsFileNamesWhole) {
   EXPECT_EQ(Escaped(Repeat("\n", 4096)), Repeat("\\x0a", 4096));
 }
 
-TEST(Shortened, BoundsAMessageOfAnotherLibrary) {
-  EXPECT_EQ(Shortened("bad \"\x1b\""), R"(bad \"\x1b\")");
-  EXPECT_EQ(Shortened(Repeat("a", 201)), Repeat("a", 200) + "... (201 bytes)");
-}
-
 // What quotes nothing, or forgets to, is still one harmless line.
 TEST(AppendMessage, IsOneBoundedLineWhateverItSays) {
   std::string out = "before\n";

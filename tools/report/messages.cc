@@ -11,7 +11,6 @@ namespace {
 // All in cells.
 constexpr std::size_t kLongestQuote = 80;
 constexpr std::size_t kLongestName = 256;
-constexpr std::size_t kLongestForeignMessage = 200;
 constexpr std::size_t kLongestPath = 16384;    // more than a name that the system opens, escaped
 constexpr std::size_t kLongestMessage = 1000;  // room for some quotes and the longest list
 
@@ -36,11 +35,6 @@ std::string QuotedName(std::string_view name) { return QuotedWithin(name, kLonge
 
 std::string InputName(std::string_view path) {
   return path == "-" ? "standard input" : QuotedName(path);
-}
-
-std::string Shortened(std::string_view message) {
-  const Excerpt excerpt = Escape(message, kLongestForeignMessage);
-  return excerpt.is_whole ? excerpt.shown : excerpt.shown + SizeOf(message);
 }
 
 std::string Presentable(std::string_view message) { return Fitted(message, kLongestMessage); }

@@ -24,10 +24,6 @@ std::string QuotedName(std::string_view name);
 /// Returns what messages call an input: its name in quotes, or "standard input" for "-".
 std::string InputName(std::string_view path);
 
-/// Returns a message of another library, which may repeat text from outside, escaped and at most
-/// 200 cells of it.
-std::string Shortened(std::string_view message);
-
 /// Returns a message on one line, at most 1000 cells of it and without anything that a terminal
 /// would obey, for any bytes in it. Quoted leaves nothing to do here; this is for what forgets
 /// it.
