@@ -43,6 +43,12 @@ inline void ExpectNothingMoreToDo(const std::string& text, const notation::Norma
   Expect(again.problems.empty(), "there is no problem left");
 }
 
+// Whether a text may have small letters of full width. One alone is foreign where nothing else is
+// beyond ASCII, which digits of full width are.
+inline bool MayHaveWideLetters(const std::string& text) {
+  return text.find("\xef\xbd") != std::string::npos;
+}
+
 /// With full-width digits, which are read on another path than ASCII ones.
 inline std::string WithFullWidthDigits(const std::string& text) {
   std::string wide;
