@@ -465,11 +465,18 @@ TEST(Analyze, HintsNameThePiece) {
           {"nǐ hǎobiáng", "ni3 0+3", "unknown syllable 4+10 gap b+iang for 8+6", "3+1"},
           {"zhogn", "o 2+1", "letters lost 0+2 zhong for 0+5, letters lost 3+2 zhong for 0+5", ""},
           {"nihaonun", "ni 0+2, hao 2+3", "unknown syllable 5+3 gap n+un", ""},
+          // The gap p+iu is less likely.
+          {"piuhai", "pi 0+2, hai 3+3", "letters lost 2+1 huai for 2+4", ""},
           // With two marks it is not one syllable.
           {"jiǎǐ", "", "unknown syllable 0+6", ""},
           {"wǒjiǎǐ", "", "unknown syllable 0+9", ""},
       },
       {});
+  // The alias "ma" is less likely than "mai".
+  ExpectCases(LANGUAGE_CANTONESE,
+              {{"madiz", "m 0+1, di 2+2",
+                "letters lost 1+1 mai for 0+4, letters lost 4+1 dim for 2+3", ""}},
+              {});
 }
 
 // A nasal that is written after a syllable of a word without tones makes it an unknown one. The
