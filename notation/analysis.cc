@@ -9,6 +9,7 @@
 #include "notation/cut_cost.h"
 #include "notation/hints.h"
 #include "notation/normalizer.h"
+#include "notation/notation_table.h"
 #include "notation/run_parts.h"
 #include "notation/suggestion.h"
 #include "notation/syllable_sink.h"
@@ -79,21 +80,7 @@ class RecordSink final : public internal::SyllableSink {
 };
 
 void RecordSink::Add(int row, char digit, Range range) {
-  const sp::PinyinInfo& info = set_.pinyin_list[row];
-  AnalyzedSyllable& syllable = analysis_.syllables.emplace_back();
-  syllable.spelling = info.pinyin;
-  syllable.digit = digit;
-  syllable.range = range;
-  syllable.row = row;
-  sp::SyllableInfo& record = syllable.syllable;
-  record.language = language_;
-  record.tone =
-      sp::ToneAdaptation(language_, static_cast<signed char>(digit == kNoDigit ? 0 : digit - '0'));
-  record.code = static_cast<std::uint32_t>(row * sp::kTonesPerRow + record.tone);
-  const sp::PhoneInfo* const phones[] = {info.initial_phone, info.final_phone};
-  const bool has_initial = info.initial_phone != nullptr;
-  const bool has_final = info.final_phone != nullptr;
-  record.phones.assign(phones + (has_initial ? 0 : 1), phones + (has_final ? 2 : 1));
+  internal::SetSyllable(language_, set_, row, digit, range, analysis_.syllables.emplace_back());
 }
 
 void RecordSink::WriteSyllable(const internal::Word& word, internal::Piece piece,
@@ -144,40 +131,13 @@ Problem RecordSink::CutProblem(ProblemKind kind, std::size_t index, const intern
   return problem;
 }
 
-Analysis AnalyzeChinese(int language, std::string_view text, const AnalysisOptions& options) {
-  const bool is_cantonese = language == sp::LANGUAGE_CANTONESE;
-  const internal::Notation& notation = is_cantonese ? internal::kJyutping : internal::kPinyin;
+Analysis ReadChinese(const internal::ChineseNotation& notation, std::string_view text,
+                     RuleSet hint_rules, const AnalysisOptions& options) {
   const RuleSet rules = notation.rules.Common(options.rules);
-  const RuleSet hint_rules = is_cantonese ? options.rules.Without(Rule::kDiaeresis) : options.rules;
   RecordSink sink(notation.language, text, rules, hint_rules, options.cutting);
   internal::Normalize(notation, text, rules, options.aliases, options.cutting == Cutting::kNone,
                       sink);
   return sink.Take();
-}
-
-// Reads ARPAbet.
-Analysis AnalyzeArpabet(std::string_view text, RuleSet rules) {
-  Normalized normalized = ArpabetToPronunciation(text, rules);
-  std::vector<sp::SyllableInfo> records;
-  sp::pr2ph(sp::LANGUAGE_AMERICAN_ENGLISH, normalized.text, records);
-  Analysis analysis;
-  std::size_t begin = 0;  // of the syllable in the normalised text: "hh ax 0"
-  for (sp::SyllableInfo& record : records) {
-    const std::size_t comma = std::min(normalized.text.find(',', begin), normalized.text.size());
-    const std::size_t digit = comma - 1;
-    std::size_t end = normalized.origins[digit];
-    while (end < text.size() && !EndsPhone(text[end])) ++end;
-    const std::size_t offset = normalized.origins[begin];
-    analysis.syllables.push_back({normalized.text.substr(begin, digit - 1 - begin),
-                                  normalized.text[digit],
-                                  {offset, end - offset},
-                                  -1,
-                                  std::move(record)});
-    begin = comma + 2;
-  }
-  analysis.applied = std::move(normalized.applied);
-  analysis.problems = std::move(normalized.problems);
-  return analysis;
 }
 
 // What is in no syllable and no problem.
@@ -200,10 +160,79 @@ void AddSeparators(std::string_view text, Analysis& analysis) {
 
 }  // namespace
 
+void internal::SetSyllable(int language, const sp::SpMapping& set, int row, char digit, Range range,
+                           AnalyzedSyllable& syllable) {
+  const sp::PinyinInfo& info = set.pinyin_list[row];
+  syllable.spelling = info.pinyin;
+  syllable.digit = digit;
+  syllable.range = range;
+  syllable.row = row;
+  sp::SyllableInfo& record = syllable.syllable;
+  record.language = language;
+  record.tone =
+      sp::ToneAdaptation(language, static_cast<signed char>(digit == kNoDigit ? 0 : digit - '0'));
+  record.code = static_cast<std::uint32_t>(row * sp::kTonesPerRow + record.tone);
+  const sp::PhoneInfo* const phones[] = {info.initial_phone, info.final_phone};
+  const bool has_initial = info.initial_phone != nullptr;
+  const bool has_final = info.final_phone != nullptr;
+  record.phones.assign(phones + (has_initial ? 0 : 1), phones + (has_final ? 2 : 1));
+}
+
+Analysis internal::ReadPinyin(int /*language*/, std::string_view text,
+                              const AnalysisOptions& options) {
+  return ReadChinese(kPinyin, text, options.rules, options);
+}
+
+Analysis internal::ReadJyutping(int /*language*/, std::string_view text,
+                                const AnalysisOptions& options) {
+  return ReadChinese(kJyutping, text, options.rules.Without(Rule::kDiaeresis), options);
+}
+
+Analysis internal::ReadArpabet(int /*language*/, std::string_view text,
+                               const AnalysisOptions& options) {
+  Normalized normalized = ArpabetToPronunciation(text, options.rules);
+  std::vector<sp::SyllableInfo> records;
+  sp::pr2ph(sp::LANGUAGE_AMERICAN_ENGLISH, normalized.text, records);
+  Analysis analysis;
+  std::size_t begin = 0;  // of the syllable in the normalised text: "hh ax 0"
+  for (sp::SyllableInfo& record : records) {
+    const std::size_t comma = std::min(normalized.text.find(',', begin), normalized.text.size());
+    const std::size_t digit = comma - 1;
+    std::size_t end = normalized.origins[digit];
+    while (end < text.size() && !EndsPhone(text[end])) ++end;
+    const std::size_t offset = normalized.origins[begin];
+    analysis.syllables.push_back({normalized.text.substr(begin, digit - 1 - begin),
+                                  normalized.text[digit],
+                                  {offset, end - offset},
+                                  -1,
+                                  std::move(record)});
+    begin = comma + 2;
+  }
+  analysis.applied = std::move(normalized.applied);
+  analysis.problems = std::move(normalized.problems);
+  return analysis;
+}
+
+void internal::TakeDefaultTone(int default_tone, sp::SyllableInfo& syllable) {
+  const int none = sp::TonesOf(syllable.language).none;
+  if (syllable.tone == none) {
+    syllable.tone = static_cast<std::int8_t>(default_tone);
+    syllable.code += static_cast<std::uint32_t>(default_tone - none);
+  } else if (syllable.raw_tone == none) {
+    syllable.raw_tone = static_cast<std::uint8_t>(default_tone);
+  }
+}
+
 Analysis Analyze(int language, std::string_view text, const AnalysisOptions& options) {
-  Analysis analysis = language == sp::LANGUAGE_AMERICAN_ENGLISH
-                          ? AnalyzeArpabet(text, options.rules)
-                          : AnalyzeChinese(language, text, options);
+  const Notation notation =
+      options.notation.value_or(OwnNotation(language).value_or(Notation::kPinyin));
+  Analysis analysis =
+      internal::RowOf(notation).read(ServingLanguage(notation, language), text, options);
+  if (options.default_tone != 0) {
+    for (AnalyzedSyllable& syllable : analysis.syllables) {
+      internal::TakeDefaultTone(options.default_tone, syllable.syllable);
+    }
+  }
   AddSeparators(text, analysis);
   return analysis;
 }

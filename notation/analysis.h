@@ -5,6 +5,7 @@
 /// a line of a dictionary or a corpus.
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "notation/cutting.h"
 #include "notation/export.h"
 #include "notation/jyutping.h"
+#include "notation/notations.h"
 #include "notation/pinyin.h"
 #include "notation/records.h"
 #include "phoneme/records.h"
@@ -26,6 +28,15 @@ struct AnalysisOptions {
   RuleSet rules = kPinyinRules.With(kJyutpingRules).With(kArpabetRules);
   const AliasTable* aliases = nullptr;  ///< for Jyutping, may be null
   Cutting cutting = Cutting::kWhole;    ///< of words without tones
+  /// What the text is written in; nothing for OwnNotation. A text in a notation that is not read is
+  /// one problem, kForeignText.
+  std::optional<Notation> notation = std::nullopt;
+  /// What the library drops without a failure is not a problem: letters of kText that no syllable
+  /// is found for, phones of kIds that no byte closes.
+  bool drops_silently = false;
+  /// The tone of a syllable that was read without one, in a language that has a digit for that (1
+  /// to 6 for Cantonese); 0 leaves it so. It is in `syllable`, not in `digit`.
+  int default_tone = 0;
 };
 
 /// A syllable of a text.
@@ -37,8 +48,9 @@ struct AnalyzedSyllable {
   /// The bytes of the text that it was read from, tone included. For English also the blanks
   /// between its phones, and what could not be read among them.
   Range range;
-  int row = -1;  ///< in the syllable table; -1 for English
-  /// As `py2ph` makes it: phones, code and tone; for English as `pr2ph` does: phones and raw tone.
+  int row = -1;  ///< in the syllable table; -1 in a notation without codes, as ARPAbet
+  /// As `py2ph` makes it: phones, code and tone; without a row as `pr2ph` does: phones and raw
+  /// tone.
   sp::SyllableInfo syllable;
 };
 
@@ -51,8 +63,9 @@ struct Analysis {
   std::vector<Problem> problems;  ///< all of them; empty when nothing is lost
 };
 
-/// Reads a text of Mandarin as NormalizePinyin does, of Cantonese as NormalizeJyutping, of American
-/// English as ArpabetToPronunciation.
+/// Reads a text in one of the notations that are read: Pinyin as NormalizePinyin does, Jyutping as
+/// NormalizeJyutping, ARPAbet as ArpabetToPronunciation, text as py2ph, codes as code2ph, ids as
+/// ph2ph and pronunciations as pr2ph. What is not read is left out.
 ///
 ///   Analysis analysis = Analyze(sp::LANGUAGE_MANDARIN, "Nǐ hoa3");
 ///   // syllables: "ni", {0, 3}, code 2243; separators: {3, 1}
@@ -83,7 +96,8 @@ struct Analysis {
 /// with a slip has, with which the word is read best ("yai" is cut ya, i; the hint is about "yai").
 /// The suggestion has the tone of the piece when that is one of the language.
 ///
-/// An unregistered language is served by Mandarin. Time and memory are linear in the text.
+/// Without a notation an unregistered language is read as Mandarin, in Pinyin; in one of every
+/// language the functions named above say who serves it. Time and memory are linear in the text.
 NOTATION_EXPORT Analysis Analyze(int language, std::string_view text,
                                  const AnalysisOptions& options = {});
 

@@ -27,7 +27,7 @@ bool IsInWord(const Character& character) {
 
 class Normalizer {
  public:
-  Normalizer(const Notation& notation, std::string_view text, RuleSet rules,
+  Normalizer(const ChineseNotation& notation, std::string_view text, RuleSet rules,
              const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink)
       : notation_(notation),
         text_(text),
@@ -81,7 +81,7 @@ class Normalizer {
   void PlaceToneless(Piece piece);
   void PlaceUncut(Piece letters, bool has_syllable);
 
-  const Notation& notation_;
+  const ChineseNotation& notation_;
   std::string_view text_;
   RuleSet rules_;
   TextReader reader_;
@@ -384,7 +384,7 @@ void Normalizer::PlaceUncut(Piece letters, bool has_syllable) {
 
 }  // namespace
 
-void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
+void Normalize(const ChineseNotation& notation, std::string_view text, RuleSet rules,
                const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink) {
   MakeCharacterTable();
   Normalizer(notation, text, rules, aliases, are_words_syllables, sink).Run();
@@ -392,7 +392,7 @@ void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
 
 namespace {
 
-Normalized ToText(const Notation& notation, std::string_view text, RuleSet rules,
+Normalized ToText(const ChineseNotation& notation, std::string_view text, RuleSet rules,
                   const AliasTable* aliases) {
   const RuleSet in_use = notation.rules.Common(rules);
   TextSink sink(in_use, text.size());

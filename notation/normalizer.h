@@ -14,22 +14,22 @@
 
 namespace qeo::notation::internal {
 
-/// What sets a notation apart from the others.
-struct Notation {
+/// What sets one notation of Chinese apart from the other.
+struct ChineseNotation {
   int language = 0;
   RuleSet rules;               // those that it has
   char top_tone = '\0';        // the last digit that is a tone
   bool has_tone_zero = false;  // "0" is one too, the neutral tone
 };
 
-inline constexpr Notation kPinyin = {sp::LANGUAGE_MANDARIN, kPinyinRules, '5', true};
+inline constexpr ChineseNotation kPinyin = {sp::LANGUAGE_MANDARIN, kPinyinRules, '5', true};
 /// The library writes 7 for a syllable without a tone.
-inline constexpr Notation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7', false};
+inline constexpr ChineseNotation kJyutping = {sp::LANGUAGE_CANTONESE, kJyutpingRules, '7', false};
 
 /// Reads a text by `rules`, all of which the notation has, into a sink that has them too. `aliases`
 /// may be null. With `are_words_syllables` a word of a text without tones is one syllable, and is
 /// not cut in order to rewrite a part of it.
-void Normalize(const Notation& notation, std::string_view text, RuleSet rules,
+void Normalize(const ChineseNotation& notation, std::string_view text, RuleSet rules,
                const AliasTable* aliases, bool are_words_syllables, SyllableSink& sink);
 
 }  // namespace qeo::notation::internal

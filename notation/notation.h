@@ -13,8 +13,11 @@
 #include "notation/arpabet.h"
 #include "notation/cutting.h"
 #include "notation/jyutping.h"
+#include "notation/notations.h"
 #include "notation/pinyin.h"
+#include "notation/reader.h"
 #include "notation/records.h"
 #include "notation/spelling.h"
+#include "notation/writer.h"
 
 #endif  // NOTATION_NOTATION_H_

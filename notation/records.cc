@@ -50,6 +50,12 @@ std::string_view ProblemName(ProblemKind kind) {
       return "unknown phone";
     case ProblemKind::kInvalidUtf8:
       return "invalid UTF-8";
+    case ProblemKind::kUnknownCode:
+      return "unknown syllable code";
+    case ProblemKind::kUnknownPhoneId:
+      return "unknown phone-id byte";
+    case ProblemKind::kPhonesLost:
+      return "phones lost";
   }
   return {};
 }
@@ -64,6 +70,26 @@ std::string_view HintName(Hint hint) {
       return "alias";
     case Hint::kGap:
       return "gap";
+  }
+  return {};
+}
+
+std::string_view GapName(Gap gap) {
+  switch (gap) {
+    case Gap::kNone:
+      return {};
+    case Gap::kNoPhones:
+      return "no phones";
+    case Gap::kMissingPhone:
+      return "missing phone";
+    case Gap::kNoTone:
+      return "no tone";
+    case Gap::kNoSpelling:
+      return "no spelling";
+    case Gap::kBadTone:
+    case Gap::kToneWithoutFinal:
+    case Gap::kManyFinals:
+      return ProblemName(ProblemKind::kBadTone);
   }
   return {};
 }

@@ -79,7 +79,11 @@ enum class ProblemKind : std::uint8_t {
   kForeignText,
   kUnknownPhone,
   kInvalidUtf8,
+  kUnknownCode,     ///< not a syllable code, or beyond the table
+  kUnknownPhoneId,  ///< not a byte of a phone-id sequence
+  kPhonesLost,      ///< phones that no byte closes
 };
+inline constexpr int kProblemKindCount = 9;
 
 /// The name of a kind of problem as messages write it: "unknown syllable".
 NOTATION_EXPORT std::string_view ProblemName(ProblemKind kind);
@@ -111,6 +115,22 @@ struct Problem {
   std::string_view initial = {};
   std::string_view final = {};
 };
+
+/// What a notation cannot express of a syllable.
+enum class Gap : std::uint8_t {
+  kNone,
+  kNoPhones,          ///< a syllable of ids or of a pronunciation without any
+  kMissingPhone,      ///< its row names an initial or final that the phone set does not have
+  kNoTone,            ///< it was read without a tone, which its language needs
+  kBadTone,           ///< its digit is not a tone of its language
+  kToneWithoutFinal,  ///< it has no final or vowel to carry the tone
+  kManyFinals,        ///< it has more than one, of which only the first would have the tone
+  kNoSpelling,        ///< the name of its row is not read back, as "E" of Mandarin
+};
+
+/// The name of a kind of gap as messages write it: "missing phone". Those of a tone that cannot be
+/// written are all "bad tone"; empty for kNone.
+NOTATION_EXPORT std::string_view GapName(Gap gap);
 
 /// A text in the library's notation, and how it came about.
 struct Normalized {

@@ -79,6 +79,7 @@ constexpr PhoneSet internal::american_english_phone_set = {
     "english",
     {"en", "eng", "en-US"},
     5,
+    {0, 2, -1},
     english_american_phone_list,
     std::size(english_american_phone_list),
     0,

@@ -758,6 +758,7 @@ constexpr PhoneSet internal::cantonese_phone_set = {
     "cantonese",
     {"yue", "yue-HK", "zh-HK"},
     7,
+    {1, 6, 7},
     chinese_cantonese_phone_list,
     std::size(chinese_cantonese_phone_list),
     std::size(chinese_cantonese_pinyin_list),

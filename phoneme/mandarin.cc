@@ -524,6 +524,7 @@ constexpr PhoneSet internal::mandarin_phone_set = {
     "mandarin",
     {"zh", "zho", "zh-CN", "cmn", "cmn-CN"},
     5,
+    {1, 5, -1},
     chinese_mandarin_phone_list,
     std::size(chinese_mandarin_phone_list),
     std::size(chinese_mandarin_pinyin_list),

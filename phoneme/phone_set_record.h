@@ -19,6 +19,7 @@ struct PhoneSet {
   std::string_view name;
   std::string_view codes[kMostCodes];  // empty ones follow the last
   signed char top_tone;                // tones fold into 1 to this
+  Tones tones;                         // those that models have phones for
   const PhoneInfo* phone_list;         // the table, in id order
   std::size_t phone_count;
   std::size_t pinyin_count;  // 0 for a language without syllables

@@ -47,6 +47,13 @@ std::optional<std::int32_t> LanguageOfName(std::string_view name) {
   return std::nullopt;
 }
 
+Tones TonesOf(int language) {
+  for (const PhoneSet* set : kPhoneSets) {
+    if (set->language == language) return set->tones;
+  }
+  return american_english_phone_set.tones;
+}
+
 std::string KnownLanguages() {
   std::string known;
   for (const LanguageNames& language : Languages()) {

@@ -75,6 +75,12 @@ PHONEME_EXPORT const SpMapping* FindPhoneSet(int language);
 /// id. The lowest is 1.
 PHONEME_EXPORT int TopTone(int language);
 
+/// Returns the tones of a registered language: 1 to 5 of Mandarin, 1 to 6 of Cantonese, where the
+/// library writes 7 for none, and the stresses 0 to 2 of American English. An unmarked syllable of
+/// Mandarin has the neutral tone, 5, and an unmarked vowel of English the stress 0, so none is
+/// without. For any other id those of American English, which serves its pronunciations.
+PHONEME_EXPORT Tones TonesOf(int language);
+
 /// The functions of phoneme/phoneme.h by the language that serves an unregistered id.
 enum class Conversion : std::uint8_t {
   kSyllables,       ///< py2ph, py2code, pyw2py, ToneAdaptation, code2ph, code2py: Mandarin

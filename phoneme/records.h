@@ -65,6 +65,13 @@ struct SyllableInfo {
   std::uint8_t raw_tone = 0;             ///< tone digit as `ph2ph` and `pr2ph` read it, unfolded
 };
 
+/// The digits that are tones of a language, or for English stresses.
+struct Tones {
+  std::int8_t first = 0;
+  std::int8_t last = 0;
+  std::int8_t none = -1;  ///< the digit of a syllable without a tone that it needs; -1 for none
+};
+
 }  // namespace qeo::sp
 
 #endif  // PHONEME_RECORDS_H_

@@ -130,6 +130,19 @@ TEST(TopTone, IsTheHighestThatIsNotFolded) {
   for (const int id : kUnregistered) expect_top(id, 5);
 }
 
+TEST(TonesOf, AreThoseThatModelsHavePhonesFor) {
+  const auto expect_tones = [](int language, int first, int last, int none) {
+    const Tones tones = TonesOf(language);
+    EXPECT_EQ(tones.first, first) << language;
+    EXPECT_EQ(tones.last, last) << language;
+    EXPECT_EQ(tones.none, none) << language;
+  };
+  expect_tones(LANGUAGE_MANDARIN, 1, 5, -1);
+  expect_tones(LANGUAGE_CANTONESE, 1, 6, 7);
+  expect_tones(LANGUAGE_AMERICAN_ENGLISH, 0, 2, -1);
+  for (const int id : kUnregistered) expect_tones(id, 0, 2, -1);
+}
+
 TEST(ServingLanguage, IsStatedForEachConversion) {
   const struct {
     int id;

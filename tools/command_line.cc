@@ -56,30 +56,17 @@ std::string LanguageProblem(const std::string& text) {
                                    sp::KnownLanguages() + " or a language id";
 }
 
-// The rules of a notation that people write.
-RuleSet RulesOf(Source from) {
-  switch (from) {
-    case Source::kPinyin:
-      return notation::kPinyinRules;
-    case Source::kJyutping:
-      return notation::kJyutpingRules;
-    case Source::kArpabet:
-      return notation::kArpabetRules.With(Rule::kSecondStress);
-    default:
-      return {};
-  }
+[[noreturn]] void RefuseFor(Notation from, const std::string& option) {
+  throw UsageError(option + " does not apply to " + std::string(notation::FactsOf(from).name) +
+                   " input");
 }
 
-[[noreturn]] void RefuseFor(Source from, const std::string& option) {
-  throw UsageError(option + " does not apply to " + NameOf(kSources, from) + " input");
-}
-
-void SwitchRules(const Arguments& arguments, SourceOptions& options) {
+void SwitchRules(const Arguments& arguments, Notation from, SourceOptions& options) {
   RuleSet& rules = options.reading.rules;
   for (const RuleSwitch& rule_switch : kRuleSwitches) {
     const Rule rule = rule_switch.rule;
     if (!arguments.switched[static_cast<std::size_t>(rule)]) continue;
-    if (!RulesOf(options.from).Has(rule)) RefuseFor(options.from, rule_switch.option);
+    if (!notation::FactsOf(from).rules.Has(rule)) RefuseFor(from, rule_switch.option);
     rules = rules.Has(rule) ? rules.Without(rule) : rules.With(rule);
   }
 }
@@ -130,8 +117,8 @@ notation::AliasTable ReadAliases(const std::string& path, FilesInUse& in_use) {
 std::optional<int> LanguageOf(const Arguments& arguments) {
   if (!arguments.language.empty()) return ParseLanguage(arguments.language);
   for (const sp::LanguageNames& language : sp::Languages()) {
-    const Source source = DefaultSource(language.id, false);
-    if (!arguments.from.empty() && Meaning(kSources, arguments.from) == source) return language.id;
+    const Notation source = DefaultSource(language.id, false);
+    if (!arguments.from.empty() && Meaning(Sources(), arguments.from) == source) return language.id;
   }
   return std::nullopt;
 }
@@ -171,7 +158,7 @@ void AddLanguage(CLI::App& command, Arguments& arguments, bool is_required) {
 }
 
 void AddSource(CLI::App& command, Arguments& arguments) {
-  AddChoice(command, "--from", arguments.from, kSources, kFromHelp);
+  AddChoice(command, "--from", arguments.from, Sources(), kFromHelp);
   command.add_flag("--strict", arguments.is_strict, kStrictHelp)->disable_flag_override();
   AddText(command, "--default-tone", arguments.default_tone, "N", kDefaultToneHelp);
 }
@@ -199,23 +186,20 @@ void ParseSource(const Arguments& arguments, SourceOptions& options) {
   const std::optional<int> language = LanguageOf(arguments);
   if (!language) throw UsageError("--language is required");
   options.language = *language;
-  options.is_strict = arguments.is_strict;
-  options.from = arguments.from.empty() ? DefaultSource(*language, arguments.is_strict)
-                                        : Meaning(kSources, arguments.from);
-  if (arguments.is_strict && IsWritten(options.from)) options.from = DefaultSource(*language, true);
+  const bool strict = arguments.is_strict;
+  Notation from = arguments.from.empty() ? DefaultSource(*language, strict)
+                                         : Meaning(Sources(), arguments.from);
+  if (strict && IsWritten(from)) from = DefaultSource(*language, true);
+  CheckSource(*language, from);
+  options.reading.notation = from;
+  options.reading.drops_silently = strict;
   options.reading.cutting = Meaning(kCuttings, arguments.cut);
-  if (!IsWritten(options.from)) {  // as the library reads text
-    options.reading = {RuleSet(), nullptr, notation::Cutting::kForward};
-  }
-  CheckSource(options.language, options.from);
-  SwitchRules(arguments, options);
-  const bool can_be_cut = options.from == Source::kPinyin || options.from == Source::kJyutping;
-  if (!arguments.cut.empty() && !can_be_cut) RefuseFor(options.from, "--cut");
-  if (!arguments.aliases.empty() && options.from != Source::kJyutping) {
-    RefuseFor(options.from, "--aliases");
-  }
+  SwitchRules(arguments, from, options);
+  const bool can_be_cut = from == Notation::kPinyin || from == Notation::kJyutping;
+  if (!arguments.cut.empty() && !can_be_cut) RefuseFor(from, "--cut");
+  if (!arguments.aliases.empty() && from != Notation::kJyutping) RefuseFor(from, "--aliases");
   if (!arguments.default_tone.empty()) {
-    options.default_tone = ParseDefaultTone(options.language, arguments.default_tone);
+    options.reading.default_tone = ParseDefaultTone(*language, arguments.default_tone);
   }
 }
 

@@ -71,7 +71,7 @@ CLI::Option& AddText(CLI::App& command, const std::string& name, std::string& va
 /// The name that a table has for a meaning.
 template <typename Table, typename Value>
 std::string NameOf(const Table& table, Value meaning) {
-  const auto* entry = std::begin(table);
+  auto entry = std::begin(table);
   while (entry->meaning != meaning) ++entry;
   return entry->name;
 }
@@ -88,11 +88,8 @@ auto Meaning(const Table& table, const std::string& name) {
 /// How texts are to be read, and all that this refers to.
 struct SourceOptions {
   int language = 0;
-  Source from = Source::kText;
-  bool is_strict = false;
-  int default_tone = 0;  ///< 0 for none
   notation::AliasTable aliases;
-  notation::AnalysisOptions reading;  ///< refers to `aliases`
+  notation::AnalysisOptions reading;  ///< refers to `aliases`; its notation is set
 
   SourceOptions() = default;
   SourceOptions(const SourceOptions&) = delete;

@@ -55,7 +55,7 @@ void AddTexts(CLI::App& command, const char* name, const char* help, int argumen
 CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
   CLI::App& command = *app.add_subcommand("convert", "Convert texts from one notation to another");
   AddLanguage(command, arguments, false);
-  AddChoice(command, "--to", arguments.to, kTargets, kToHelp)
+  AddChoice(command, "--to", arguments.to, Targets(), kToHelp)
       .required()
       ->option_text("NAME (required)");
   AddSource(command, arguments);
@@ -78,7 +78,7 @@ CLI::App& AddConvert(CLI::App& app, Arguments& arguments, int argument_count) {
 CLI::App& AddCheck(CLI::App& app, Arguments& arguments, int argument_count) {
   CLI::App& command = *app.add_subcommand("check", "Report what in a file cannot be converted");
   AddLanguage(command, arguments, false);
-  AddChoice(command, "--to", arguments.to, kTargets, kCheckToHelp);
+  AddChoice(command, "--to", arguments.to, Targets(), kCheckToHelp);
   AddSource(command, arguments);
   AddRules(command, arguments);
   AddLayout(command, arguments);
@@ -153,10 +153,9 @@ void CheckTexts(const Arguments& arguments, const std::vector<std::string>& text
   }
 }
 
-// The conversion without its rules, which come with the aliases.
+// The conversion without its aliases, which are loaded once all options are checked.
 Conversion ConversionOf(const Arguments& arguments, const SourceOptions& source) {
-  return {source.language,  source.from,        Meaning(kTargets, arguments.to), {},
-          source.is_strict, source.default_tone};
+  return {source.language, Meaning(Targets(), arguments.to), source.reading};
 }
 
 ExitStatus RunConvert(const Arguments& arguments, const std::vector<std::string>& texts) {
@@ -209,7 +208,7 @@ ExitStatus RunCheck(const Arguments& arguments, const std::vector<std::string>& 
 ExitStatus RunExplain(const Arguments& arguments) {
   SourceOptions source;
   ParseSource(arguments, source);
-  if (!IsWritten(source.from)) {
+  if (!IsWritten(*source.reading.notation)) {
     throw UsageError("language " + LanguageName(source.language) + " is not known");
   }
   FilesInUse in_use;

@@ -9,10 +9,8 @@
 #include <vector>
 
 #include "tools/commands/lexicon_check.h"
+#include "tools/conversion/failures.h"
 #include "tools/conversion/languages.h"
-#include "tools/conversion/library_reading.h"
-#include "tools/conversion/reader.h"
-#include "tools/conversion/target_gaps.h"
 #include "tools/io/encodings.h"
 #include "tools/io/files.h"
 #include "tools/io/input.h"
@@ -23,25 +21,26 @@
 namespace qeo::tool {
 namespace {
 
-// A message without the kind of failure that it may begin with: findings name it anyway.
-std::string WithoutKind(const Failure& failure) {
-  const std::string kind = std::string(failure.kind) + ' ';
-  const bool begins_with_kind = failure.message.compare(0, kind.size(), kind) == 0;
-  return begins_with_kind ? failure.message.substr(kind.size()) : failure.message;
-}
-
 // Without a target all is reported that a strict conversion drops.
 Conversion ConversionOf(const CheckOptions& options) {
   Conversion conversion = options.conversion;
-  conversion.is_strict = conversion.is_strict && options.has_target;
+  conversion.reading.drops_silently &= options.has_target;
   return conversion;
 }
 
-// What a lexicon needs, without --to.
-std::vector<Target> TargetsOf(const CheckOptions& options) {
-  if (options.has_target) return {options.conversion.to};
-  if (HasCodes(options.conversion.from)) return {Target::kCodes, Target::kPronunciation};
-  return {Target::kPronunciation};
+// Writers of the targets: without --to of what a lexicon needs. Records have no gaps.
+std::vector<notation::Writer> WritersOf(const CheckOptions& options, const Conversion& conversion) {
+  std::vector<Notation> targets;
+  if (!options.has_target) {
+    targets = {Notation::kPronunciation};
+    if (HasCodes(conversion.from())) targets.insert(targets.begin(), Notation::kCodes);
+  } else if (conversion.to.records == Records::kNone) {
+    targets = {conversion.to.notation};
+  }
+  std::vector<notation::Writer> writers;
+  writers.reserve(targets.size());
+  for (const Notation target : targets) writers.push_back(WriterOf(conversion, target));
+  return writers;
 }
 
 class Checker {
@@ -50,9 +49,7 @@ class Checker {
       : options_(options),
         in_use_(in_use),
         conversion_(ConversionOf(options)),
-        targets_(TargetsOf(options)),
-        reader_(conversion_, false),
-        gaps_(conversion_),
+        writers_(WritersOf(options, conversion_)),
         findings_(options.is_json) {}
 
   ExitStatus Run();
@@ -63,10 +60,7 @@ class Checker {
   void CheckBlock(const Block& block);
   void CheckLine(std::uint64_t number, std::string_view line);
   void CheckText(std::uint64_t number, std::size_t offset, std::string_view text);
-  void CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text);
-  void ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text);
   void ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text);
-  void ReportLost(std::uint64_t number, std::size_t offset, const std::string& text);
   void CheckSyllable(std::uint64_t number, std::size_t offset, const sp::SyllableInfo& syllable,
                      std::string_view written);
   void Fail(std::string_view problem);
@@ -74,9 +68,7 @@ class Checker {
   const CheckOptions& options_;
   FilesInUse& in_use_;
   Conversion conversion_;
-  std::vector<Target> targets_;
-  Reader reader_;
-  Gaps gaps_;
+  std::vector<notation::Writer> writers_;
   FindingWriter findings_;
   std::optional<LexiconCheck> lexicon_;
   Output messages_{STDERR_FILENO};
@@ -115,7 +107,7 @@ void Checker::CheckFile(const std::string& path) {
 
 void Checker::CheckInput(int file_descriptor, const std::string& path) {
   if (options_.is_lexicon) {
-    lexicon_.emplace(PhoneLanguage(conversion_.language), conversion_.from == Source::kArpabet,
+    lexicon_.emplace(PhoneLanguage(conversion_.language), conversion_.from() == Notation::kArpabet,
                      findings_);
   }
   BlockReader reader(file_descriptor);
@@ -161,34 +153,19 @@ void Checker::CheckLine(std::uint64_t number, std::string_view line) {
 }
 
 void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_view text) {
-  if (IsWritten(conversion_.from)) return CheckWritten(number, offset, text);
-  const std::string copy(text);
-  if (!reader_.Read(copy)) return ReportUnread(number, offset, copy);
-  const std::vector<notation::Range> places = reader_.FindPlaces(copy);
-  for (std::size_t i = 0; i < reader_.syllable_count(); ++i) {
-    const notation::Range place = i < places.size() ? places[i] : notation::Range{0, copy.size()};
-    CheckSyllable(number, offset + place.offset, reader_.Syllable(i),
-                  text.substr(place.offset, place.length));
-  }
-  if (options_.layout.HasWords() && reader_.syllable_count() == 0) {
-    ReportBroken(number, offset, text);
-  }
-}
-
-void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string_view text) {
-  notation::Analysis analysis =
-      notation::Analyze(ServingLanguage(conversion_), text, conversion_.reading);
+  const notation::Analysis analysis =
+      notation::Analyze(conversion_.language, text, conversion_.reading);
   auto problem = analysis.problems.begin();
   const auto report_before = [&](std::size_t end) {
     for (; problem != analysis.problems.end() && problem->range.offset < end; ++problem) {
       findings_.Write({number, offset + problem->range.offset, problem->range.length,
-                       notation::ProblemName(problem->kind), Described(*problem, text),
-                       problem->suggestion, true, &*problem});
+                       notation::ProblemName(problem->kind),
+                       DetailOf(conversion_.from(), *problem, text), problem->suggestion, true,
+                       &*problem});
     }
   };
-  for (notation::AnalyzedSyllable& syllable : analysis.syllables) {
+  for (const notation::AnalyzedSyllable& syllable : analysis.syllables) {
     report_before(syllable.range.offset);
-    TakeDefaultTone(conversion_, syllable.syllable);
     CheckSyllable(number, offset + syllable.range.offset, syllable.syllable,
                   text.substr(syllable.range.offset, syllable.range.length));
   }
@@ -201,11 +178,11 @@ void Checker::CheckWritten(std::uint64_t number, std::size_t offset, std::string
 // `written` is the syllable in the text, and `offset` where it is in the line.
 void Checker::CheckSyllable(std::uint64_t number, std::size_t offset,
                             const sp::SyllableInfo& syllable, std::string_view written) {
-  for (const Target target : targets_) {
-    const Gap gap = gaps_.Find(target, syllable);
-    if (gap != Gap::kNone) {
-      return findings_.Write({number, offset, written.size(), Gaps::KindOf(gap),
-                              Quoted(written) + gaps_.DetailOf(gap, syllable), "", true});
+  for (const notation::Writer& writer : writers_) {
+    const notation::Gap gap = writer.FindGap(syllable);
+    if (gap != notation::Gap::kNone) {
+      return findings_.Write({number, offset, written.size(), notation::GapName(gap),
+                              Quoted(written) + DetailOf(writer, gap, syllable), "", true});
     }
   }
 }
@@ -214,26 +191,6 @@ void Checker::CheckSyllable(std::uint64_t number, std::size_t offset,
 void Checker::ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text) {
   findings_.Write(
       {number, offset, text.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
-}
-
-void Checker::ReportUnread(std::uint64_t number, std::size_t offset, const std::string& text) {
-  const Failure& failure = reader_.failure();
-  if (failure.kind == notation::ProblemName(notation::ProblemKind::kLettersLost)) {
-    return ReportLost(number, offset, text);
-  }
-  const bool has_place = failure.place.length != 0;
-  const notation::Range place = has_place ? failure.place : notation::Range{0, text.size()};
-  findings_.Write(
-      {number, offset + place.offset, place.length, failure.kind, WithoutKind(failure), "", true});
-}
-
-// Every run of them.
-void Checker::ReportLost(std::uint64_t number, std::size_t offset, const std::string& text) {
-  for (const notation::Range& lost : LettersLost(conversion_.language, text)) {
-    findings_.Write({number, offset + lost.offset, lost.length,
-                     notation::ProblemName(notation::ProblemKind::kLettersLost),
-                     Quoted(std::string_view(text).substr(lost.offset, lost.length)), "", true});
-  }
 }
 
 void Checker::Fail(std::string_view problem) {

@@ -112,7 +112,7 @@ void Job::OpenInput(FilesInUse& files) {
 }
 
 void Job::ConvertTexts() {
-  if (options_.conversion.to == Target::kTsv) AppendRowHeader(results_->text());
+  if (options_.conversion.to.records == Records::kTsv) AppendRowHeader(results_->text());
   if (options_.texts.empty()) {
     ConvertInput();
   } else {

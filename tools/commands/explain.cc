@@ -13,12 +13,9 @@
 #include "tools/commands/cut_comparison.h"
 #include "tools/commands/language_tables.h"
 #include "tools/commands/phone_features.h"
+#include "tools/conversion/failures.h"
 #include "tools/conversion/languages.h"
-#include "tools/conversion/library_reading.h"
 #include "tools/conversion/notations.h"
-#include "tools/conversion/reader.h"
-#include "tools/conversion/target_gaps.h"
-#include "tools/conversion/writer.h"
 #include "tools/report/messages.h"
 #include "tools/report/terminal_table.h"
 #include "tools/report/terminal_text.h"
@@ -56,15 +53,7 @@ std::vector<Column> PlacedColumns(std::vector<Column> columns) {
   return columns;
 }
 
-using Records = std::vector<sp::SyllableInfo>;
-
-// Syllables in one of the notations that the tool writes one after the other.
-std::string Written(Target to, const Records& syllables) {
-  std::string text;
-  for (const sp::SyllableInfo& syllable : syllables) AppendSyllable(to, syllable, text);
-  text.resize(text.find_last_not_of(" ,") + 1);
-  return text;
-}
+using Syllables = std::vector<sp::SyllableInfo>;
 
 // What AppendExplanation shows, section by section.
 class Explanation {
@@ -75,7 +64,7 @@ class Explanation {
         text_(text),
         options_(options),
         analysis_(notation::Analyze(language, text, options)),
-        gaps_({language, DefaultSource(language, false), Target::kIds}) {
+        ids_(WriterOf(Notation::kIds)) {
     for (const notation::AnalyzedSyllable& syllable : analysis_.syllables) {
       records_.push_back(syllable.syllable);
     }
@@ -105,21 +94,23 @@ class Explanation {
   void AppendEnglishSyllables(std::string& out) const;
   void AppendPhones(std::string& out) const;
   void AppendWholeText(std::string& out) const;
-  void AppendNotation(const char* label, Target to, const char* separator, std::string& out) const;
+  notation::Writer WriterOf(Notation to) const;
+  void AppendNotation(const char* label, Notation to, const char* separator,
+                      std::string& out) const;
   std::string Ids(const sp::SyllableInfo& syllable) const;
   void AppendCuts(std::string& out) const;
   void AppendProblems(std::string& out) const;
   void AppendHints(std::string& out) const;
   void AppendWithoutRules(std::string& out) const;
-  std::string Notation(const Records& records) const;
+  std::string InLibraryNotation(const Syllables& records) const;
 
   int language_;
   const sp::SpMapping& tables_;
   const std::string& text_;
   const notation::AnalysisOptions& options_;
   notation::Analysis analysis_;
-  Gaps gaps_;
-  Records records_;  // of the syllables of analysis_
+  notation::Writer ids_;
+  Syllables records_;  // of the syllables of analysis_
 };
 
 // Puts the place of something, and its bytes fitted into `cells`, before what is known of it.
@@ -203,31 +194,34 @@ void Explanation::AppendPhones(std::string& out) const {
 void Explanation::AppendWholeText(std::string& out) const {
   if (records_.empty()) return;
   out += "\nthe whole text\n";
-  if (HasSyllableTable()) AppendNotation("codes", Target::kCodes, " ", out);
-  AppendNotation("phone ids", Target::kIds, " ", out);
-  AppendNotation("pronunciation", Target::kPronunciation, ", ", out);
-  if (language_ == sp::LANGUAGE_MANDARIN) AppendNotation("marks", Target::kMarks, " ", out);
+  if (HasSyllableTable()) AppendNotation("codes", Notation::kCodes, " ", out);
+  AppendNotation("phone ids", Notation::kIds, " ", out);
+  AppendNotation("pronunciation", Notation::kPronunciation, ", ", out);
+  if (language_ == sp::LANGUAGE_MANDARIN)
+    AppendNotation("marks", Notation::kMarkedPinyin, " ", out);
+}
+
+notation::Writer Explanation::WriterOf(Notation to) const {
+  return notation::Writer(to, language_, HasSyllableTable());
 }
 
 // The text in a notation, or the first syllable that it cannot express.
-void Explanation::AppendNotation(const char* label, Target to, const char* separator,
+void Explanation::AppendNotation(const char* label, Notation to, const char* separator,
                                  std::string& out) const {
-  for (std::size_t i = 0; i < records_.size(); ++i) {
-    const Gap gap = gaps_.Find(to, records_[i]);
-    if (gap != Gap::kNone) {
-      const std::string kind(Gaps::KindOf(gap));
-      return AppendLine(label,
-                        "none: " + kind + " in syllable " + std::to_string(i + 1) + ", " +
-                            Quote(analysis_.syllables[i].spelling, 24),
-                        "\n", out);
-    }
+  const notation::Writer writer = WriterOf(to);
+  std::string written;
+  if (const auto gap = writer.Write(records_, written)) {
+    const std::string kind(notation::GapName(writer.FindGap(records_[*gap])));
+    written = "none: " + kind + " in syllable " + std::to_string(*gap + 1) + ", " +
+              Quote(analysis_.syllables[*gap].spelling, 24);
+    separator = "\n";
   }
-  AppendLine(label, Written(to, records_), separator, out);
+  AppendLine(label, written, separator, out);
 }
 
 std::string Explanation::Ids(const sp::SyllableInfo& syllable) const {
-  const bool has_gap = gaps_.Find(Target::kIds, syllable) != Gap::kNone;
-  return has_gap ? "-" : Written(Target::kIds, {syllable});
+  std::string ids;
+  return ids_.Append(syllable, ids) ? ids : "-";
 }
 
 void Explanation::AppendCuts(std::string& out) const {
@@ -269,11 +263,14 @@ void Explanation::AppendHints(std::string& out) const {
 
 // What the library drops of a text that it reads: "uo" at 6, "P" at 12.
 std::string ShowLost(int language, const std::string& text) {
+  notation::AnalysisOptions options;
+  options.notation = Notation::kText;
   std::string shown;
-  for (const notation::Range& lost : LettersLost(language, text)) {
-    const std::string_view bytes = std::string_view(text).substr(lost.offset, lost.length);
+  for (const notation::Problem& lost : notation::Analyze(language, text, options).problems) {
+    const auto [offset, length] = lost.range;
     shown += shown.empty() ? "" : ", ";
-    shown += Quote(bytes, 24) + " at " + std::to_string(lost.offset);
+    shown += Quote(std::string_view(text).substr(offset, length), 24);
+    shown += " at " + std::to_string(offset);
   }
   return shown.empty() ? "nothing" : shown;
 }
@@ -285,24 +282,31 @@ bool IsSame(const sp::SyllableInfo& a, const sp::SyllableInfo& b) {
 // How the library itself reads the text, and what it drops without a failure.
 void Explanation::AppendWithoutRules(std::string& out) const {
   out += "\nwithout rules\n";
-  const Conversion conversion = {language_, DefaultSource(language_, true), Target::kIds, {}, true};
-  Reader reader(conversion, false);
-  if (!reader.Read(text_)) return AppendLine("fails", reader.failure().message, "\n", out);
-  Records records;
-  for (std::size_t i = 0; i < reader.syllable_count(); ++i) records.push_back(reader.Syllable(i));
-  AppendLine("reads", Notation(records), " ", out);
+  notation::AnalysisOptions options;
+  options.notation = DefaultSource(language_, true);
+  options.drops_silently = true;
+  notation::Reader reader(language_, options);
+  if (!reader.Read(text_)) {
+    const Failure failure = FailureOf(*options.notation, reader.problems(), text_);
+    return AppendLine("fails", failure.message, "\n", out);
+  }
+  Syllables records;
+  for (std::size_t i = 0; i < reader.size(); ++i) records.push_back(reader.Syllable(i));
+  AppendLine("reads", InLibraryNotation(records), " ", out);
   // A pronunciation that is read at all is read whole.
   AppendLine("loses", HasSyllableTable() ? ShowLost(language_, text_) : "nothing", ", ", out);
 }
 
 // What the library reads without rules, in its own notation.
-std::string Explanation::Notation(const Records& records) const {
+std::string Explanation::InLibraryNotation(const Syllables& records) const {
   if (records.empty()) return "nothing";
   if (std::equal(records.begin(), records.end(), records_.begin(), records_.end(), IsSame)) {
     return "the same";
   }
   if (!HasSyllableTable()) return notation::PronunciationString(records).text;
-  return Written(Target::kSyllables, records);
+  std::string text;
+  notation::Writer(Notation::kText, language_, true, true).Write(records, text);
+  return text;
 }
 
 }  // namespace

@@ -1,16 +1,17 @@
 #include "tools/commands/line_converter.h"
 
-#include "tools/conversion/result_records.h"
 #include "tools/report/messages.h"
 
 namespace qeo::tool {
 
 LineConverter::LineConverter(const Conversion& conversion, const Layout& layout, const char* place)
-    : layout_(layout),
-      to_(conversion.to),
+    : conversion_(conversion),
+      layout_(layout),
       place_(place),
-      reader_(conversion, WritesRecords()),
-      writer_(conversion) {}
+      reader_(conversion.language, conversion.reading,
+              WritesRecords() && IsWritten(conversion.from())),
+      writer_(WriterOf(conversion, conversion.to.notation)),
+      records_(conversion) {}
 
 void LineConverter::ConvertBlock(Batch& batch) {
   if (batch.input.is_overlong) return RejectPart(batch);
@@ -44,7 +45,7 @@ void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& b
   }
   ++batch.totals.converted;
   batch.totals.CountRules(reader_.applied());
-  if (to_ != Target::kTsv) out += line.end;
+  if (conversion_.to.records != Records::kTsv) out += line.end;
 }
 
 bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out) {
@@ -54,23 +55,29 @@ bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::
   }
   text_ = entry.text;
   if (!reader_.Read(text_)) {
-    failure_ = reader_.failure();
+    failure_ = FailureOf(conversion_.from(), reader_.problems(), text_);
     return false;
   }
-  if (layout_.HasWords() && reader_.syllable_count() == 0) {
+  if (layout_.HasWords() && reader_.size() == 0) {
     failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
     return false;
   }
   const RecordHead head = {number, entry.word, text_};
-  if (to_ == Target::kJson) {
-    AppendJson(head, reader_, writer_.gaps(), out);
-  } else if (to_ == Target::kTsv) {
-    AppendRows(head, reader_, writer_.gaps(), out);
-  } else if (!writer_.Write(reader_, text_, out)) {
-    failure_ = writer_.failure();
+  if (conversion_.to.records == Records::kJson) {
+    records_.AppendJson(head, reader_, out);
+  } else if (conversion_.to.records == Records::kTsv) {
+    records_.AppendRows(head, reader_, out);
+  } else if (!Write(out)) {
+    failure_ = GapFailure(conversion_, writer_, text_);
     return false;
   }
   return true;
+}
+
+// Returns false when the notation cannot express a syllable.
+bool LineConverter::Write(std::string& out) {
+  return !(reader_.has_codes() ? writer_.Write(reader_.codes(), out)
+                               : writer_.Write(reader_.syllables(), out));
 }
 
 void LineConverter::Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch) {
@@ -83,7 +90,7 @@ void LineConverter::Fail(std::uint64_t number, const Line& line, const Entry& en
 
 void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const Entry& entry,
                                  std::string& out) {
-  if (to_ == Target::kJson) {
+  if (conversion_.to.records == Records::kJson) {
     const bool is_broken = entry.kind == EntryKind::kBroken;
     AppendJsonFailure({number, entry.word, is_broken ? line.text : entry.text}, failure_, out);
   } else if (layout_.format == Format::kTsv && !WritesRecords()) {
@@ -94,7 +101,9 @@ void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const E
 
 // Ends what a line that fails gives, if it gives anything.
 void LineConverter::EndFailure(const Line& line, std::string& out) const {
-  if (to_ == Target::kJson || (to_ != Target::kTsv && !layout_.HasWords())) out += line.end;
+  if (conversion_.to.records == Records::kJson ||
+      (conversion_.to.records != Records::kTsv && !layout_.HasWords()))
+    out += line.end;
 }
 
 // A line that is too long comes in parts, and fails once. Its text is in no result, so it leaves an
@@ -113,7 +122,8 @@ void LineConverter::RejectPart(Batch& batch) {
   std::string_view rest = part.text;
   const Line last = TakeLine(rest);
   batch.rejects.append(last.text).append(last.end);
-  if (to_ == Target::kJson) AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
+  if (conversion_.to.records == Records::kJson)
+    AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);
   EndFailure(last, batch.results);
 }
 

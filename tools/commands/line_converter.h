@@ -8,8 +8,7 @@
 #include <string_view>
 
 #include "tools/conversion/lexicon_lines.h"
-#include "tools/conversion/reader.h"
-#include "tools/conversion/writer.h"
+#include "tools/conversion/result_records.h"
 #include "tools/io/input.h"
 #include "tools/report/totals.h"
 
@@ -47,18 +46,20 @@ class LineConverter {
 
  private:
   bool ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out);
+  bool Write(std::string& out);
   void RejectPart(Batch& batch);
   void Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch);
   void WriteFailure(std::uint64_t number, const Line& line, const Entry& entry, std::string& out);
   void EndFailure(const Line& line, std::string& out) const;
   void AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const;
-  bool WritesRecords() const { return to_ == Target::kJson || to_ == Target::kTsv; }
+  bool WritesRecords() const { return conversion_.to.records != Records::kNone; }
 
+  const Conversion& conversion_;
   const Layout& layout_;
-  Target to_;
   const char* place_;
-  Reader reader_;
-  Writer writer_;
+  notation::Reader reader_;
+  notation::Writer writer_;
+  RecordWriter records_;
   std::string text_;
   Failure failure_;
 };

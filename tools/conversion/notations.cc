@@ -1,7 +1,5 @@
 #include "tools/conversion/notations.h"
 
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 #include "tools/base/decimal.h"
@@ -12,56 +10,65 @@
 namespace qeo::tool {
 namespace {
 
-bool NeedsCodes(Target to) {
-  return to == Target::kSyllables || to == Target::kCodes || to == Target::kMarks;
+using notation::FactsOf;
+using notation::NotationFacts;
+
+std::vector<Named<Notation>> MakeSources() {
+  std::vector<Named<Notation>> sources;
+  for (const Notation notation : notation::AllNotations()) {
+    const NotationFacts& facts = FactsOf(notation);
+    if (facts.is_read) sources.push_back({facts.name.data(), notation});
+  }
+  return sources;
 }
 
-// A notation of one language alone.
-template <typename Notation>
-struct OwnNotation {
-  Notation notation;
-  int language;
-  const char* name;
-};
+std::vector<Named<Target>> MakeTargets() {
+  std::vector<Named<Target>> targets;
+  std::vector<Named<Target>> own;  // of one language
+  for (const Notation notation : notation::AllNotations()) {
+    const NotationFacts& facts = FactsOf(notation);
+    if (!facts.is_written) continue;
+    // What is written of the library's text is its syllables.
+    const char* name = notation == Notation::kText ? "syllables" : facts.name.data();
+    (facts.language == 0 ? targets : own).push_back({name, {notation, Records::kNone}});
+  }
+  targets.insert(targets.end(), own.begin(), own.end());
+  targets.push_back({"json", {Notation::kText, Records::kJson}});
+  targets.push_back({"tsv", {Notation::kText, Records::kTsv}});
+  return targets;
+}
 
-constexpr OwnNotation<Source> kOwnSources[] = {
-    {Source::kPinyin, sp::LANGUAGE_MANDARIN, "Pinyin"},
-    {Source::kJyutping, sp::LANGUAGE_CANTONESE, "Jyutping"},
-    {Source::kArpabet, sp::LANGUAGE_AMERICAN_ENGLISH, "ARPAbet"},
-};
-
-constexpr OwnNotation<Target> kOwnTargets[] = {
-    {Target::kMarks, sp::LANGUAGE_MANDARIN, "Pinyin with tone marks"},
-    {Target::kArpabet, sp::LANGUAGE_AMERICAN_ENGLISH, "ARPAbet"},
-};
-
-constexpr Tones kTones[] = {
-    {sp::LANGUAGE_MANDARIN, "tones", 1, 5, -1},
-    {sp::LANGUAGE_CANTONESE, "tones", 1, 6, 7},
-    {sp::LANGUAGE_AMERICAN_ENGLISH, "stresses", 0, 2, -1},
-};
-
-template <typename Notation, std::size_t kCount>
-void CheckOwner(int language, Notation notation, const OwnNotation<Notation> (&owned)[kCount]) {
-  for (const OwnNotation<Notation>& own : owned) {
-    if (own.notation == notation && own.language != language) {
-      throw UsageError(std::string(own.name) + " is a notation of " + LanguageName(own.language) +
-                       ", not of " + LanguageName(language));
-    }
+// Throws for a notation of another language alone.
+void CheckOwner(int language, Notation notation) {
+  const NotationFacts& facts = FactsOf(notation);
+  if (facts.language != 0 && facts.language != language) {
+    throw UsageError(std::string(facts.title) + " is a notation of " +
+                     LanguageName(facts.language) + ", not of " + LanguageName(language));
   }
 }
 
 }  // namespace
 
-const Tones& TonesOf(int language) {
-  return *std::find_if(std::begin(kTones), std::end(kTones) - 1,
-                       [language](const Tones& tones) { return tones.language == language; });
+const std::vector<Named<Notation>>& Sources() {
+  static const std::vector<Named<Notation>> sources = MakeSources();
+  return sources;
+}
+
+const std::vector<Named<Target>>& Targets() {
+  static const std::vector<Named<Target>> targets = MakeTargets();
+  return targets;
+}
+
+notation::Writer WriterOf(const Conversion& conversion, Notation to) {
+  return notation::Writer(to, conversion.language, HasCodes(conversion.from()),
+                          conversion.reading.drops_silently);
 }
 
 std::string DescribeTones(int language) {
-  const Tones& tones = TonesOf(language);
-  return LanguageName(language) + ' ' + tones.name + " are " + std::to_string(tones.first) +
-         " to " + std::to_string(tones.last);
+  const sp::Tones tones = sp::TonesOf(language);
+  const char* name = tones.first == 0 ? " stresses are " : " tones are ";
+  return LanguageName(language) + name + std::to_string(tones.first) + " to " +
+         std::to_string(tones.last);
 }
 
 int ParseDefaultTone(int language, std::string_view tone) {
@@ -70,10 +77,10 @@ int ParseDefaultTone(int language, std::string_view tone) {
         "--default-tone does not apply to mandarin: a syllable without a tone has the neutral "
         "tone, 5");
   }
-  if (language != sp::LANGUAGE_CANTONESE) {
+  const sp::Tones tones = sp::TonesOf(language);
+  if (tones.none < 0) {
     throw UsageError("--default-tone does not apply to " + LanguageName(language));
   }
-  const Tones& tones = TonesOf(language);
   const std::optional<int> digit = ParseNumber<int>(tone);
   if (!digit || *digit < tones.first || *digit > tones.last) {
     throw UsageError("--default-tone: " + Quoted(tone) +
@@ -82,15 +89,14 @@ int ParseDefaultTone(int language, std::string_view tone) {
   return *digit;
 }
 
-Source DefaultSource(int language, bool strict) {
-  for (const OwnNotation<Source>& own : kOwnSources) {
-    if (own.language == language && !strict) return own.notation;
-  }
-  return SyllableLanguage(language) ? Source::kText : Source::kPronunciation;
+Notation DefaultSource(int language, bool strict) {
+  const std::optional<Notation> own = notation::OwnNotation(language);
+  if (own && !strict) return *own;
+  return SyllableLanguage(language) ? Notation::kText : Notation::kPronunciation;
 }
 
-void CheckSource(int language, Source from) {
-  CheckOwner(language, from, kOwnSources);
+void CheckSource(int language, Notation from) {
+  CheckOwner(language, from);
   if (HasCodes(from) && !SyllableLanguage(language)) {
     throw UsageError(LanguageName(language) +
                      " has no syllable table: use --from arpabet, pronunciation or ids");
@@ -98,15 +104,16 @@ void CheckSource(int language, Source from) {
 }
 
 void CheckConversion(const Conversion& conversion) {
-  CheckSource(conversion.language, conversion.from);
-  CheckOwner(conversion.language, conversion.to, kOwnTargets);
-  if (!NeedsCodes(conversion.to)) return;
+  CheckSource(conversion.language, conversion.from());
+  if (conversion.to.records != Records::kNone) return;
+  CheckOwner(conversion.language, conversion.to.notation);
+  if (!FactsOf(conversion.to.notation).has_codes) return;
   if (!SyllableLanguage(conversion.language)) {
     throw UsageError(
         LanguageName(conversion.language) +
         " has no syllable table: use --to phones, toned-phones, ids, pronunciation or arpabet");
   }
-  if (!HasCodes(conversion.from)) {
+  if (!HasCodes(conversion.from())) {
     throw UsageError(
         "phones do not determine their syllable (Mandarin \"yo\" and \"you\" sound alike): use "
         "--from pinyin, jyutping, text or codes");
@@ -114,10 +121,7 @@ void CheckConversion(const Conversion& conversion) {
 }
 
 int ServingLanguage(const Conversion& conversion) {
-  if (HasCodes(conversion.from)) {
-    return SyllableLanguage(conversion.language).value_or(conversion.language);
-  }
-  return PronunciationLanguage(conversion.language);
+  return notation::ServingLanguage(conversion.from(), conversion.language);
 }
 
 }  // namespace qeo::tool

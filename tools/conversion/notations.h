@@ -5,23 +5,21 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "notation/notation.h"
 
 namespace qeo::tool {
 
-enum class Source { kPinyin, kJyutping, kArpabet, kText, kCodes, kIds, kPronunciation };
-enum class Target {
-  kSyllables,
-  kPhones,
-  kTonedPhones,
-  kCodes,
-  kIds,
-  kPronunciation,
-  kMarks,
-  kArpabet,
-  kJson,
-  kTsv,
+using notation::Notation;
+
+/// Results as records for other programs, with all that is known.
+enum class Records { kNone, kJson, kTsv };
+
+/// What syllables become: text in a notation, or records, for which the notation is of no account.
+struct Target {
+  Notation notation = Notation::kText;
+  Records records = Records::kNone;
 };
 
 template <typename Meaning>
@@ -30,28 +28,11 @@ struct Named {
   Meaning meaning;
 };
 
-inline constexpr Named<Source> kSources[] = {
-    {"pinyin", Source::kPinyin},
-    {"jyutping", Source::kJyutping},
-    {"arpabet", Source::kArpabet},
-    {"text", Source::kText},
-    {"codes", Source::kCodes},
-    {"ids", Source::kIds},
-    {"pronunciation", Source::kPronunciation},
-};
+/// The notations that are read, by their names.
+const std::vector<Named<Notation>>& Sources();
 
-inline constexpr Named<Target> kTargets[] = {
-    {"syllables", Target::kSyllables},
-    {"phones", Target::kPhones},
-    {"toned-phones", Target::kTonedPhones},
-    {"codes", Target::kCodes},
-    {"ids", Target::kIds},
-    {"pronunciation", Target::kPronunciation},
-    {"marks", Target::kMarks},
-    {"arpabet", Target::kArpabet},
-    {"json", Target::kJson},
-    {"tsv", Target::kTsv},
-};
+/// What can be written, those of every language first.
+const std::vector<Named<Target>>& Targets();
 
 inline constexpr Named<notation::Cutting> kCuttings[] = {
     {"whole", notation::Cutting::kWhole},
@@ -60,40 +41,22 @@ inline constexpr Named<notation::Cutting> kCuttings[] = {
     {"none", notation::Cutting::kNone},
 };
 
-/// Returns whether a notation is what people write, read by way of rules.
-constexpr bool IsWritten(Source from) {
-  return from == Source::kPinyin || from == Source::kJyutping || from == Source::kArpabet;
-}
+/// Returns whether a notation that is read is what people write, read by way of rules.
+inline bool IsWritten(Notation from) { return notation::FactsOf(from).language != 0; }
 
 /// Returns whether the syllables of a notation have codes.
-constexpr bool HasCodes(Source from) {
-  return from == Source::kPinyin || from == Source::kJyutping || from == Source::kText ||
-         from == Source::kCodes;
-}
+inline bool HasCodes(Notation from) { return notation::FactsOf(from).has_codes; }
 
 struct Conversion {
   int language = 0;
-  Source from = Source::kText;
-  Target to = Target::kSyllables;
-  notation::AnalysisOptions reading = {};  // how a notation that people write is read
-  bool is_strict = false;                  // what the library drops is dropped
-  int default_tone = 0;                    // of a syllable without one; 0 leaves it so
+  Target to;
+  notation::AnalysisOptions reading;  // its notation is set
+
+  Notation from() const { return *reading.notation; }
 };
 
-/// The tone digits of a language, or for English its stress digits.
-struct Tones {
-  int language;
-  const char* name;  ///< "tones" or "stresses"
-  int first;
-  int last;
-  int none;  ///< the digit of a syllable that was read without a tone it needs; -1 for none
-};
-
-/// The tones of a registered language.
-///
-/// Cantonese text without tones has the digit 7. Elsewhere each digit that the library gives is a
-/// tone: unmarked Mandarin has the neutral tone, 5, and a vowel without a stress has 0.
-const Tones& TonesOf(int language);
+/// A writer of what a conversion reads.
+notation::Writer WriterOf(const Conversion& conversion, Notation to);
 
 /// What the tones of a language are, for messages: "mandarin tones are 1 to 5".
 std::string DescribeTones(int language);
@@ -104,12 +67,12 @@ int ParseDefaultTone(int language, std::string_view tone);
 
 /// What a language is read from by default: what people write in it, or with
 /// `strict` what the library itself reads.
-Source DefaultSource(int language, bool strict);
+Notation DefaultSource(int language, bool strict);
 
 /// Throws UsageError when texts of a language cannot be read from a notation.
-void CheckSource(int language, Source from);
+void CheckSource(int language, Notation from);
 
-/// Throws UsageError when there is no such conversion.
+/// Throws UsageError when a conversion does not exist.
 void CheckConversion(const Conversion& conversion);
 
 /// The language that the library converts with, another one for an id that it does not know.

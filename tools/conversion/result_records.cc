@@ -6,7 +6,6 @@
 
 #include "phoneme/phoneme.h"
 #include "tools/base/decimal.h"
-#include "tools/conversion/writer.h"
 #include "tools/report/json.h"
 
 namespace qeo::tool {
@@ -18,12 +17,10 @@ std::string SpellingOf(const sp::SyllableInfo& syllable) {
   return sp::code2py(syllable.language, static_cast<unsigned short>(syllable.code), true);
 }
 
-// What AppendSyllable writes, without the separator at its end; nothing for a gap.
-std::string Written(Target to, const sp::SyllableInfo& syllable, const Gaps& gaps) {
-  if (gaps.Find(to, syllable) != Gap::kNone) return "";
+// A syllable in a notation; nothing for a gap.
+std::string Written(const notation::Writer& writer, const sp::SyllableInfo& syllable) {
   std::string text;
-  AppendSyllable(to, syllable, text);
-  text.pop_back();
+  writer.Append(syllable, text);
   return text;
 }
 
@@ -43,7 +40,8 @@ Json HeadOf(const RecordHead& head) {
   return json;
 }
 
-Json SyllableOf(const RecordHead& head, Reader& reader, const Gaps& gaps, std::size_t index) {
+Json SyllableOf(const RecordHead& head, notation::Reader& reader, const notation::Writer& ids,
+                std::size_t index) {
   const sp::SyllableInfo& syllable = reader.Syllable(index);
   Json json;
   if (!reader.places().empty()) {
@@ -56,8 +54,8 @@ Json SyllableOf(const RecordHead& head, Reader& reader, const Gaps& gaps, std::s
     json["syllable"] = SpellingOf(syllable);
     json["code"] = syllable.code;
   }
-  json["tone"] = Gaps::HasTone(syllable) ? Json(ToneDigit(syllable)) : Json();
-  if (gaps.Find(Target::kIds, syllable) != Gap::kNone) {
+  json["tone"] = notation::HasTone(syllable) ? Json(notation::ToneDigit(syllable)) : Json();
+  if (ids.FindGap(syllable) != notation::Gap::kNone) {
     json["phones"] = Json();
     json["ids"] = Json();
     return json;
@@ -68,7 +66,7 @@ Json SyllableOf(const RecordHead& head, Reader& reader, const Gaps& gaps, std::s
     json["phones"].push_back(phone->name);
     json["ids"].push_back(phone->id + sp::kFirstPhoneByte);
   }
-  json["ids"].push_back(ToneDigit(syllable));
+  json["ids"].push_back(notation::ToneDigit(syllable));
   return json;
 }
 
@@ -97,12 +95,13 @@ void AppendRowHeader(std::string& out) {
   out += "# line\tword\tread\toffset\tlength\tsyllable\ttone\tcode\tphones\tids\n";
 }
 
-void AppendRows(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out) {
+void RecordWriter::AppendRows(const RecordHead& head, notation::Reader& reader,
+                              std::string& out) const {
   const auto append = [&out](std::string_view field) {
     out += '\t';
     out += field.empty() ? kNone : field;
   };
-  for (std::size_t i = 0; i < reader.syllable_count(); ++i) {
+  for (std::size_t i = 0; i < reader.size(); ++i) {
     const sp::SyllableInfo& syllable = reader.Syllable(i);
     AppendNumber(head.line, out);
     append(head.word);
@@ -117,21 +116,22 @@ void AppendRows(const RecordHead& head, Reader& reader, const Gaps& gaps, std::s
       append(std::to_string(place.length));
     }
     append(reader.has_codes() ? SpellingOf(syllable) : "");
-    append(Gaps::HasTone(syllable) ? std::to_string(ToneDigit(syllable)) : "");
+    append(notation::HasTone(syllable) ? std::to_string(notation::ToneDigit(syllable)) : "");
     append(reader.has_codes() ? std::to_string(syllable.code) : "");
-    append(Written(Target::kPhones, syllable, gaps));
-    append(Written(Target::kIds, syllable, gaps));
+    append(Written(phones_, syllable));
+    append(Written(ids_, syllable));
     out += '\n';
   }
 }
 
 // A value takes several times the memory of its text, so a long line is never one.
-void AppendJson(const RecordHead& head, Reader& reader, const Gaps& gaps, std::string& out) {
+void RecordWriter::AppendJson(const RecordHead& head, notation::Reader& reader,
+                              std::string& out) const {
   AppendJsonText(HeadOf(head), out);
   out.back() = ',';  // the object goes on
-  AppendMember("syllables", reader.syllable_count(), out,
-               [&](std::size_t i) { return SyllableOf(head, reader, gaps, i); });
-  if (reader.is_written()) {
+  AppendMember("syllables", reader.size(), out,
+               [&](std::size_t i) { return SyllableOf(head, reader, ids_, i); });
+  if (is_written_) {
     out += ',';
     AppendMember("rules", reader.applied().size(), out,
                  [&](std::size_t i) { return RuleOf(reader.applied()[i]); });
