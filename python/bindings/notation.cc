@@ -111,14 +111,28 @@ py::tuple ParseAliases(py::handle object) {
   return py::make_tuple(std::move(parsed.table), pairs, errors);
 }
 
+// Refuses a notation of another language, which the library would read as that one.
+notation::Notation NotationOf(int number, int language) {
+  const auto notation = static_cast<notation::Notation>(number);
+  const notation::NotationFacts& facts = notation::FactsOf(notation);
+  if (facts.language == 0 || facts.language == language) return notation;
+  std::string owner;
+  for (const sp::LanguageNames& names : sp::Languages()) {
+    if (names.id == facts.language) owner = names.name;
+  }
+  throw py::value_error(std::string(facts.title) + " is a notation of " + owner + " alone");
+}
+
 py::tuple Analyze(py::handle text, py::handle language, RuleBits rules,
-                  const notation::AliasTable* aliases, int cutting, py::handle fallback) {
+                  const notation::AliasTable* aliases, int cutting, py::handle fallback,
+                  std::optional<int> notation) {
   const Source source(text);
   notation::AnalysisOptions options;
   if (rules) options.rules = Rules(*rules);
   options.aliases = aliases;
   options.cutting = static_cast<notation::Cutting>(cutting);
   const int id = LanguageArgument(language.ptr(), fallback.ptr());
+  if (notation) options.notation = NotationOf(*notation, id);
   const notation::Analysis analysis = notation::Analyze(id, source.text(), options);
   const py::tuple syllables =
       TupleOf(analysis.syllables, [&](const notation::AnalyzedSyllable& syllable) {
@@ -201,6 +215,16 @@ py::tuple RuleNames() {
   return names;
 }
 
+// The notations that are read, by name.
+py::dict Notations() {
+  py::dict notations;
+  for (const notation::Notation notation : notation::AllNotations()) {
+    const notation::NotationFacts& facts = notation::FactsOf(notation);
+    if (facts.is_read) notations[py::str(facts.name)] = static_cast<int>(notation);
+  }
+  return notations;
+}
+
 std::uint32_t DefaultRules() {
   std::uint32_t bits = 0;
   for (int i = 0; i < notation::kRuleCount; ++i) {
@@ -224,6 +248,7 @@ void AddNotation(py::module_& module) {
   py::class_<notation::AliasTable>(module, "AliasTable")
       .def("__len__", &notation::AliasTable::size);
   module.attr("RULE_NAMES") = RuleNames();
+  module.attr("NOTATIONS") = Notations();
   module.attr("DEFAULT_RULES") = DefaultRules();
   module.def("normalize_pinyin", NormalizePinyin);
   module.def("normalize_jyutping", NormalizeJyutping);

@@ -16,6 +16,7 @@ _Range = tuple[int, int]
 __version__: str
 LANGUAGES: dict[str, int]
 RULE_NAMES: tuple[str, ...]
+NOTATIONS: dict[str, int]
 DEFAULT_RULES: int
 
 def require_main_interpreter() -> None: ...
@@ -232,6 +233,7 @@ def analyze(
     aliases: Optional[AliasTable],
     cutting: int,
     fallback: bool,
+    notation: Optional[int],
     /,
 ) -> tuple[
     tuple[AnalyzedSyllable, ...],

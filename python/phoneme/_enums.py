@@ -42,7 +42,7 @@ class Status(enum.IntEnum):
     >>> [Status(number).name for number in batch.status]
     ['CONVERTED', 'FOREIGN_TEXT', 'UNKNOWN_SYLLABLE']
 
-    0 is a text of which nothing is lost. From `UNKNOWN_SYLLABLE` to `INVALID_UTF8` it is the kind
+    0 is a text of which nothing is lost. From `UNKNOWN_SYLLABLE` to `PHONES_LOST` it is the kind
     of the first problem, see ProblemKind. A conversion that does not look for problems has but
     `FAILED`; the same conversion of the one text says where.
     """
@@ -55,4 +55,7 @@ class Status(enum.IntEnum):
     FOREIGN_TEXT = 5
     UNKNOWN_PHONE = 6
     INVALID_UTF8 = 7
+    UNKNOWN_CODE = 8
+    UNKNOWN_PHONE_ID = 9
+    PHONES_LOST = 10
     MISSING = 255  #: None or NaN in the place of a text

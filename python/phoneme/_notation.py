@@ -92,6 +92,9 @@ class ProblemKind(str, enum.Enum):
     FOREIGN_TEXT = "foreign text"
     UNKNOWN_PHONE = "unknown phone"
     INVALID_UTF8 = "invalid UTF-8"
+    UNKNOWN_CODE = "unknown syllable code"
+    UNKNOWN_PHONE_ID = "unknown phone-id byte"
+    PHONES_LOST = "phones lost"  #: phones that no byte closes
 
 
 class Hint(str, enum.Enum):
@@ -478,10 +481,19 @@ def cutting_number(cutting: Cutting) -> int:
     return ways.index(cutting)
 
 
+def _notation_number(notation: str | None) -> int | None:
+    if notation is None:
+        return None
+    if notation not in _core.NOTATIONS:
+        raise ValueError(f"notation must be one of {tuple(_core.NOTATIONS)}, not {shown(notation)}")
+    return _core.NOTATIONS[notation]
+
+
 def analyze(
     text: Text,
     language: LanguageName = "mandarin",
     *,
+    notation: str | None = None,
     rules: Rules = None,
     aliases: AliasesLike = None,
     cutting: Cutting = "whole",
@@ -495,13 +507,20 @@ def analyze(
     foreign text Range(start=14, stop=15) None
 
     Mandarin is read as by `normalize_pinyin`, Cantonese as by `normalize_jyutping` and American
-    English as by `arpabet_to_pronunciation`. Words without tones are cut "whole" (so that every
+    English as by `arpabet_to_pronunciation`; with `notation` as what that says: "pinyin",
+    "jyutping", "arpabet", "text" (as `py2ph` reads it), "codes", "ids" or "pronunciation".
+
+    >>> analyze("2243 9999", notation="codes").problems[0].kind.value
+    'unknown syllable code'
+
+    Words without tones are cut "whole" (so that every
     letter finds its syllable, if that can be), "forward" or "backward" (by longest match), or not
     at all ("none": each word is one syllable). With `fallback` an unregistered language is read as
     Mandarin.
     """
-    how = rule_bits(rules), core_aliases(aliases), cutting_number(cutting)
-    syllables, separators, applied, problems = _core.analyze(text, language, *how, fallback)
+    how = rule_bits(rules), core_aliases(aliases), cutting_number(cutting), fallback
+    number = _notation_number(notation)
+    syllables, separators, applied, problems = _core.analyze(text, language, *how, number)
     read = tuple(
         [
             _new(AnalyzedSyllable, (spelling, digit, _new(Range, at), row, syllable))

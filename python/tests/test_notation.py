@@ -17,7 +17,7 @@ from phoneme import Aliases, Hint, Problem, ProblemKind, Range, Rule, _core
 
 def test_enums_are_those_of_the_library() -> None:
     assert [rule.value for rule in Rule] == list(_core.RULE_NAMES)
-    assert len(Rule) == 14 and len(ProblemKind) == 6 and len(Hint) == 3
+    assert len(Rule) == 14 and len(ProblemKind) == 9 and len(Hint) == 3
 
 
 @pytest.mark.parametrize(
@@ -344,6 +344,47 @@ def test_analysis() -> None:
     assert problem != Problem(ProblemKind.UNKNOWN_SYLLABLE, Range(3, 7), "hao3")
     assert phoneme.analyze("Nǐ hoa3".encode()).problems[0].range == Range(4, 8)
     assert pickle.loads(pickle.dumps(analysis)) == analysis
+
+
+@pytest.mark.parametrize(
+    ("notation", "language", "text", "spellings", "problems"),
+    [
+        ("pinyin", "mandarin", "nǐ hǎo", ["ni", "hao"], []),
+        ("jyutping", "cantonese", "nei5hou2", ["nei", "hou"], []),
+        ("arpabet", "english", "HH AH0", ["hh ax"], []),
+        ("text", "mandarin", "ni3 hǎo", ["ni"], [("letters lost", 4, 7)]),
+        ("codes", "mandarin", "2243 9999", ["ni"], [("unknown syllable code", 5, 9)]),
+        (
+            "ids",
+            "mandarin",
+            "24 35 3 99 28",
+            ["n i"],
+            [("unknown phone-id byte", 8, 10), ("phones lost", 11, 13)],
+        ),
+        ("pronunciation", "english", "hh ax 0, l", ["hh ax"], [("bad tone", 9, 10)]),
+    ],
+)
+def test_analysis_of_every_notation(
+    notation: str,
+    language: str,
+    text: str,
+    spellings: list[str],
+    problems: list[tuple[str, int, int]],
+) -> None:
+    analysis = phoneme.analyze(text, language, notation=notation)
+    assert [syllable.spelling for syllable in analysis.syllables] == spellings
+    found = [(problem.kind.value, *problem.range) for problem in analysis.problems]
+    assert found == problems
+
+
+def test_unknown_notations_are_refused() -> None:
+    read = "('pinyin', 'jyutping', 'arpabet', 'text', 'codes', 'ids', 'pronunciation')"
+    for notation in ("Pinyin", "phones", "marks", ""):
+        with pytest.raises(ValueError) as raised:
+            phoneme.analyze("ni3", notation=notation)
+        assert str(raised.value) == f"notation must be one of {read}, not {notation!r}"
+    with pytest.raises(ValueError, match="^Jyutping is a notation of cantonese alone$"):
+        phoneme.analyze("ni3", "mandarin", notation="jyutping")
 
 
 @pytest.mark.parametrize(
