@@ -17,9 +17,9 @@ namespace qeo::notation {
 /// A line of an alias table that cannot be used.
 struct AliasError {
   std::size_t line = 0;  ///< counted from 1
-  /// What is wrong, for people; begins with `field`, if that is not empty, in double quotes.
+  /// The message for the user. It begins with `field` in double quotes when that is not empty.
   std::string message;
-  std::string field;  ///< the field that is wrong, as the line has it; empty when it is the line
+  std::string field;  ///< the field that is wrong, as it is in the line; empty for the whole line
 };
 
 struct ParsedAliases;

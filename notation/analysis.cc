@@ -95,9 +95,8 @@ void RecordSink::WriteSyllable(const internal::Word& word, internal::Piece piece
   Add(SyllableTree::Of(language_).Find("er").row, neutral, {r, end - r});
 }
 
-// Letters that the cut leaves out are a problem: lost, or unknown with the syllable that they
-// follow
-// ("nun"), or as the whole word.
+// Letters that the cut leaves out are a problem: lost, or unknown, as the whole word or together
+// with the syllable before them ("nun").
 void RecordSink::WriteLetters(const internal::Word& word, internal::Piece piece) {
   parts_.reserve(kUsualSyllables);
   letters_.clear();

@@ -1,8 +1,8 @@
 #ifndef NOTATION_ANALYSIS_H_
 #define NOTATION_ANALYSIS_H_
 
-/// How a text is read, syllable by syllable, and everything in it that cannot be: the diagnosis of
-/// a line of a dictionary or a corpus.
+/// How a text is read, syllable by syllable, and everything in it that cannot be read: the
+/// diagnosis of a line of a dictionary or a corpus.
 
 #include <cstddef>
 #include <optional>
@@ -72,17 +72,17 @@ struct Analysis {
 ///   // problems: unknown syllable {4, 4}, suggestion "hao3"
 ///
 /// A word of a text without tones is cut as the options say. Letters that its cut leaves out are a
-/// problem of their own: kLettersLost, or kUnknownSyllable when nothing of the word is left. A
-/// Mandarin nasal (m, n, ng, hm, hng) that kWhole leaves out after a syllable is not a part of that
-/// one and not one by itself, so both are one kUnknownSyllable, with all that is left out after it:
-/// "nun", "nunr". With kNone a word that is
-/// not one syllable is unknown. The other kinds are described where the text is normalised. Unlike
-/// there, a problem of these two kinds may have a hint about the piece of the text that is likely
-/// wrong, the first of these:
+/// problem of their own: kLettersLost, or kUnknownSyllable when the cut has no syllable. When
+/// kWhole leaves out a Mandarin nasal (m, n, ng, hm, hng) after a syllable, the nasal is neither a
+/// part of that syllable nor one by itself. Both are then one kUnknownSyllable, with all letters
+/// left out after the nasal: "nun", "nunr". With kNone a word that is not one syllable is unknown.
+/// The other kinds are described where the text is normalised. Unlike there, a problem of these two
+/// kinds may have a hint about the piece of the text that is likely wrong. The first of these is
+/// given:
 ///
 /// - kAlias, in Cantonese: the alias table that is shipped (data/jyutping_aliases.tsv) has the
 ///   letters of the piece. With that table in `aliases` they are not a problem. The hint is given
-///   whatever `rules` and `aliases` are. One letter within a word is an alias only where nothing
+///   for any `rules` and `aliases`. One letter within a word is an alias only where nothing
 ///   else is likelier.
 /// - kGap: the letters are an initial and a final that syllables of the table have, but not
 ///   together ("lan" in Cantonese). Nothing is suggested.

@@ -288,8 +288,8 @@ class PronunciationWriter {
   }
 
   // Maximal onset: of the consonants before a vowel, its syllable takes the longest legal onset,
-  // and the syllable before it keeps the rest. Returns where that onset begins; no vowel is part of
-  // one. At the end there is no onset: all that is left belongs to the syllable before.
+  // and the syllable before it keeps the rest. Returns where that onset begins; an onset has no
+  // vowel. After the last vowel there is no onset: its syllable keeps all consonants that follow.
   std::size_t MaximalOnsetBegin(std::size_t vowel) const {
     if (vowel == phones_.size()) return vowel;
     std::size_t begin = vowel;

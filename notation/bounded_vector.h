@@ -1,7 +1,7 @@
 #ifndef NOTATION_BOUNDED_VECTOR_H_
 #define NOTATION_BOUNDED_VECTOR_H_
 
-// What the tables that are made at their first use are made of: a static table of these has no
+// The containers of tables that are made at their first use. A static table of these has no
 // destructor and owns no memory, so that it can be read until the process ends, also by the
 // destructors of other statics, and leaves nothing allocated where the library is unloaded. Not
 // installed.

@@ -19,7 +19,7 @@ constexpr bool IsSeparator(utf8proc_int32_t c) {
   return ascii::IsBlank(c) || c == '\'' || c == '`';
 }
 
-// Letters that a tone mark may stand on. The syllabic nasals have no vowel to carry it.
+// Letters that may have a tone mark. The syllabic nasals have no vowel to carry it.
 constexpr bool CarriesTone(char letter) {
   return std::string_view("aeiouvmnE").find(letter) != std::string_view::npos;
 }
@@ -65,7 +65,7 @@ struct Marks {
 };
 
 struct Decoded {
-  utf8proc_int32_t code_point = -1;  // negative when the bytes are no UTF-8
+  utf8proc_int32_t code_point = -1;  // negative when the bytes are not UTF-8
   std::size_t length = 1;
 };
 
@@ -102,7 +102,7 @@ bool IsMark(utf8proc_int32_t code_point) {
          category == UTF8PROC_CATEGORY_ME;
 }
 
-// Signs that Unicode counts as punctuation but that stand for something.
+// Signs that Unicode counts as punctuation but that have a meaning.
 constexpr bool IsMeaningfulSign(utf8proc_int32_t c) {
   return c == '#' || c == '%' || c == '&' || c == '*' || c == '@' || c == '\\';
 }
@@ -186,7 +186,7 @@ CharacterClass Classify(utf8proc_int32_t code_point, bool is_equivalent, const M
   } else if (ascii::IsDigit(base)) {
     character.kind = CharacterKind::kDigit;
     character.ascii = static_cast<char>(base);
-  } else if (IsSeparator(base)) {  // a full-width one is none to the library
+  } else if (IsSeparator(base)) {  // the library does not know a full-width one
     character.kind =
         character.is_full_width ? CharacterKind::kPunctuation : CharacterKind::kSeparator;
   } else {
@@ -240,7 +240,7 @@ const ShortCharacters& Table() {
   return short_characters;
 }
 
-// The bytes of a character of one or two bytes; 0 for any other, and for no UTF-8.
+// The bytes of a character of one or two bytes; 0 for a longer one, and for what is not UTF-8.
 std::size_t ShortLength(std::string_view text, std::size_t offset) {
   const auto first = static_cast<unsigned char>(text[offset]);
   if (first < 0x80) return 1;

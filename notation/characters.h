@@ -29,7 +29,7 @@ inline constexpr char kCircumflexE = 'E';
 /// The tone of what has no tone mark.
 inline constexpr char kNoTone = '\0';
 
-/// What a character is, wherever it stands.
+/// What a character is, at any place in a text.
 struct CharacterClass {
   CharacterKind kind = CharacterKind::kForeign;
   char ascii = '\0';           // letter: small, 'v' for u with diaeresis, kCircumflexE; digit

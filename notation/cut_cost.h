@@ -1,7 +1,7 @@
 #ifndef NOTATION_CUT_COST_H_
 #define NOTATION_CUT_COST_H_
 
-// What tells apart two cuts of one word into equally many syllables: numbers of a language. Not
+// Which of two cuts of a word into equally many syllables is better: numbers of a language. Not
 // installed.
 
 #include <cstddef>

@@ -21,7 +21,7 @@ using internal::kMaxSyllableLength;
 using internal::Syllable;
 using internal::SyllableTree;
 
-// Lengths of syllables: bit n stands for n letters.
+// A set of lengths of syllables: bit n is set for n letters.
 using Lengths = std::uint16_t;
 static_assert(kMaxSyllableLength < std::numeric_limits<Lengths>::digits, "a length has no bit");
 
@@ -129,7 +129,7 @@ class Cutter {
   Branches Merge(const std::vector<Branches>& branches, std::size_t begin,
                  std::size_t max_cuts) const;
 
-  // A word begins with the text, after a byte that is no letter, and with a capital.
+  // A word begins with the text, after a byte that is not a letter, and with a capital.
   bool BeginsWord(std::size_t place) const {
     return place == 0 || ascii::IsCapital(text_[place]) || !ascii::IsLetter(text_[place - 1]);
   }

@@ -26,8 +26,8 @@ struct EnglishOnset {
 
 // clang-format off
 
-// One onset a row: single consonants, obstruent and approximant, s-clusters, consonant and y, what
-// the lexicon has besides, and loans. Left out is "ng", which begins no syllable.
+// One onset a row: single consonants, obstruent and approximant, s-clusters, consonant and y, other
+// onsets of the lexicon, and loans. "ng" is left out: it begins no syllable.
 inline constexpr EnglishOnset english_onsets[] = {
     { "b",     OnsetSource::kEnglish, 228 },
     { "ch",    OnsetSource::kEnglish,  52 },

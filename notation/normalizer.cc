@@ -204,7 +204,8 @@ bool Normalizer::EndsInSyllable() const {
   return !IsAbbreviation({begin, word_.size()});
 }
 
-// Whether capitals, of which one alone opens no word, are no letters of a syllable.
+// Whether capitals are an abbreviation and not letters of a syllable. A single capital must not be
+// the one that begins a longer word.
 bool Normalizer::IsAbbreviation(Piece capitals) const {
   if (capitals.size() == 0 || !rules_.Has(Rule::kAbbreviation)) return false;
   for (std::size_t i = capitals.begin; i < capitals.end; ++i) {

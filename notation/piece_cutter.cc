@@ -75,7 +75,7 @@ bool PieceCutter::StandsAlone(PackedSpelling letters) const {
   return !text_has_marks_ && numbers_.nasals_stand_alone && IsNasal(letters);
 }
 
-// The reading of letters. Most need no rule, and the tree has said already what they are.
+// The reading of letters. Most need no rule, and their syllable is already known from the tree.
 Reading PieceCutter::ReadingOf(PackedSpelling letters, std::size_t count, std::size_t node) const {
   const Syllable& syllable = tree_.At(node);
   if (!readings_.MayRewrite(letters, count, syllable.row >= 0)) {

@@ -24,11 +24,11 @@ class PieceCutter {
   PieceCutter(int language, const Readings& readings)
       : numbers_(CutNumbersOf(language)), tree_(SyllableTree::Of(language)), readings_(readings) {}
 
-  /// The syllables of the best cut: the fewest letters left out, the fewest syllables, for which a
-  /// fused r counts as one, the fewest of them rewritten, the least cost, the longest first. In a
-  /// text with tone marks no letter is left out (empty when there is no such cut), an apostrophe is
-  /// only missing where the letters cannot be meant otherwise, and nasals are syllables like
-  /// others. Valid until the next call.
+  /// The syllables of the best cut: the fewest letters left out, then the fewest syllables, where a
+  /// fused r counts as one, then the fewest of them rewritten, then the least cost, then the
+  /// longest syllables first. In a text with tone marks the cut leaves out no letter (it is empty
+  /// when every cut leaves out one), an apostrophe may be missing only where the letters have one
+  /// meaning, and nasals are syllables like others. Valid until the next call.
   const std::vector<Piece>& Cut(const Word& word, Piece piece, bool text_has_marks);
 
  private:

@@ -36,8 +36,8 @@ class Readings {
         aliases_(rules.Has(Rule::kAlias) ? aliases : nullptr),
         syllables_(SyllableSet::Of(language)) {}
 
-  /// The row of letters that are a syllable as they are; negative when they are none, and when
-  /// aliases are in use.
+  /// The row of letters that are a syllable as they are; negative when they are not a syllable, or
+  /// when aliases are in use.
   int PlainRow(PackedSpelling letters) const {
     return aliases_ == nullptr ? syllables_.Find(letters).row : SyllableSet::kNothing;
   }

@@ -132,11 +132,11 @@ enum class Gap : std::uint8_t {
 /// written are all "bad tone"; empty for kNone.
 NOTATION_EXPORT std::string_view GapName(Gap gap);
 
-/// A text in the library's notation, and how it came about.
+/// A text in the library's notation, and how it was made.
 struct Normalized {
   std::string text;
   /// For each byte of `text`, where in the input it comes from: the offset of the byte, or of the
-  /// first byte of what a rule changed. Never falls from one byte to the next.
+  /// first byte of what a rule changed. Never decreases from one byte to the next.
   std::vector<std::size_t> origins;
   std::vector<Application> applied;  ///< in input order
   std::vector<Problem> problems;     ///< in input order; empty when all was placed

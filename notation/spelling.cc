@@ -33,7 +33,7 @@ std::string Compose(const std::string& text) {
   return reinterpret_cast<const char*>(composed.get());
 }
 
-// Where the tone mark of a syllable stands.
+// The place of the tone mark in a syllable.
 std::size_t MarkedLetter(std::string_view spelling) {
   const std::size_t open_vowel = spelling.find_first_of("aeE");
   if (open_vowel != std::string_view::npos) return open_vowel;

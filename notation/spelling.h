@@ -38,13 +38,13 @@ struct Spelling {
 /// without a vowel on m or n ("ńg", "hm̀"). Tone 5 has no mark. Where no letter with the mark exists
 /// ("n̄", "ê̌"), a combining mark follows the letter. The library's v is "ü" and its E is "ê".
 ///
-/// Inside a word an apostrophe is before a syllable that begins with a, e or o, and also
+/// Inside a word an apostrophe is written before a syllable that begins with a, e or o, and also
 /// before "m", "n" and "ng", so that a word can be cut in one way only: "xī'n" is not "xīn".
 /// NormalizePinyin reads the text back, but for "ê", which the library's notation cannot name, and
 /// a word without any mark, which it leaves to be cut.
 ///
-/// A code that `py2code` does not make cannot be written: no such row, or a tone that is not 1 to
-/// 5.
+/// A code that `py2code` does not make cannot be written: its row is not in the table, or its tone
+/// is not 1 to 5.
 NOTATION_EXPORT Spelling MarkedPinyin(const std::vector<unsigned short>& codes, Spacing spacing);
 
 /// As above, from the codes of records as `py2ph` and `code2ph` make them. A record of another
@@ -60,8 +60,8 @@ NOTATION_EXPORT Spelling MarkedPinyin(const std::vector<sp::SyllableInfo>& sylla
 ///   Jyutping(codes, Spacing::kSpace).text;  // "nei5 hou2"
 ///
 /// Every digit is written, also 7, the tone of a syllable that was read without one; so words need
-/// nothing between their syllables. A code that `py2code` does not make cannot be written: no such
-/// row, or a tone that is not 1 to 7.
+/// nothing between their syllables. A code that `py2code` does not make cannot be written: its row
+/// is not in the table, or its tone is not 1 to 7.
 NOTATION_EXPORT Spelling Jyutping(const std::vector<unsigned short>& codes, Spacing spacing);
 
 /// As above, from the codes of records, with the limits of MarkedPinyin.

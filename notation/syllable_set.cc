@@ -22,7 +22,7 @@ SyllableSet::SyllableSet(int language) : rarities_(CutNumbersOf(language).rariti
   }
 }
 
-// What is a syllable stays one.
+// A syllable that also begins another one stays a syllable.
 void SyllableSet::Add(PackedSpelling spelling, std::int16_t row) {
   std::size_t slot = SlotOf(spelling);
   while (slots_[slot] != 0 && (slots_[slot] & kSpellingMask) != spelling) {

@@ -32,7 +32,7 @@ constexpr PackedSpelling Pack(std::string_view spelling) {
 class SyllableSet {
  public:
   static constexpr std::int16_t kNothing = -1;    ///< no syllable begins with the letters
-  static constexpr std::int16_t kBeginning = -2;  ///< one does, and they are none
+  static constexpr std::int16_t kBeginning = -2;  ///< one does, but they are not one
 
   struct Entry {
     std::int16_t row = kNothing;  ///< of a syllable that text can name, or one of the two above

@@ -50,18 +50,18 @@ class SyllableSink {
     WritePlain(syllable, row, offset);
   }
 
-  /// A piece as the syllable that it was read as, with its tone. What is rewritten stands apart.
+  /// A piece as the syllable that it was read as, with its tone. A rewritten one is set apart.
   void PutSyllable(const Word& word, Piece piece, const Reading& reading, const Tone& tone);
 
-  /// Letters of a text without tones that no reading changes. None is nothing.
+  /// Letters of a text without tones that no reading changes. An empty piece is ignored.
   void PutLetters(const Word& word, Piece piece);
 
   /// Records an application in its place. Neighbouring characters of full width, and signs, are
   /// one.
   void Apply(Rule rule, Range range);
 
-  /// Records a problem, which sets apart. Neighbouring bytes that are foreign, or no UTF-8, are
-  /// one.
+  /// Records a problem, which sets apart what is around it. Neighbouring bytes that are foreign, or
+  /// that are not UTF-8, are one problem.
   void Report(ProblemKind kind, Range range);
 
  protected:
@@ -103,7 +103,7 @@ class SyllableSink {
 /// Writes the library's notation, and where each byte comes from.
 class TextSink final : public SyllableSink {
  public:
-  /// The result of a text of `byte_count` bytes has hardly more.
+  /// `byte_count` is that of the text; the result is hardly longer.
   TextSink(RuleSet rules, std::size_t byte_count) : SyllableSink(rules) {
     result_.text.reserve(byte_count);
     result_.origins.reserve(byte_count);

@@ -1,7 +1,7 @@
 #ifndef NOTATION_SYLLABLE_TABLE_H_
 #define NOTATION_SYLLABLE_TABLE_H_
 
-// A language's syllables and tones, as the library's public functions tell them. Not installed.
+// A language's syllables and tones, as the library's public functions give them. Not installed.
 
 #include <cstddef>
 #include <string>

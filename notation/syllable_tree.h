@@ -38,8 +38,8 @@ class SyllableTree {
   /// The letters of the longest syllable.
   std::size_t longest() const { return longest_; }
 
-  /// The node of what a letter, or any other byte, makes of the letters of a node; kRoot where no
-  /// syllable goes on so.
+  /// The node for the letters of `node` and one more letter or any other byte; kRoot when they
+  /// begin no syllable.
   std::size_t Next(std::size_t node, char letter) const {
     return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
   }
@@ -55,7 +55,7 @@ class SyllableTree {
     return (nodes_[node].branches >> branch & 1U) != 0;
   }
 
-  /// The node that a letter leads to, which Has.
+  /// The node that a letter leads to. Has must be true for it.
   std::size_t Child(std::size_t node, std::size_t branch) const {
     return nodes_[node].next[branch];
   }

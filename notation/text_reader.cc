@@ -70,7 +70,7 @@ void TextReader::AddLetter(const Character& character, std::vector<Letter>& lett
   }
 }
 
-// Makes "u:" one letter where u with diaeresis can stand, with nothing in between.
+// Makes "u:" one letter where u with diaeresis is possible and the colon directly follows the u.
 bool TextReader::AddColon(const Character& colon, std::vector<Letter>& letters) const {
   if (colon.kind != CharacterKind::kColon || !rules_.Has(Rule::kDiaeresis)) return false;
   if (letters.size() < 2) return false;

@@ -124,8 +124,8 @@ static_assert(kMistyped == kNone, "this row's type is wrong");
 constexpr int kMisnamed = FirstRowOfWrongName(chinese_cantonese_phone_list);
 static_assert(kMisnamed == kNone, "this row's name is empty or too long for the index of names");
 
-// Alphabetical, but under g and k the syllables in "yu" stand before those in "w". A spelling is
-// initial + final as they stand, except for the w-syllables; "m" and "ng" are initials alone.
+// Alphabetical, but under g and k the syllables in "yu" come before those in "w". A spelling is the
+// initial followed by the final, except for the w-syllables; "m" and "ng" are initials alone.
 // clang-format off
 PinyinInfo chinese_cantonese_pinyin_list[] = {
     // id  pinyin    initial final    phones, set at start-up

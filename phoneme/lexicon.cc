@@ -1,5 +1,5 @@
 // The lexicon's phone classes and numbers. They read the tables themselves, row by row in id order,
-// so they need no registry and are good before it is built and after it is freed.
+// so they need no registry and work before it is built and after it is freed.
 
 #include <cstring>
 

@@ -91,9 +91,9 @@ static_assert(kMistyped == kNone, "this row's type is wrong");
 constexpr int kMisnamed = FirstRowOfWrongName(chinese_mandarin_phone_list);
 static_assert(kMisnamed == kNone, "this row's name is empty or too long for the index of names");
 
-// Alphabetical, but "E" follows "e", and the syllables in "v" stand among those in "u". Seven rows
-// are off the rule by which initial and final make the spelling: "E", "hm", "hng", "m", "n", "ng"
-// and "yo". No phone is called "E" or "ng": those finals have no phone.
+// Alphabetical, but "E" follows "e", and the syllables in "v" are among those in "u". Seven rows do
+// not follow the rule that a spelling is made from initial and final: "E", "hm", "hng", "m", "n",
+// "ng" and "yo". No phone is called "E" or "ng": those finals have no phone.
 // clang-format off
 PinyinInfo chinese_mandarin_pinyin_list[] = {
     // id  pinyin    initial final   phones, set at start-up

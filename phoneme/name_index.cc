@@ -33,7 +33,7 @@ NameIndex::NameIndex(const std::vector<Name>& names) {
   while (!PlaceAll(entries)) multiplier_ += kMultiplierStep;
 }
 
-// False when this multiplier cannot part the names; few fail.
+// False when this multiplier cannot separate the names; few fail.
 bool NameIndex::PlaceAll(const std::vector<std::uint64_t>& entries) {
   std::fill(slots_.begin(), slots_.end(), 0);
   std::fill(shifts_.begin(), shifts_.end(), std::uint16_t{0});

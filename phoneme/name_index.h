@@ -3,7 +3,7 @@
 
 // Exact lookup of the short names of phones and syllables: what an ordered map answers, in a few
 // nanoseconds. A name is packed into a word, its first byte lowest, and a perfect hash gives the
-// one slot in which it can stand: a lookup is two loads and a comparison, with no chain to follow.
+// only slot that can hold it: a lookup is two loads and a comparison, with no chain to follow.
 
 #include <cstddef>
 #include <cstdint>

@@ -182,7 +182,7 @@ PHONEME_EXPORT int ph2ph(int language, const std::vector<unsigned char>& phone_i
                          std::vector<SyllableInfo>& syllables);
 
 /// Returns the kind of a byte of a phone-id sequence: 1 for a closing byte (0 to 9), 2 for a phone
-/// (10 to 255). `language` is ignored and no table is asked.
+/// (10 to 255). `language` is ignored and no table is read.
 PHONEME_EXPORT int ph2tp(int language, unsigned char phone_id);
 
 // Phones

@@ -6,7 +6,7 @@
 // Text is cut at two levels. What is written comes first: a digit closes the piece before it,
 // a capital opens one, and white space, the apostrophe and the grave accent separate pieces. A
 // piece that is closed by a digit is passed on as it is, syllable or not. Any other piece that is
-// no syllable is cut by longest match against the syllables of the language, and what no match
+// not a syllable is cut by longest match against the syllables of the language, and what no match
 // reaches is dropped. A piece whose letters alone are a syllable is passed on whole, also with
 // other bytes between them ("n-i"); if it is the whole text, only when it begins with a capital.
 
@@ -101,7 +101,7 @@ class PinyinSplitter {
   struct Extent {
     std::size_t end;
     bool is_closed;  // by a digit
-    bool is_mixed;   // with bytes that are no letters
+    bool is_mixed;   // with bytes that are not letters
   };
 
   // The end of the letters from `begin` on. Steps of a constant length do not wait for each other,
@@ -172,7 +172,7 @@ class PinyinSplitter {
         SplitPiece{{text_.data() + begin, end - begin}, row, static_cast<signed char>(raw_tone)});
   }
 
-  // Makes small letters of letters, and a letter of nothing else.
+  // Turns letters into small letters, and nothing else into a letter.
   static constexpr std::uint64_t kSmallLetters = Repeat(0x20);
 
   const NameIndex& syllables_;

@@ -22,7 +22,7 @@ constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c 
 enum class Verdict { kGood, kSinglePiece, kBadPiece };
 
 // Reads a pronunciation string for a writer, which takes the rows of a syllable's phones one by
-// one, says false to one that it cannot write, and then takes the digit.
+// one, returns false for one that it cannot write, and then takes the digit.
 template <typename Writer>
 class Parser {
  public:
@@ -33,7 +33,7 @@ class Parser {
     while (SkipToSyllable()) {
       const Verdict verdict = ParseSyllable();
       if (verdict == Verdict::kGood) continue;
-      // A piece that stands alone leaves what was written; a wrong piece takes it all back.
+      // A syllable of a single piece keeps what was written; another wrong piece discards it.
       if (verdict == Verdict::kBadPiece) writer_.Discard();
       return -1;
     }
@@ -74,7 +74,7 @@ class Parser {
     return std::min(text_.find_first_of(" ,", place_), text_.size());
   }
 
-  // Whether nothing but blanks stands between the end of a piece and the end of its syllable.
+  // Whether there are only blanks between the end of a piece and the end of its syllable.
   bool IsLastPiece(std::size_t end) const {
     while (end < text_.size() && IsBlank(text_[end])) ++end;
     return end == text_.size() || text_[end] == ',';

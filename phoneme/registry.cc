@@ -36,7 +36,7 @@ std::vector<RowPhones> RowPhonesOf(const SpMapping& mapping) {
   return rows;
 }
 
-// A program that has no static initialiser of its own that converts has its registry built here.
+// Builds the registry before main, unless a static initialiser of the program has used it before.
 [[maybe_unused]] const Registry& built_before_main = Registry::Get();
 
 }  // namespace

@@ -48,7 +48,7 @@ struct Language {
 class Registry {
  public:
   /// Built by its first user, before `main` at the latest; whoever asks in a static initialiser
-  /// finds it complete. In the header, because a call for every syllable code showed.
+  /// finds it complete. In the header, because a call for every syllable code cost time.
   static const Registry& Get() {
     static const Registry registry;
     return registry;

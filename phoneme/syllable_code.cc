@@ -41,7 +41,7 @@ std::string code2py(int language, unsigned short code, bool with_tone) {
   if (mapping.pinyin_count == 0) return {};
   const std::size_t row = code / std::size_t{kTonesPerRow};
   std::string spelling = mapping.pinyin_list[row < mapping.pinyin_count ? row : 0].pinyin;
-  // A language that stands in for another writes the tone whatever the caller asked for.
+  // A language that serves an unregistered id always writes the tone.
   const bool stands_in = in_use.id != language;
   if (with_tone || stands_in) spelling += xstr::to_u8s(code % kTonesPerRow, 10);
   return spelling;
