@@ -27,10 +27,10 @@ struct WordsToCut {
 std::string ShowCut(std::string_view word, const std::vector<notation::CutSyllable>& cut) {
   std::string shown;
   std::size_t placed = 0;
-  const auto show = [&shown](std::string_view piece, const char* before, const char* behind) {
+  const auto show = [&shown](std::string_view piece, const char* before, const char* after) {
     if (!piece.empty()) {
       shown += shown.empty() ? "" : " ";
-      shown.append(before).append(piece).append(behind);
+      shown.append(before).append(piece).append(after);
     }
   };
   for (const notation::CutSyllable& syllable : cut) {

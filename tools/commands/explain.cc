@@ -1,5 +1,5 @@
-// Asks the library and notation/ all they know about a text, and lays the answers
-// out in tables that fit a terminal. One function a section, in the order of the screen.
+// Asks the library and notation/ all they know about a text, and lays the answers out in tables
+// that fit a terminal. One function a section, in the order of the screen.
 
 #include "tools/commands/explain.h"
 

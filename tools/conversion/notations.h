@@ -72,7 +72,7 @@ Notation DefaultSource(int language, bool strict);
 /// Throws UsageError when texts of a language cannot be read from a notation.
 void CheckSource(int language, Notation from);
 
-/// Throws UsageError when a conversion does not exist.
+/// Throws UsageError when the target cannot be written from the source in the language.
 void CheckConversion(const Conversion& conversion);
 
 /// The language that the library converts with, another one for an id that it does not know.

@@ -32,8 +32,9 @@ constexpr Encoding kUtf32Big = {"", "UTF-32", "iconv -f UTF-32BE -t UTF-8"};
 constexpr Encoding kUtf16Little = {"", "UTF-16", "iconv -f UTF-16LE -t UTF-8"};
 constexpr Encoding kUtf16Big = {"", "UTF-16", "iconv -f UTF-16BE -t UTF-8"};
 
-// UTF-16 and UTF-32 without a mark, by the places of NUL bytes, which no text has: one half of each
-// character of UTF-32; one byte of each that is ASCII of UTF-16, which are to be most.
+// UTF-16 and UTF-32 without a mark, by the places of their NUL bytes, which other texts do not
+// have: half of the bytes of each character in UTF-32, and one of the two bytes of an ASCII
+// character in UTF-16, where at least half of the characters must be ASCII.
 const Encoding* FindUnmarked(std::string_view beginning) {
   constexpr std::size_t kEnough = 512;
   constexpr std::size_t kFewest = 2;  // characters

@@ -50,8 +50,8 @@ class BlockReader {
   bool IsReady() const;
 
   /// Reads as many lines as one read gives, at least one, or a part of a line that is too long,
-  /// which may be empty. Returns false at the end of the input
-  /// and after a read error, which also swallows a line that it cut in two.
+  /// which may be empty. Returns false at the end of the input and after a read error; a line that
+  /// the error cut in two is dropped.
   bool Next(Block& block);
 
   /// The errno of a failed read, 0 when there was none.

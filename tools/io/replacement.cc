@@ -16,8 +16,8 @@ namespace qeo::tool {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;  // less what the user's umask takes away
-// The signals that end a program, but for those of its faults, after which no handler is safe, and
-// those of a written pipe and file, which the tool ignores.
+// The signals that end a program. Not those of its own faults, after which no handler is safe, nor
+// SIGPIPE and SIGXFSZ, which the tool ignores.
 constexpr std::array kSignals = {
     SIGHUP,    SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGABRT,   SIGALRM,
     SIGPROF,   SIGSYS, SIGTRAP, SIGUSR1, SIGUSR2, SIGVTALRM,
