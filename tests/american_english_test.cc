@@ -27,7 +27,7 @@ TEST(AmericanEnglishPhones, TypesComeInThreeGroups) {
   const SpMapping mapping = kAmericanEnglish.mapping();
   ASSERT_EQ(mapping.phone_count, 41U);
   for (int id = 0; id < 41; ++id) {
-    const int type = id == 0 ? 0 : id <= 16 ? 2 : 1;  // vowels stand before consonants
+    const int type = id == 0 ? 0 : id <= 16 ? 2 : 1;  // vowels come before consonants
     EXPECT_EQ(mapping.phone_list[id].type, type) << id;
   }
 }

@@ -196,7 +196,7 @@ namespace {
 
 bool IsInitial(const std::string& phone) { return phone.back() < '0' || phone.back() > '9'; }
 
-// Mandarin phones as the aishell3 lines write them, in our terms: "y", "w" and "sp" are no phones,
+// Mandarin phones as the aishell3 lines write them, in our terms: "y", "w" and "sp" are not phones,
 // the syllable er is "e rr", and a fused r is "rr". A final carries its tone.
 std::vector<std::string> ReadInitialsAndFinals(const std::string& annotation) {
   std::vector<std::string> phones;

@@ -22,7 +22,7 @@ namespace qeo::exhaustion {
 // What became of a call.
 enum class Outcome { kDone, kOutOfMemory, kOtherException };
 
-// Calls with an allocation that fails. `has_failed` tells whether the call came that far.
+// Calls with an allocation that fails. `has_failed` receives whether the call came that far.
 template <typename Call>
 Outcome CallWithout(std::size_t allocation, allocations::Failing failing, const Call& call,
                     bool& has_failed) {
@@ -41,7 +41,7 @@ Outcome CallWithout(std::size_t allocation, allocations::Failing failing, const 
   return outcome;
 }
 
-// A call that fills an output, told as text before memory is short.
+// A call that fills an output, which is written as text while there is memory.
 template <typename Output, typename Fill, typename Show, typename Empty>
 class Exhaustion {
  public:
@@ -94,7 +94,7 @@ class Exhaustion {
     const Outcome outcome = CallWithout(
         allocation, failing, [&] { result = fill_(output); }, has_failed);
     EXPECT_NE(outcome, Outcome::kOtherException);
-    if (outcome == Outcome::kDone) {  // with a failure that the call got round, or without any
+    if (outcome == Outcome::kDone) {  // with a failure that did not stop the call, or without any
       EXPECT_EQ(Told(result, output), from_stale_);
     } else {
       EXPECT_TRUE(has_failed) << "std::bad_alloc, and no allocation has failed";
@@ -138,7 +138,7 @@ std::string TellInChild(const Tell& tell) {
 }
 
 // The first call of a process: what it makes once and keeps, it makes whole or not at all. `call`
-// returns a value, which `show` tells as text; this process has not called it yet.
+// returns a value, which `show` writes as text; this process has not called it yet.
 template <typename Call, typename Show>
 class FirstCall {
  public:

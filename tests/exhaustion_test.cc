@@ -188,7 +188,7 @@ TEST_F(Exhaustion, Pyw2Py) {
   }
 }
 
-// A piece that is no syllable is passed on, however long: beyond what a string holds in itself.
+// A piece that is not a syllable is passed on, however long: beyond what a string holds in itself.
 TEST_F(Exhaustion, Pyw2PyOfALongPiece) {
   const std::string text = Repeat("x", 100) + "3 " + Repeat("y", 1000) + "3";
   EXPECT_GT(Exhaust(Pieces(), [&](Pieces& out) { return pyw2py(10000, text, out, false); }), 3U);

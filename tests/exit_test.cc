@@ -119,7 +119,7 @@ struct AfterThePhoneSets {
   const PhoneInfo* phone = nullptr;
 };
 
-// Constructed before the phone sets where they stand in the same program, and so destroyed when
+// Constructed before the phone sets where they are in the same program, and so destroyed when
 // they are freed already.
 #if defined(__GNUC__)
 [[gnu::init_priority(101)]]

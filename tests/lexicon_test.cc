@@ -68,7 +68,7 @@ TEST(LexiconEn, TypeAndNumberOfEveryName) {
   }
 }
 
-// The type cannot be told from that of silence, the number is one of its own.
+// The type is also that of silence; the number is not used for anything else.
 TEST(LexiconEn, UnknownNamesHaveTypeZeroAndNumber255) {
   // clang-format off
   const std::string names[] = {

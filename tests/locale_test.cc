@@ -33,7 +33,7 @@ void ExpectPieces() {
       {10000, "ni\x85hao", {"ni"}},             // next line of Latin-1
       {10000, "ni\xc0hao", {"ni"}},             // a Latin-1 capital
       {10000, "\xddni3", {"\xddni3"}},          // a Turkish capital
-      {10000, "ni\xe9 ", {"ni\xe9"}},           // a Latin-1 letter is no letter of the key
+      {10000, "ni\xe9 ", {"ni\xe9"}},           // a Latin-1 letter is not one of the key
       {10000, "n\xfdi3", {"n\xfdi3"}},          // nor a Turkish one
       {10000, "Ni\xc0\xc1 ", {"ni\xc0\xc1"}},   // nor is it made lower case
       {10000, "ni\xc4\xb0 ", {"ni\xc4\xb0"}},   // dotted capital I in UTF-8

@@ -53,7 +53,7 @@ inline bool StartIn(const std::string& locale) {
   return started != nullptr && started == locale;
 }
 
-// A directory of locales made for one test. The C library looks there alone while it stands.
+// A directory of locales made for one test. While it exists the C library looks there alone.
 class MadeLocales {
  public:
   MadeLocales() : directory_(testing::TempDir() + "phoneme_locales_XXXXXX") {

@@ -20,7 +20,7 @@ bool OneOf(const std::string& text, const std::set<std::string>& set) {
   return set.count(text) != 0;
 }
 
-// The spelling of a final that stands alone.
+// The spelling of a final without an initial.
 std::string SpellFinal(const std::string& final) {
   static const std::map<std::string, std::string> spellings = {
       {"i", "yi"},      {"in", "yin"},    {"ing", "ying"}, {"ia", "ya"},     {"ian", "yan"},

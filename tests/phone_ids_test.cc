@@ -47,7 +47,7 @@ TEST(Ph2Ph, RowByRow) {
       {10001, {17, 64, 5}, 0, {{10001, "n o", 0, 0, 5}}},
       {20000, {33, 13, 0, 36, 23, 1}, 0, {{20000, "hh ah", 0, 0, 0}, {20000, "l ow", 0, 0, 1}}},
       {20000, {50, 2}, 0, {{20000, "zh", 0, 0, 2}}},
-      // any phone may stand anywhere, silence included
+      // any phone may be anywhere, silence included
       {10000, {10, 0}, 0, {{10000, "sil", 0, 0, 0}}},
       {10000, {10, 10, 35, 24, 10, 1}, 0, {{10000, "sil sil i n sil", 0, 0, 1}}},
       {20000, {11, 12, 26, 2}, 0, {{20000, "aa ae uw", 0, 0, 2}}},
@@ -62,7 +62,7 @@ TEST(Ph2Ph, RowByRow) {
       {10000, {24, 35, 3, 28, 43}, 0, {{10000, "n i", 0, 0, 3}}},
       {10000, {}, 0, {}},
       {20000, {}, 0, {}},
-      // a byte that names no phone fails the sequence, wherever it stands
+      // a byte that names no phone fails the sequence at any place
       {10000, {71, 3}, -1, {}},
       {10000, {24, 35, 3, 71}, -1, {}},
       {10000, {24, 35, 3, 28, 43, 3, 255}, -1, {}},

@@ -1,4 +1,4 @@
-// What the library says that it knows: names, tables, stand-ins, pieces of a text.
+// What the library knows: names, tables, stand-ins, pieces of a text.
 
 #include "phoneme/phone_sets.h"
 

@@ -71,7 +71,7 @@ TEST(Cutting, AtDigits) {
       {"0123456789",
        {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"},
        {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}},
-      // a piece with a digit that is no syllable is passed on as it stands
+      // a piece with a digit that is not a syllable is passed on unchanged
       {"xyz3", {"xyz3"}, {"xyz3"}},
       {"ni3xyz3", {"ni3", "xyz3"}, {"ni3", "xyz3"}},
       {"b3", {"b3"}, {"b3"}},
@@ -122,7 +122,7 @@ TEST(Cutting, AtCapitals) {
       {"E", {"e"}, {"e"}},  // never the row "E"
       {"E1", {"e1"}, {"e1"}},
       {"eE", {"e", "e"}, {"e", "e"}},
-      // a run that is no syllable is cut again
+      // a run that is not a syllable is cut again
       {"Nihao", {"ni", "hao"}, {"hao", "ni"}},
       {"NihaoMa", {"ni", "hao", "ma"}, {"hao", "ni", "ma"}},
       {"Hello", {"he"}, {"lo"}},
@@ -152,7 +152,7 @@ TEST(Cutting, AtWhiteSpaceApostrophesAndGraveAccents) {
       {"fang'an", {"fang", "an"}, {"fang", "an"}},
       {"fan'gan", {"fan", "gan"}, {"fan", "gan"}},
       {"ni3'hao3", {"ni3", "hao3"}, {"ni3", "hao3"}},
-      // other signs are no separators
+      // other signs are not separators
       {"xi’an", {"xi"}, {"an"}},
       {"xi\"an", {"xi"}, {"an"}},
       {"ni,hao", {"ni"}, {"hao"}},
@@ -244,7 +244,7 @@ TEST(Cutting, APieceWhoseLettersAreASyllableIsPassedOnWhole) {
       {" \0ni"s, {"\0ni"s}, {"\0ni"s}},
       {"\xffni3", {"\xffni3"}, {"\xffni3"}},
       {"nǐ3", {"nǐ3"}, {"nǐ3"}},
-      // letters that are no syllable: cut again, as far as that goes
+      // letters that are not a syllable: cut again, as far as that goes
       {" ni-hao", {"ni"}, {"hao"}},
       {" n-ihao", {"n"}, {"hao"}},
       {" ni-hao3", {"ni-hao3"}, {"ni-hao3"}},
@@ -296,7 +296,7 @@ TEST(Cutting, Cantonese) {
       {"ngaang", {"ngaang"}, {"ngaang"}},
       {"wu", {"wu"}, {"wu"}},
       {"E", {"e"}, {"e"}},
-      // Mandarin spellings that are no Jyutping
+      // Mandarin spellings that are not Jyutping
       {"nihao", {}, {"o"}},
       {"Ni3hao", {"ni3"}, {"ni3", "o"}},
       {"lv3", {"lv3"}, {"lv3"}},
@@ -372,10 +372,10 @@ TEST(Cutting, LongTexts) {
 
 TEST(Cutting, LongPieces) {
   constexpr std::size_t kCount = 1'000'000;
-  // passed on whole: the letters are "ni", whatever stands between them
+  // passed on whole: the letters are "ni", with anything between them
   const std::string known = "n" + Repeat("-", kCount) + "i3";
   EXPECT_EQ(Cut(LANGUAGE_MANDARIN, known, false), Pieces{known});
-  // passed on whole: the letters are no syllable, the digit keeps the piece uncut
+  // passed on whole: the letters are not a syllable, the digit keeps the piece uncut
   const std::string unknown = Repeat("ni", kCount) + "3";
   EXPECT_EQ(Cut(LANGUAGE_MANDARIN, unknown, false), Pieces{unknown});
   // seven letters, then many other bytes: no syllable, cut again

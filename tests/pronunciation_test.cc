@@ -155,8 +155,8 @@ TEST(Pr2Ph, OutputIsEmptiedAfterAnUnknownPhone) {
       {10000, "3 3", -1, {}, {}},
       {10000, "ni 3", -1, {}, {}},
       {10000, "n i 3; h ao 3", -1, {}, {}},
-      {10000, "n i 3 h ao 3", -1, {}, {}},  // "3" is no phone
-      {10000, "n  i 3", -1, {}, {}},        // an empty piece is no phone
+      {10000, "n i 3 h ao 3", -1, {}, {}},  // "3" is not a phone
+      {10000, "n  i 3", -1, {}, {}},        // an empty piece is not a phone
       {10000, "n i  3", -1, {}, {}},
       {10000, "n\ti 3", -1, {}, {}},  // a tab inside a syllable is part of a piece
       {10000, "\vn i 3", -1, {}, {}},

@@ -132,7 +132,7 @@ bool SamePieces(Strings a, Strings b) {
 
 struct TextsSeen {
   int converted = 0;     // to two syllables or more
-  int failed = 0;        // with other pieces beside the one that is no syllable
+  int failed = 0;        // with other pieces beside the one that is not a syllable
   int empty = 0;         // no failure and no syllable
   int cut_by_match = 0;  // into two syllables or more, nothing written between them
   int ambiguous = 0;     // backward gives other syllables than forward
@@ -160,7 +160,7 @@ struct TextsSeen {
   }
 };
 
-// Pieces stand in the text where FindPieces says, the first letter perhaps a capital.
+// Pieces are in the text where FindPieces says, the first letter perhaps a capital.
 void ExpectPlaces(int language, const std::string& text, bool backward, const Strings& expected) {
   std::vector<TextPiece> places;
   FindPieces(language, text, places, backward);
@@ -261,7 +261,7 @@ TEST(Reference, TextAsPronunciationAndBack) {
 
 struct SequencesSeen {
   int converted = 0;   // to two syllables or more
-  int failed = 0;      // a byte is no phone
+  int failed = 0;      // a byte is not a phone
   int unfinished = 0;  // phones after the last closing byte are dropped
   int phoneless = 0;   // a syllable without phones
   std::map<int, int> languages;

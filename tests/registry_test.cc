@@ -204,7 +204,7 @@ TEST_P(EveryLanguage, PinyinMapHoldsEverySpelling) {
   std::uint64_t longest = 0;
   for (const GoldenSyllable& syllable : GetParam().syllables()) {
     EXPECT_TRUE(expected.emplace(syllable.spelling, mapping.pinyin_list + syllable.id).second)
-        << syllable.spelling << " stands twice";
+        << syllable.spelling << " is there twice";
     longest = std::max<std::uint64_t>(longest, syllable.spelling.size());
   }
   EXPECT_EQ(mapping.pinyin_map, expected);

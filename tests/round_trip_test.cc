@@ -317,7 +317,7 @@ TEST(RoundTrip, RecordsCarryTheCodes) {
 
 TEST(RoundTrip, SyllablesAsPronunciations) {
   int compared = 0;
-  int phoneless = 0;  // Mandarin "E" and "ng": no initial, and a final that is no phone
+  int phoneless = 0;  // Mandarin "E" and "ng": no initial, and a final that is not a phone
   for (const int language : kChinese) {
     const SpMapping& mapping = PhoneSets().at(language);
     for (const auto& [spelling, row] : mapping.pinyin_map) {

@@ -201,7 +201,7 @@ TEST(Code2Ph, RowByRow) {
       {10000, 1235, 0, {10000, "h", 1235, 5, 0}},
       {10000, 801, 0, {10000, "", 801, 1, 0}},
       {10000, 2234, 0, {10000, "", 2234, 4, 0}},
-      // no such row: code and tone are set, language and phones are not
+      // the row is not in the table: code and tone are set, language and phones are not
       {10000, 4170, -1, {77, "", 4170, 0, 0}},
       {10000, 65535, -1, {77, "", 65535, 5, 0}},
       {10001, 2382, 0, {10001, "h ou", 2382, 2, 0}},
@@ -273,7 +273,7 @@ TEST(Code2Py, RowByRow) {
       {10001, 2382, true, "hou2"},
       {10001, 6187, false, "zyut"},
       {10001, 1921, true, "gwaang1"},
-      // no such row: row 0
+      // the row is not in the table: row 0
       {10000, 4170, false, "a"},
       {10000, 4170, true, "a0"},
       {10000, 65535, false, "a"},

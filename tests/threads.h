@@ -13,7 +13,7 @@
 
 namespace qeo::threads {
 
-// Asks from eight threads, `rounds` times and once, and expects what one thread alone is answered.
+// Asks from eight threads, `rounds` times and once, and expects the answers of a single thread.
 // The threads' first answers should be the first of the process, with nothing prepared for them.
 inline void ExpectOneAnswer(int rounds, std::string (*ask)()) {
   constexpr int kThreads = 8;

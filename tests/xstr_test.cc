@@ -26,7 +26,7 @@ TEST(Trim, BothEnds) {
       {"   ", kBlanks, ""},
       {"", kBlanks, ""},
       {"ni3", kBlanks, "ni3"},
-      {" n i 3 ", kBlanks, "n i 3"},  // what stands inside stays
+      {" n i 3 ", kBlanks, "n i 3"},  // what is inside stays
       {"  ni hao  ", kBlanks, "ni hao"},
       {"\r\n\t a", kBlanks, "a"},
       {"a \t\r\n", kBlanks, "a"},
@@ -201,7 +201,7 @@ TEST(ToU8s, EveryBase) {
       {std::numeric_limits<int>::min(), 16, "-80000000"},
       {std::numeric_limits<int>::max(), 36, "zik0zj"},
       {std::numeric_limits<int>::min(), 36, "-zik0zk"},
-      // no such base
+      // not a base
       {5, 1, ""},
       {5, 0, ""},
       {5, -1, ""},

@@ -233,7 +233,7 @@ TEST(Analyze, MandarinWithoutTones) {
       {"xxnihao", "ni 2+2, hao 4+3", "letters lost 0+2", ""},
       {"xyz", "", "unknown syllable 0+3", ""},
   };
-  ExpectCases(LANGUAGE_MANDARIN, whole, {});  // unless told otherwise
+  ExpectCases(LANGUAGE_MANDARIN, whole, {});  // by default
   ExpectCases(LANGUAGE_MANDARIN, whole, WithCutting(Cutting::kWhole));
   ExpectCases(LANGUAGE_MANDARIN, forward, WithCutting(Cutting::kForward));
   ExpectCases(LANGUAGE_MANDARIN, backward, WithCutting(Cutting::kBackward));
@@ -421,7 +421,7 @@ TEST(Analyze, HintsOfWrongMarks) {
       {LANGUAGE_MANDARIN, "w\u01D2lu\u1EBF", "lve2 for 3+5"},
       {LANGUAGE_MANDARIN, "lu\u00EA4", "lve4"},
       {LANGUAGE_MANDARIN, "l\u00EAn2", "gap l+en"},
-      // Neither mark can be told for the wrong one.
+      // Either mark may be the wrong one.
       {LANGUAGE_MANDARIN, "h\u00F3\u0144g", ""},
       {LANGUAGE_MANDARIN, "w\u01D2h\u00F3\u0144g", ""},
       // An e with circumflex is a syllable by itself.

@@ -201,7 +201,7 @@ TEST(ArpabetToPronunciation, Problems) {
       {"ow1 # place", "ow 1", "", "unknown phone 4+1, unknown phone 6+5"},
       {"sils", "", "", "unknown phone 0+4 sil"},
       {"aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa1", "", "", "unknown phone 0+36"},
-      // Digits that are no stress: the phone is read without them.
+      // Digits that are not a stress: the phone is read without them.
       {"b aa3 b", "b aa b 0", "missing-stress 2+2", "bad tone 4+1"},
       {"aa9", "aa 0", "missing-stress 0+2", "bad tone 2+1"},
       {"aa12", "aa 0", "missing-stress 0+2", "bad tone 2+2"},
@@ -329,7 +329,7 @@ TEST(ParseCmudictLine, Rows) {
       {"ABACK  AH0 B AE1 K\r\n", Kind::kEntry, "ABACK", 0, "AH0 B AE1 K", ""},
       {" a\tAH0 \t#x\n", Kind::kEntry, "a", 0, "AH0", "#x"},
       {"a AH0 # one # two", Kind::kEntry, "a", 0, "AH0", "# one # two"},
-      {"a AH0#x", Kind::kEntry, "a", 0, "AH0#x", ""},  // no white space in front
+      {"a AH0#x", Kind::kEntry, "a", 0, "AH0#x", ""},  // no white space before it
       {"a", Kind::kEntry, "a", 0, "", ""},
       {"a # none yet", Kind::kEntry, "a", 0, "", "# none yet"},
       {"#hash-mark HH AE1 SH", Kind::kEntry, "#hash-mark", 0, "HH AE1 SH", ""},

@@ -42,7 +42,7 @@ std::string Small(std::string text) {
 }
 
 // A cut as text, its syllables between spaces. Each row must spell the letters of its range, and
-// the ranges must stand in order.
+// the ranges must be in order.
 std::string Show(int language, const std::string& text, const std::vector<CutSyllable>& cut) {
   std::string shown;
   std::size_t end = 0;
@@ -112,7 +112,7 @@ TEST(CutWhole, Words) {
       {LANGUAGE_MANDARIN, "NiN", true, "Ni N", 1, false},  // a capital begins a word
       {LANGUAGE_MANDARIN, "MaM", true, "Ma M", 1, false},
       {LANGUAGE_MANDARIN, "NgnI", false, "", 0, false},
-      {LANGUAGE_MANDARIN, "n-ng", false, "n ng", 0, false},  // and so does a byte that is no letter
+      {LANGUAGE_MANDARIN, "n-ng", false, "n ng", 0, false},  // and so does another byte
       {LANGUAGE_CANTONESE, "mgoi", true, "m goi", 1, false},
       {LANGUAGE_CANTONESE, "mhou", true, "m hou", 1, false},
       {LANGUAGE_CANTONESE, "deoimzyu", true, "deoi m zyu", 2, false},
@@ -133,7 +133,7 @@ TEST(CutWhole, Words) {
       {LANGUAGE_MANDARIN, "xxnihao", false, "ni hao", 0, true},
       {LANGUAGE_MANDARIN, "XxNihao", false, "Ni hao", 0, false},  // only "Xx" is dropped
       {LANGUAGE_CANTONESE, "nihao", false, "o", 0, true},
-      // Bytes that are no letters are in no syllable.
+      // Bytes that are not letters are in no syllable.
       {LANGUAGE_MANDARIN, "fangan ", false, "fan gan", 0, false},
       {LANGUAGE_MANDARIN, "xi'an", false, "xi an", 0, false},
       {LANGUAGE_MANDARIN, "ni3hao3", false, "ni hao", 0, false},
@@ -315,7 +315,7 @@ TEST(CutLetters, Words) {
       {LANGUAGE_MANDARIN, "qNiHao", "Ni Hao", "Ni Hao", "Ni Hao"},
       {LANGUAGE_MANDARIN, "XIAN", "A N", "A N", "A N"},
       {LANGUAGE_MANDARIN, "xyz", "", "", ""},
-      // Bytes that are no letters fit nowhere.
+      // Bytes that are not letters fit nowhere.
       {LANGUAGE_MANDARIN, "ni3hao", "ni hao", "ni", "hao"},
       {LANGUAGE_MANDARIN, "ni hao", "ni hao", "ni", "hao"},
       {LANGUAGE_MANDARIN, "ni'Hao", "ni Hao", "ni Hao", "Hao"},
@@ -430,7 +430,7 @@ class EveryCut {
     return shown;
   }
 
-  // How often only the lengths told which cut is the best.
+  // How often only the lengths decided which cut is the best.
   int ties() const { return ties_; }
 
  private:

@@ -1,5 +1,5 @@
 // Jyutping as it is written, to the library's notation, with alias tables; a corpus and a character
-// list as they stand, and what must hold for any bytes at all.
+// list unchanged, and what must hold for any bytes at all.
 
 #include "notation/jyutping.h"
 
@@ -198,7 +198,7 @@ TEST(AliasTable, Parse) {
 
 TEST(AliasTable, Find) {
   const AliasTable table = AliasTable::Parse("ni\tnei\nai\tngai\nni\tlei\n").table;
-  EXPECT_EQ(table.Find("ni"), "nei");  // the first line stands
+  EXPECT_EQ(table.Find("ni"), "nei");  // the first line is kept
   EXPECT_EQ(table.Find("ai"), "ngai");
   EXPECT_EQ(table.Find("n"), "");
   EXPECT_EQ(table.Find("nii"), "");
@@ -226,7 +226,7 @@ TEST(AliasTable, ShippedTable) {
   }
 }
 
-// Each syllable that begins with a vowel, and that the table has only with ng in front.
+// Each syllable that begins with a vowel, and that the table has only with ng before it.
 TEST(AliasTable, ShippedTableHasAllThatLackNg) {
   const AliasTable table = ShippedAliases();
   int aliases = 0;

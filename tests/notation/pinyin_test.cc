@@ -61,7 +61,7 @@ TEST(NormalizePinyin, WhatTheLibraryReadsStaysAsItIs) {
       {"  ni3\t\n hao3 ", "ni3 hao3", "", ""},
       {"xi1'an1 xi1`an1", "xi1 an1 xi1 an1", "", ""},
       {" ' ", "", "", ""},
-      // a word without tones is not judged: who cuts it tells what is lost
+      // a word without tones is not judged: who cuts it reports what is lost
       {"hello", "hello", "", ""},
       {"xx", "xx", "", ""},
   });
@@ -162,7 +162,7 @@ TEST(NormalizePinyin, Diaeresis) {
        ""},
       {"lv̌ luè", "lv3 lve4", "tone-mark 1+3, diaeresis 6+1, tone-mark 7+2", ""},
       {"lu:è", "lve4", "diaeresis 1+2, tone-mark 3+2", ""},
-      // a colon with something else in front
+      // a colon with something else before it
       {"jñu:4", "", "punctuation 4+1", "foreign text 0+4, foreign text 5+1"},
       {"luñ:e4", "e4", "punctuation 4+1", "foreign text 0+4"},
       // dots where none can be
@@ -370,12 +370,12 @@ TEST(NormalizePinyin, Abbreviations) {
       {"A Q zheng4", "zheng4", "abbreviation 0+1, abbreviation 2+1",
        "foreign text 0+1, foreign text 2+1"},
       {"A12", "", "abbreviation 0+3", "foreign text 0+3"},
-      // a v is no mark, also where it would be u with diaeresis
+      // a v is not a mark, also where it would be u with diaeresis
       {"XV", "", "abbreviation 0+2", "foreign text 0+2"},
       {"JV3 QVC Lv4", "lv4", "abbreviation 0+3, abbreviation 4+3",
        "foreign text 0+3, foreign text 4+3"},
       {"XÜ4 QU:4", "xu4 qu4", "diaeresis 1+2, diaeresis 6+2", ""},
-      // its digit is no tone
+      // its digit is not a tone
       {"NA3 nihao", "nihao", "abbreviation 0+3", "foreign text 0+3"},
       // a small letter of full width in a text of ASCII
       {"wu3 ａ ji2", "wu3 ji2", "abbreviation 4+3", "foreign text 4+3"},
@@ -487,7 +487,7 @@ TEST(NormalizePinyin, ForeignText) {
   });
 }
 
-// Those of the Latin script are part of the word that they stand in; the neighbours of its blocks
+// Those of the Latin script are part of the word that they are in; the neighbours of its blocks
 // are not.
 TEST(NormalizePinyin, LettersOfOtherScripts) {
   ExpectCases({

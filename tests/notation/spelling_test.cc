@@ -249,7 +249,7 @@ TEST(MarkedPinyin, EverySyllable) {
   EXPECT_EQ(texts.size(), kMandarinRows * 5);
 }
 
-// Where the mark stands, for each ending that a Mandarin syllable can have.
+// Where the mark is, for each ending that a Mandarin syllable can have.
 TEST(MarkedPinyin, EveryEnding) {
   // clang-format off
   const std::map<std::string, std::string> endings = {

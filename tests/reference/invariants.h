@@ -1,7 +1,7 @@
 #ifndef TESTS_REFERENCE_INVARIANTS_H_
 #define TESTS_REFERENCE_INVARIANTS_H_
 
-// What must hold for every result of notation, whatever the text and the rules. The tests and the
+// What must hold for every result of notation, for any text and rules. The tests and the
 // fuzz targets check the same, each by its own way to report a property that does not hold.
 
 #include <string>

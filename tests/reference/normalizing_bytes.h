@@ -17,7 +17,7 @@ bool IsCapital(char c);
 bool IsBlank(char c);
 char Small(char c);
 
-// A problem; text that is foreign, and bytes that are no UTF-8, are one problem with what touches
+// A problem; text that is foreign, and bytes that are not UTF-8, are one problem with what touches
 // them.
 void Report(notation::ProblemKind kind, std::size_t begin, std::size_t end,
             std::vector<Misfit>& problems);

@@ -324,9 +324,9 @@ std::size_t TakeWord(const Notation& notation, const std::vector<Character>& tex
     std::size_t capitals_end = at;
     while (capitals_end < end && text[capitals_end].is_capital) ++capitals_end;
     if (capitals_end > at && IsAbbreviation(notation, text, at, capitals_end)) {
-      const std::size_t behind = EndOf(Kind::kDigit, text, capitals_end);
-      tokens.push_back(ProblemOf(ProblemKind::kForeignText, text, at, behind));
-      at = behind;
+      const std::size_t digits_end = EndOf(Kind::kDigit, text, capitals_end);
+      tokens.push_back(ProblemOf(ProblemKind::kForeignText, text, at, digits_end));
+      at = digits_end;
       opens = true;
       continue;
     }
@@ -435,7 +435,7 @@ bool IsNasal(const std::string& letters) {
   return letters.find_first_not_of("hmng") == std::string::npos;
 }
 
-// One mark at the most, on a vowel, or on m or n where there is none.
+// At most one mark, on a vowel, or on m or n where there is none.
 bool HasRightMarks(const std::vector<Character>& letters) {
   const bool has_vowel = Text(letters).find_first_of("aeiouv") != std::string::npos;
   int marks = 0;

@@ -26,7 +26,7 @@ struct Word {
   std::size_t end() const { return begin + text.size(); }
 };
 
-// What stands between blanks.
+// What is between blanks.
 std::vector<Word> Words(const std::string& text, std::size_t begin, std::size_t end) {
   std::vector<Word> words;
   bool is_open = false;
@@ -152,13 +152,13 @@ Reading ArpabetToPronunciation(const std::string& phones, RuleSet rules) {
     if (phone) read.push_back(*phone);
   }
   std::size_t begin = 0;  // of the syllable that is not written yet
-  std::size_t behind_vowel = 0;
+  std::size_t after_vowel = 0;
   for (std::size_t i = 0; i < read.size(); ++i) {
     if (!read[i].is_vowel) continue;
-    const std::size_t onset = OnsetBegin(read, behind_vowel, i);
+    const std::size_t onset = OnsetBegin(read, after_vowel, i);
     AppendSyllable(read, begin, onset, reading.text);
     begin = onset;
-    behind_vowel = i + 1;
+    after_vowel = i + 1;
   }
   AppendSyllable(read, begin, read.size(), reading.text);
   return reading;

@@ -21,7 +21,7 @@ struct RandomText::Style {
   unsigned capital;     ///< the word begins with a capital, sometimes all of it is capitals
   unsigned edited;      ///< one byte is changed
   unsigned foreign;     ///< the word is from another language
-  unsigned noisy;       ///< bytes that belong to no syllable stand in it or in its place
+  unsigned noisy;       ///< bytes that belong to no syllable are in it or in its place
 };
 
 namespace {

@@ -1,7 +1,7 @@
 #ifndef PHONEME_TESTS_REFERENCE_SUGGESTING_H_
 #define PHONEME_TESTS_REFERENCE_SUGGESTING_H_
 
-// What misspelt letters are meant for, by trying every slip of every letter.
+// What misspelt letters were meant to be, by trying every slip of every letter.
 
 #include <string>
 

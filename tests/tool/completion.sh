@@ -167,7 +167,7 @@ check_options() { # [COMMAND]
 languages=$({ "$tool" phones -l '?' 2>&1 || true; } |
   sed -n 's/.*; expected \(.*\) or a language id.*/\1/p' | sed 's/ *([^)]*),*//g')
 commands=$("$tool" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
-[[ $languages && $commands ]] || fail 'the help tells no languages or no commands'
+[[ $languages && $commands ]] || fail 'the help lists no languages or no commands'
 offered ''
 expect 'phoneme' "$commands"
 check_options

@@ -25,7 +25,7 @@ fail() {
   failures=$((failures + 1))
 }
 
-# same WHAT MANUAL TOOL: compares two lists of words, whatever their order.
+# same WHAT MANUAL TOOL: compares two lists of words, in any order.
 same() {
   [[ $2 && $3 ]] || fail "$1: nothing to compare"
   diff -u --label "manual: $1" --label "tool: $1" <(words "$2") <(words "$3") ||
@@ -133,7 +133,7 @@ convert() {
   echo "$result"
 }
 
-# The examples as they stand on the page, its special signs undone, and as they are.
+# The examples as the page has them, its special signs undone, and as they are.
 check_examples() {
   local line command='' examples=0
   section EXAMPLES | sed -n '/^\.Bd/,/^\.Ed/{/^\./!p}' |

@@ -44,7 +44,7 @@ TEST(Quoted, EscapesSoThatNoTwoTextsLookAlike) {
   for (const auto& c : cases) EXPECT_EQ(Quoted(c.text), c.quoted);
 }
 
-// The dots of a text that goes on stand outside the quotes, with the size of the whole.
+// The dots of a text that goes on are outside the quotes, with the size of the whole.
 TEST(Quoted, ShortensToEightyCells) {
   EXPECT_EQ(Quoted(Repeat("a", 80)), '"' + Repeat("a", 80) + '"');
   EXPECT_EQ(Quoted(Repeat("a", 81)), '"' + Repeat("a", 80) + "\"... (81 bytes)");

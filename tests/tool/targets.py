@@ -144,7 +144,7 @@ ONE_BY_ONE = {
 
 
 def to_record(syllable, code):
-    """What JSON tells about a syllable, without its place."""
+    """What JSON has of a syllable, without its place."""
     ids = to_ids(syllable, False)
     record = {}
     if code:
@@ -367,7 +367,7 @@ def pronunciation_lines(language, generator):
 
 
 def arpabet_lines(language, generator):
-    """Words of a syllable: what stands before the vowel may begin one in English."""
+    """Words of a syllable: what is before the vowel may begin one in English."""
     vowels = sorted(language.finals - {"ax"})
     texts = []
     for onset, vowel, digit in itertools.product(["", "B", "S T R"], vowels, ["", 0, 1, 2]):
