@@ -58,7 +58,7 @@ class WordMaker {
     codes_.push_back(static_cast<unsigned short>(row.id * 10 + static_cast<int>(tone)));
     if (row.initial_phone != nullptr) AddPhone(*row.initial_phone);
     if (row.final_phone != nullptr) AddPhone(*row.final_phone);
-    // "ng" is a syllable without any phone in Mandarin; silence stands in for it.
+    // "ng" is a syllable without any phone in Mandarin; silence takes its place.
     if (row.initial_phone == nullptr && row.final_phone == nullptr) AddPhone(*mapping_.phone_list);
   }
 

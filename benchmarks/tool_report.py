@@ -46,7 +46,7 @@ def run(tool: str, options: list[str], path: str) -> tuple[float, float]:
 
 
 def memory(tool: str, options: list[str], path: str) -> float:
-    """The most MiB that a run had in memory. What wait4 tells would count this script's as well."""
+    """The peak memory of a run in MiB. The figure of wait4 would include this script's own."""
     process = start(tool, options, path)
     most = 0
     while os.waitpid(process, os.WNOHANG) == (0, 0):

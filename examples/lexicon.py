@@ -2,7 +2,7 @@
 
     lexicon.py [-l LANGUAGE] [--aliases FILE] [WORDS] OUTPUT
 
-WORDS has tab-separated fields: the word, its romanisation and whatever follows. Without it the
+WORDS has tab-separated fields: the word, its romanisation and any others. Without it the
 shipped Cantonese word list is read. OUTPUT, a folder, gets lexicon.txt, a word and its phones a
 line; rejects.tsv, what could not be read and why; and syllables.tsv, how often each occurs.
 """
@@ -46,7 +46,7 @@ class Result:
 
 
 def read_entries(path: Path) -> Iterator[Entry]:
-    """Lines end at LF alone. Bytes that are no UTF-8 are kept, for the rejects and for words."""
+    """Lines end at LF alone. Bytes that are not UTF-8 are kept, for the rejects and for words."""
     with path.open(encoding="utf-8-sig", errors="surrogateescape", newline="\n") as file:
         for number, line in enumerate(file, start=1):
             if line.strip() and not line.startswith("# "):

@@ -35,10 +35,10 @@ BLOCK_BYTES = 1 << 20  # of a shard that are converted at a time
 LONGEST_LINE = 1 << 20  # bytes without the line end; the tool takes no longer ones
 CONNECT_SECONDS = 10  # in which a scheduler answers
 OWN_CONNECT_SECONDS = 3600  # the one of this process, which a busy machine can keep waiting
-FAILED = "failed: "  # in totals, in front of what is wrong
+FAILED = "failed: "  # in totals, before what is wrong
 BYTE_ORDER_MARK = b"\xef\xbb\xbf"
 KINDS = {int(phoneme.Status[kind.name]): kind.value for kind in phoneme.ProblemKind}  # by status
-PART = ".part"  # behind the name of a file that is being written
+PART = ".part"  # after the name of a file that is being written
 
 Totals = Counter[str]  # lines by what became of them
 Connection = contextlib.AbstractContextManager[Optional["Client"]]
@@ -99,7 +99,7 @@ def is_too_long(line: bytes) -> bool:
 def convert_lines(
     lines: Sequence[bytes], language: str, column: int
 ) -> tuple[list[bytes], list[bytes], Totals]:
-    """The lines with a new last field, those that failed as they stand, and the totals."""
+    """The lines with a new last field, the failed lines unchanged, and the totals."""
     split = [split_line(line) for line in lines]
     texts = [
         None if is_too_long(line) else text_of(content, column)
@@ -224,7 +224,7 @@ def check_output(shards: Path, output: Path, names: list[str]) -> None:
 def prepare(output: Path) -> None:
     for folder in written_folders(output):
         folder.mkdir(parents=True, exist_ok=True)
-    (output / "totals.json").unlink(missing_ok=True)  # it tells that all is done
+    (output / "totals.json").unlink(missing_ok=True)  # its presence means that all is done
 
 
 def finish(output: Path, totals: Totals) -> None:
@@ -402,7 +402,7 @@ def connect(scheduler: str | None, workers: int) -> Iterator[Client | None]:
                     processes=True,
                     dashboard_address=None,
                     scheduler_kwargs={"dashboard_address": ":0"},  # no port that may be taken
-                    silence_logs=logging.CRITICAL,  # main tells what ends a run
+                    silence_logs=logging.CRITICAL,  # main reports what ends a run
                 )
             address = stack.enter_context(cluster)
         with refusing(f"no scheduler at {address}"):

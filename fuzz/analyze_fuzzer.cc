@@ -32,7 +32,7 @@ std::optional<sp::reference::Reading> Reference(int language, const std::string&
 }
 
 // A word that is cut here may have problems more, for the letters that are left out; where there
-// are none, the syllables are the text, but for what stands between them.
+// are none, the syllables are the text, but for what is between them.
 void ExpectReference(const Analysis& analysis, const sp::reference::Reading& expected) {
   std::size_t found = 0;
   for (const Problem& problem : analysis.problems) {

@@ -2,7 +2,7 @@
 #define FUZZ_FUZZING_H_
 
 // What the fuzz targets share: how the bytes of an input are used, and how a property that does not
-// hold is told.
+// hold is reported.
 
 #include <cstddef>
 #include <cstdint>

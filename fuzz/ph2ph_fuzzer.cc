@@ -1,4 +1,4 @@
-// ph2ph: the records are those of the reference form, one for each closing byte that ph2tp tells;
+// ph2ph: the records are those of the reference form, one for each closing byte that ph2tp finds;
 // written as names and digits, pr2ph reads them as the same names and digits.
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// pyw2py, both ways: the pieces are those of the reference form; a piece that stands alone is that
+// pyw2py, both ways: the pieces are those of the reference form; a piece by itself is that
 // piece again; and from the front they are what py2code reads, one code a piece.
 
 #include "fuzz/conversions.h"
@@ -40,7 +40,7 @@ void ExpectPlaces(int language, const std::string& word, bool backward, const St
   for (std::size_t i = 0; i < pieces.size(); ++i) {
     std::string piece = word.substr(places[i].offset, places[i].length);
     piece[0] = ascii::ToSmall(piece[0]);
-    Expect(piece == pieces[i], "the piece stands at its place");
+    Expect(piece == pieces[i], "the piece is at its place");
     std::vector<unsigned short> code;
     const bool is_known = sp::py2code(language, piece + ' ', code) == 0;
     Expect(is_known == (places[i].row >= 0), "what is not a syllable has no row");

@@ -11,7 +11,7 @@ using fuzzing::Expect;
 
 constexpr std::string_view kDigits = "0123456789abcdefghijklmnopqrstuvwxyz";
 
-// In a wider type, so that the lowest value is no special case.
+// In a wider type, so that the lowest value is not a special case.
 std::int64_t Read(std::string_view written, int base) {
   const bool is_negative = written.front() == '-';
   if (is_negative) written.remove_prefix(1);

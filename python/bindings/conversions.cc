@@ -54,7 +54,7 @@ py::object SyllableRows(Arguments arguments) {
   return Borrow(SyllableTable(sp::ServingLanguage(sp::Conversion::kSyllables, language)));
 }
 
-// The row of an id, -1 for a number that is none.
+// The row of an id, -1 for a number that is not an id.
 int RowArgument(PyObject* integer) {
   int overflow = 0;
   const long row = PyLong_AsLongAndOverflow(integer, &overflow);

@@ -1,4 +1,4 @@
-// The extension module phoneme._core: what the package is made of, without its manners.
+// The extension module phoneme._core: the functions that the package wraps.
 
 #include <pybind11/pybind11.h>
 

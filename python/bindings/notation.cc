@@ -91,7 +91,7 @@ py::dict AliasPairs(const notation::AliasTable& table, std::string_view text) {
   return pairs;
 }
 
-// A message that may quote bytes that are no UTF-8.
+// A message that may quote bytes that are not UTF-8.
 py::object Message(const std::string& message) {
   const auto size = static_cast<Py_ssize_t>(message.size());
   auto text = py::reinterpret_steal<py::object>(

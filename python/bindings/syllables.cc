@@ -93,7 +93,7 @@ Py_hash_t HashSyllable(PyObject* self) {
   mix(syllable.tone);
   mix(syllable.raw_tone);
   const auto result = static_cast<Py_hash_t>(hash);
-  return result == -1 ? -2 : result;  // -1 stands for an error
+  return result == -1 ? -2 : result;  // -1 means an error
 }
 
 std::string PhoneNames(const SyllableObject& syllable) {

@@ -175,7 +175,7 @@ def _medial(name: str) -> str:
 def _by_vowel(
     finals: list[phoneme.Phone], language: phoneme.Language
 ) -> list[tuple[str, list[MaybePhone]]]:
-    """Each vowel with what follows it; the finals that no syllable spells as they are stand apart:
+    """Each vowel with what follows it; the finals that no syllable spells as they are come apart:
     the "u" of "uaa" is written "w"."""
     respelt = {row.final for row in phoneme.syllables(language) if _is_respelt(row)}
     groups: dict[str, list[MaybePhone]] = {}
@@ -270,7 +270,7 @@ def _draw_cell(
     looks: _Looks,
     place: tuple[float, float, float],
 ) -> None:
-    """Syllables that share a cell stand in it side by side."""
+    """Syllables that share a cell are side by side in it."""
     left, top, width = place
     height, part = looks.cell_height(), width / max(1, len(rows))
     name_size, number_size = (9.5, 8) if len(rows) == 1 else (8.5, 6.5)

@@ -247,7 +247,7 @@ class Cut:
 
 
 class Aliases(Mapping[str, str]):
-    """Spellings and the Jyutping syllables that stand for them, ready for use.
+    """Spellings and the Jyutping syllables that replace them, ready for use.
 
     >>> lazy = Aliases({"ni": "nei"})
     >>> normalize_jyutping("ni5", aliases=lazy).text
@@ -330,7 +330,7 @@ def parse_aliases(text: Text) -> Aliases:
 @functools.cache
 def shipped_aliases() -> Aliases:
     """The aliases that the package ships: spellings found in Cantonese corpora, as of syllables
-    without their ng, and the syllables that stand for them.
+    without their ng, and the syllables that replace them.
 
     >>> analyze("ni5 hou2", "cantonese", aliases=shipped_aliases()).problems
     ()

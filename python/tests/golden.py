@@ -9,7 +9,7 @@ import phoneme
 
 FOLDER = Path(__file__).resolve().parents[2] / "tests" / "golden"
 
-#: The numbers of rows are told here, so that no test passes on a file that is short.
+#: The numbers of rows are here, so that no test passes on a file that is short.
 PHONE_COUNTS = {"mandarin": 61, "cantonese": 95, "english": 41}
 SYLLABLE_COUNTS = {"mandarin": 417, "cantonese": 619, "english": 0}
 LANGUAGES = {

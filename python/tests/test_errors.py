@@ -1,4 +1,4 @@
-"""What a conversion that fails says: the piece that is wrong, and where it stands."""
+"""What a conversion that fails reports: the piece that is wrong, and where it is."""
 
 from __future__ import annotations
 
@@ -41,7 +41,7 @@ def _error(function: Any, *arguments: Any, **options: Any) -> ConversionError:
         ("ni3 \ud800 ma x😀3", "x😀3", 9),
         (b"ni3 \xff3", b"\xff3", 4),
         ("漢 ni hoa3".encode(), b"hoa3", 7),
-        ("漢ni hoa3", "漢ni", 0),  # letters of a syllable, with what is no letter
+        ("漢ni hoa3", "漢ni", 0),  # letters of a syllable, with what is not a letter
         ("ni3\vhoa3\fma3", "hoa3", 4),
         ("Évma hoa3", "hoa3", 5),
     ],

@@ -503,7 +503,7 @@ def test_every_code_reads_back() -> None:
             written: Union[str, None] = phoneme.marked_pinyin([code], errors="none")
             assert written is not None
             if tone == 5 or row.pinyin == "E":
-                continue  # without a mark nothing tells the tone; no notation names "ê"
+                continue  # without a mark the tone is not written; no notation names "ê"
             assert phoneme.py2code(phoneme.normalize_pinyin(written).text) == [code]
     for row in phoneme.syllables("cantonese"):
         for tone in range(1, 8):

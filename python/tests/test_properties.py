@@ -19,7 +19,7 @@ SPELLINGS = sorted({row.pinyin for table in TABLES for row in table})
 NAMES = sorted({phone.name for name in ("mandarin", "english") for phone in phoneme.phones(name)})
 MARKED = [phoneme.marked_pinyin([row.id * 10 + 3]) for row in TABLES[0]]
 
-# Syllables, what stands between them, and anything at all, lone surrogates included.
+# Syllables, what is between them, and anything at all, lone surrogates included.
 ANYTHING = st.text(alphabet=st.characters(), max_size=4)
 OTHERS = [*"0123456789 '`,\tvqx-", "Ni", "É", "漢", "u:", "😀"]
 PIECES = st.sampled_from([*SPELLINGS, *MARKED, *OTHERS])
@@ -45,7 +45,7 @@ def test_the_piece_of_an_error_is_the_first_that_fails(text: Any, language: Any)
     except phoneme.ConversionError as error:
         end = error.offset + len(error.piece)
         assert error.piece and text[error.offset : end] == error.piece
-        # What stands in front of it converts, and with it no longer. The space keeps the front
+        # What is before it converts, and with it no longer. The space keeps the front
         # from being cut as a whole text.
         before, through = _bytes(text[: error.offset]), _bytes(text[:end])
         options: Any = {"errors": "none", "fallback": True}

@@ -27,14 +27,14 @@ sys.path.insert(0, str(PROJECT / "examples"))  # for the workers as well
 example: Any = importlib.import_module("shards")
 
 WORKERS = 2
-ALLOWED_DEATHS = 1  # of workers that had a task; 3 if Dask is not told otherwise
+ALLOWED_DEATHS = 1  # of workers that had a task; 3 is Dask's default
 SHARDS = 24
 LINES = 6000  # of a shard
 LONGEST = 600  # seconds until what hangs is a failure: on a busy machine all takes long
 
 # Lines that are written or read in a way of their own.
 ODD_LINES = (
-    "\ufeff# a comment behind a byte order mark\n"
+    "\ufeff# a comment after a byte order mark\n"
     "word\tni3hao3\tmore\n"
     "word\tNǐ hǎo\r\n"
     "word\tyipinguo\n"
