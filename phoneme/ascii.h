@@ -1,9 +1,10 @@
 #ifndef PHONEME_ASCII_H_
 #define PHONEME_ASCII_H_
 
-// Kinds of ASCII characters, whatever the locale; most are asked of bytes and of code points. Not
-// installed.
+// Kinds of ASCII characters, whatever the locale; most are asked of bytes and of code points. And
+// text between blanks. Not installed.
 
+#include <algorithm>
 #include <string_view>
 
 namespace qeo::ascii {
@@ -17,6 +18,26 @@ constexpr bool IsCapital(int c) { return c >= 'A' && c <= 'Z'; }
 constexpr bool IsSmall(int c) { return c >= 'a' && c <= 'z'; }
 constexpr bool IsLetter(int c) { return IsSmall(c) || IsCapital(c); }
 constexpr char ToSmall(char c) { return IsCapital(c) ? static_cast<char>(c | 0x20) : c; }
+
+/// A text without blanks at its beginning.
+inline std::string_view TrimFront(std::string_view text) {
+  return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+}
+
+/// A text without blanks at its ends.
+inline std::string_view Trim(std::string_view text) {
+  text = TrimFront(text);
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+}
+
+/// Takes the next word of `text`, with the blanks around it, off its front; an empty word when
+/// there is none.
+inline std::string_view TakeWord(std::string_view& text) {
+  text = TrimFront(text);
+  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
+  text = TrimFront(text.substr(word.size()));
+  return word;
+}
 
 }  // namespace qeo::ascii
 

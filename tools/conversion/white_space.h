@@ -1,9 +1,8 @@
 #ifndef TOOLS_CONVERSION_WHITE_SPACE_H_
 #define TOOLS_CONVERSION_WHITE_SPACE_H_
 
-// Text between white space.
+// Text between white space, and its place.
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -12,21 +11,8 @@
 
 namespace qeo::tool {
 
-/// A text without white space at its ends.
-inline std::string_view Trim(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(ascii::kBlanks), text.size()));
-  return text.substr(0, text.find_last_not_of(ascii::kBlanks) + 1);
-}
-
-/// Takes the next word of `text`, with the white space around it, off its front; an empty word when
-/// there is none.
-inline std::string_view TakeWord(std::string_view& text) {
-  text.remove_prefix(std::min(text.find_first_not_of(ascii::kBlanks), text.size()));
-  const std::string_view word = text.substr(0, text.find_first_of(ascii::kBlanks));
-  text.remove_prefix(word.size());
-  text.remove_prefix(std::min(text.find_first_not_of(ascii::kBlanks), text.size()));
-  return word;
-}
+using ascii::TakeWord;
+using ascii::Trim;
 
 /// The place in `text` of a word that was taken from it.
 inline notation::Range PlaceOf(std::string_view word, std::string_view text) {
