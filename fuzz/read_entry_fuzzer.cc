@@ -1,17 +1,17 @@
-// ReadEntry of the tool: for each format the kind, the word and the pronunciation are those of a
+// ReadEntry: for each format the kind, the word and the pronunciation are those of a
 // slow form that takes the words of the line one by one; all are views into the line.
 
 #include "fuzz/fuzzing.h"
+#include "lexicon/lexicon.h"
 #include "notation/arpabet.h"
-#include "tools/conversion/lexicon_lines.h"
 #include "xstr/xstr.h"
 
 namespace {
 
 using namespace qeo;
 using fuzzing::Expect;
-using tool::EntryKind;
-using tool::Format;
+using lexicon::EntryKind;
+using lexicon::Format;
 
 constexpr char kBlanks[] = "\t\n\v\f\r ";
 
@@ -44,10 +44,10 @@ SlowEntry ReadTsv(const std::string& line, std::size_t column) {
   return {EntryKind::kEntry, "", fields[column - 1]};
 }
 
-SlowEntry ReadCedict(std::string line, tool::Headword headword) {
+SlowEntry ReadCedict(std::string line, lexicon::Headword headword) {
   const std::string traditional = TakeWord(line);
   const std::string simplified = TakeWord(line);
-  const std::string& word = headword == tool::Headword::kTraditional ? traditional : simplified;
+  const std::string& word = headword == lexicon::Headword::kTraditional ? traditional : simplified;
   const std::vector<std::string> parts = xstr::split(line, "]", 2);
   if (line.compare(0, 1, "[") != 0 || parts.size() < 2) return Make(word, "");
   return Make(word, Trim(parts[0].substr(1)));
@@ -59,7 +59,7 @@ SlowEntry ReadCmudict(const std::string& line) {
   return Make(std::string(parsed.word), std::string(parsed.phones));
 }
 
-SlowEntry ReadSlowly(const tool::Layout& layout, const std::string& line) {
+SlowEntry ReadSlowly(const lexicon::Layout& layout, const std::string& line) {
   if (layout.format == Format::kLines) return {EntryKind::kEntry, "", line};
   if (layout.format == Format::kTsv) return ReadTsv(line, layout.column);
   std::string entry = Trim(line);
@@ -80,17 +80,17 @@ bool IsWithin(std::string_view part, const std::string& line) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzzing::Input input(data, size);
-  tool::Layout layout;
-  layout.format = tool::kFormats[input.Choose(std::size(tool::kFormats))].meaning;
-  layout.headword = tool::kHeadwords[input.Choose(std::size(tool::kHeadwords))].meaning;
+  lexicon::Layout layout;
+  layout.format = lexicon::kFormats[input.Choose(std::size(lexicon::kFormats))].meaning;
+  layout.headword = lexicon::kHeadwords[input.Choose(std::size(lexicon::kHeadwords))].meaning;
   layout.column = 1 + input.Choose(8);
   const std::string line = input.Rest();
 
-  const tool::Entry entry = tool::ReadEntry(layout, line);
+  const lexicon::Entry entry = lexicon::ReadEntry(layout, line);
   const SlowEntry expected = ReadSlowly(layout, line);
   Expect(entry.kind == expected.kind, "the kind is the slow form's");
   Expect(IsWithin(entry.word, line) && IsWithin(entry.text, line), "both are views into the line");
-  Expect(!tool::BrokenLineProblem(layout).empty(), "what is wrong has a name");
+  Expect(!lexicon::BrokenLineProblem(layout).empty(), "what is wrong has a name");
   if (entry.kind != EntryKind::kEntry) return 0;
   Expect(entry.word == expected.word, "the word is the slow form's");
   Expect(entry.text == expected.text, "the pronunciation is the slow form's");

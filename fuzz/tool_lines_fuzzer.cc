@@ -1,4 +1,4 @@
-// BlockReader and TakeLine of the tool: in whatever pieces the input comes, and however long a line
+// BlockReader of the tool and TakeLine: in whatever pieces the input comes, and however long a line
 // may be, the lines, their ends and their numbers are those of a plain splitter, and a line that is
 // too long comes whole, in parts.
 
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "fuzz/fuzzing.h"
+#include "lexicon/lexicon.h"
 #include "tools/io/input.h"
 
 namespace {
@@ -85,7 +86,7 @@ class Checker {
     std::string_view rest = block.text;
     for (std::uint64_t left = block.line_count; left > 0; --left) {
       Expect(!rest.empty(), "there are as many lines as is said");
-      const tool::Line line = tool::TakeLine(rest);
+      const lexicon::Line line = lexicon::TakeLine(rest);
       Expect(next_ < expected_.size(), "there are no more lines");
       const SlowLine& expected = expected_[next_++];
       Expect(!expected.is_overlong, "no line is too long");
@@ -107,7 +108,7 @@ class Checker {
     Expect(part_ == whole.substr(0, part_.size()), "the parts are the line");
     if (is_in_line_) return;
     std::string_view last = block.text;
-    Expect(tool::TakeLine(last).end == expected.end, "the last part has the whole end");
+    Expect(lexicon::TakeLine(last).end == expected.end, "the last part has the whole end");
     Expect(part_ == whole, "the last part ends the line");
     ++next_;
     part_.clear();

@@ -177,9 +177,9 @@ void AddRules(CLI::App& command, Arguments& arguments) {
 }
 
 void AddLayout(CLI::App& command, Arguments& arguments) {
-  AddChoice(command, "--format", arguments.format, kFormats, kFormatHelp);
+  AddChoice(command, "--format", arguments.format, lexicon::kFormats, kFormatHelp);
   AddText(command, "--column", arguments.column, "N", kColumnHelp).check(CountProblem);
-  AddChoice(command, "--headword", arguments.headword, kHeadwords, kHeadwordHelp);
+  AddChoice(command, "--headword", arguments.headword, lexicon::kHeadwords, kHeadwordHelp);
 }
 
 void ParseSource(const Arguments& arguments, SourceOptions& options) {
@@ -203,20 +203,19 @@ void ParseSource(const Arguments& arguments, SourceOptions& options) {
   }
 }
 
-Layout ParseLayout(const Arguments& arguments) {
-  constexpr std::size_t kUsualColumn = 2;
+lexicon::Layout ParseLayout(const Arguments& arguments) {
   const bool has_column = !arguments.column.empty();
-  Layout layout;
-  layout.format = Meaning(kFormats, arguments.format);
-  if (arguments.format.empty() && has_column) layout.format = Format::kTsv;
-  if (has_column && layout.format != Format::kTsv) {
+  lexicon::Layout layout;
+  layout.format = lexicon::FormatOfName(arguments.format).value_or(layout.format);
+  if (arguments.format.empty() && has_column) layout.format = lexicon::Format::kTsv;
+  if (has_column && layout.format != lexicon::Format::kTsv) {
     throw UsageError("--column applies to --format tsv only");
   }
-  if (!arguments.headword.empty() && layout.format != Format::kCedict) {
+  if (!arguments.headword.empty() && layout.format != lexicon::Format::kCedict) {
     throw UsageError("--headword applies to --format cedict only");
   }
-  layout.column = ParseNumber<std::size_t>(arguments.column).value_or(kUsualColumn);
-  layout.headword = Meaning(kHeadwords, arguments.headword);
+  layout.column = ParseNumber<std::size_t>(arguments.column).value_or(layout.column);
+  layout.headword = lexicon::HeadwordOfName(arguments.headword).value_or(layout.headword);
   return layout;
 }
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "lexicon/lexicon.h"
 #include "notation/notation.h"
-#include "tools/conversion/lexicon_lines.h"
 #include "tools/conversion/notations.h"
 #include "tools/io/files_in_use.h"
 
@@ -101,7 +101,7 @@ struct SourceOptions {
 void ParseSource(const Arguments& arguments, SourceOptions& options);
 
 /// Parses the options of AddLayout. Throws UsageError.
-Layout ParseLayout(const Arguments& arguments);
+lexicon::Layout ParseLayout(const Arguments& arguments);
 
 /// The table of --aliases cannot be read. The message is ready for a terminal.
 class AliasesError : public std::runtime_error {

@@ -140,16 +140,16 @@ ExitStatus PrintUsageError(const CLI::App& app, const UsageError& error) {
 
 // The texts of a conversion and its other options taken together.
 void CheckTexts(const Arguments& arguments, const std::vector<std::string>& texts,
-                const Layout& layout) {
+                const lexicon::Layout& layout) {
   if (!texts.empty() && !arguments.input.empty()) {
     throw UsageError("texts and --input cannot be combined");
   }
   const bool has_line_end = std::any_of(texts.begin(), texts.end(), [](const std::string& text) {
     return text.find('\n') != std::string::npos;
   });
-  if (has_line_end && layout.format != Format::kLines) {
+  if (has_line_end && layout.format != lexicon::Format::kLines) {
     throw UsageError("a text must not contain a line end with --format " +
-                     NameOf(kFormats, layout.format));
+                     NameOf(lexicon::kFormats, layout.format));
   }
 }
 
@@ -178,9 +178,9 @@ ExitStatus RunConvert(const Arguments& arguments, const std::vector<std::string>
   return Convert(options, in_use);
 }
 
-Layout ParseLexiconLayout(const Arguments& arguments) {
-  Layout layout = ParseLayout(arguments);
-  if (arguments.format.empty() && arguments.column.empty()) layout.format = Format::kKaldi;
+lexicon::Layout ParseLexiconLayout(const Arguments& arguments) {
+  lexicon::Layout layout = ParseLayout(arguments);
+  if (arguments.format.empty() && arguments.column.empty()) layout.format = lexicon::Format::kKaldi;
   if (!layout.HasWords()) {
     throw UsageError("--lexicon applies to --format kaldi, cmudict and cedict only");
   }

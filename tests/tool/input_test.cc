@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "lexicon/lexicon.h"
+
 namespace qeo::tool {
 namespace {
 
@@ -57,7 +59,7 @@ std::vector<Numbered> LinesOf(int file_descriptor, const ReadLimits& limits = {}
   for (Block block; reader.Next(block);) {
     std::uint64_t number = block.first_line;
     for (std::string_view rest = block.text; !rest.empty(); ++number) {
-      lines.push_back({number, std::string(TakeLine(rest).text)});
+      lines.push_back({number, std::string(lexicon::TakeLine(rest).text)});
     }
     EXPECT_EQ(number, block.first_line + block.line_count);
   }

@@ -136,14 +136,14 @@ void Checker::CheckBlock(const Block& block) {
   }
   std::string_view rest = block.text;
   for (std::uint64_t number = block.first_line; !rest.empty(); ++number) {
-    CheckLine(number, TakeLine(rest).text);
+    CheckLine(number, lexicon::TakeLine(rest).text);
   }
 }
 
 void Checker::CheckLine(std::uint64_t number, std::string_view line) {
-  const Entry entry = ReadEntry(options_.layout, line);
-  if (entry.kind == EntryKind::kComment) return;
-  if (entry.kind == EntryKind::kBroken) return ReportBroken(number, 0, line);
+  const lexicon::Entry entry = lexicon::ReadEntry(options_.layout, line);
+  if (entry.kind == lexicon::EntryKind::kComment) return;
+  if (entry.kind == lexicon::EntryKind::kBroken) return ReportBroken(number, 0, line);
   const auto offset = static_cast<std::size_t>(entry.text.data() - line.data());
   if (lexicon_) {
     lexicon_->Add(number, offset, entry);
@@ -189,8 +189,8 @@ void Checker::CheckSyllable(std::uint64_t number, std::size_t offset,
 
 // An entry without a word, or without a syllable.
 void Checker::ReportBroken(std::uint64_t number, std::size_t offset, std::string_view text) {
-  findings_.Write(
-      {number, offset, text.size(), "not an entry", BrokenLineProblem(options_.layout), "", true});
+  findings_.Write({number, offset, text.size(), "not an entry",
+                   lexicon::BrokenLineProblem(options_.layout), "", true});
 }
 
 void Checker::Fail(std::string_view problem) {

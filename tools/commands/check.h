@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "lexicon/lexicon.h"
 #include "tools/base/exit_status.h"
-#include "tools/conversion/lexicon_lines.h"
 #include "tools/conversion/notations.h"
 #include "tools/io/files_in_use.h"
 
@@ -16,7 +16,7 @@ namespace qeo::tool {
 struct CheckOptions {
   Conversion conversion;    ///< that lines are checked for
   bool has_target = false;  ///< else they are checked for codes and pronunciation
-  Layout layout;
+  lexicon::Layout layout;
   bool is_lexicon = false;  ///< the entries are phones, of which those of the language are known
   bool is_json = false;
   std::vector<std::string> files;  ///< "-" is standard input

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "lexicon/lexicon.h"
 #include "tools/base/exit_status.h"
-#include "tools/conversion/lexicon_lines.h"
 #include "tools/conversion/notations.h"
 #include "tools/io/files_in_use.h"
 
@@ -16,7 +16,7 @@ namespace qeo::tool {
 
 struct ConvertOptions {
   Conversion conversion;
-  Layout layout;
+  lexicon::Layout layout;
   std::vector<std::string> texts;  ///< when empty, the lines of `input`
   std::string input;               ///< a file, or empty or "-" for standard input
   std::string output;              ///< a file, or empty for standard output

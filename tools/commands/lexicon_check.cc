@@ -25,7 +25,7 @@ LexiconCheck::LexiconCheck(int language, bool ignores_case, FindingWriter& findi
   }
 }
 
-void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const Entry& entry) {
+void LexiconCheck::Add(std::uint64_t line, std::size_t offset, const lexicon::Entry& entry) {
   std::string key(entry.word);
   bool has_phones = false;
   std::string_view rest = entry.text;

@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "tools/conversion/lexicon_lines.h"
+#include "lexicon/lexicon.h"
 #include "tools/report/findings.h"
 
 namespace qeo::tool {
@@ -26,7 +26,7 @@ class LexiconCheck {
   LexiconCheck(int language, bool ignores_case, FindingWriter& findings);
 
   /// Checks an entry of line `line`; `offset` is where its phones begin in the line.
-  void Add(std::uint64_t line, std::size_t offset, const Entry& entry);
+  void Add(std::uint64_t line, std::size_t offset, const lexicon::Entry& entry);
 
   /// Notes the phones that have not occurred, silence aside. `line_count` is that of the file.
   void Finish(std::uint64_t line_count);

@@ -4,7 +4,8 @@
 
 namespace qeo::tool {
 
-LineConverter::LineConverter(const Conversion& conversion, const Layout& layout, const char* place)
+LineConverter::LineConverter(const Conversion& conversion, const lexicon::Layout& layout,
+                             const char* place)
     : conversion_(conversion),
       layout_(layout),
       place_(place),
@@ -17,23 +18,24 @@ void LineConverter::ConvertBlock(Batch& batch) {
   if (batch.input.is_overlong) return RejectPart(batch);
   std::string_view rest = batch.input.text;
   for (std::uint64_t number = batch.input.first_line; !rest.empty(); ++number) {
-    ConvertLine(number, TakeLine(rest), batch);
+    ConvertLine(number, lexicon::TakeLine(rest), batch);
   }
 }
 
 // In a format of plain lines each line gives one, also when it fails, so that the output keeps step
 // with the input. A lexicon has no entries that are empty.
-void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& batch) {
+void LineConverter::ConvertLine(std::uint64_t number, const lexicon::Line& line, Batch& batch) {
   std::string& out = batch.results;
   const std::size_t begin = out.size();
-  const Entry entry = ReadEntry(layout_, line.text);
-  if (entry.kind == EntryKind::kComment) {
+  const lexicon::Entry entry = lexicon::ReadEntry(layout_, line.text);
+  if (entry.kind == lexicon::EntryKind::kComment) {
     ++batch.totals.comments;
-    if (layout_.format == Format::kTsv && !WritesRecords()) out.append(line.text).append(line.end);
+    if (layout_.format == lexicon::Format::kTsv && !WritesRecords())
+      out.append(line.text).append(line.end);
     return;
   }
   if (!WritesRecords()) {
-    if (layout_.format == Format::kTsv) {
+    if (layout_.format == lexicon::Format::kTsv) {
       out.append(line.text) += '\t';
     } else if (layout_.HasWords()) {
       out.append(entry.word) += ' ';
@@ -48,9 +50,10 @@ void LineConverter::ConvertLine(std::uint64_t number, const Line& line, Batch& b
   if (conversion_.to.records != Records::kTsv) out += line.end;
 }
 
-bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out) {
-  if (entry.kind == EntryKind::kBroken) {
-    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+bool LineConverter::ConvertEntry(std::uint64_t number, const lexicon::Entry& entry,
+                                 std::string& out) {
+  if (entry.kind == lexicon::EntryKind::kBroken) {
+    failure_ = {"not an entry", lexicon::BrokenLineProblem(layout_), {}};
     return false;
   }
   text_ = entry.text;
@@ -59,7 +62,7 @@ bool LineConverter::ConvertEntry(std::uint64_t number, const Entry& entry, std::
     return false;
   }
   if (layout_.HasWords() && reader_.size() == 0) {
-    failure_ = {"not an entry", BrokenLineProblem(layout_), {}};
+    failure_ = {"not an entry", lexicon::BrokenLineProblem(layout_), {}};
     return false;
   }
   const RecordHead head = {number, entry.word, text_};
@@ -80,30 +83,31 @@ bool LineConverter::Write(std::string& out) {
                                : writer_.Write(reader_.syllables(), out));
 }
 
-void LineConverter::Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch) {
-  const std::string_view text = entry.kind == EntryKind::kBroken ? line.text : entry.text;
+void LineConverter::Fail(std::uint64_t number, const lexicon::Line& line,
+                         const lexicon::Entry& entry, Batch& batch) {
+  const std::string_view text = entry.kind == lexicon::EntryKind::kBroken ? line.text : entry.text;
   AddMessage(number, Quoted(text) + ": " + failure_.message, batch);
   ++batch.totals.failed[failure_.kind];
   batch.rejects.append(line.text).append(line.end);
   WriteFailure(number, line, entry, batch.results);
 }
 
-void LineConverter::WriteFailure(std::uint64_t number, const Line& line, const Entry& entry,
-                                 std::string& out) {
+void LineConverter::WriteFailure(std::uint64_t number, const lexicon::Line& line,
+                                 const lexicon::Entry& entry, std::string& out) {
   if (conversion_.to.records == Records::kJson) {
-    const bool is_broken = entry.kind == EntryKind::kBroken;
+    const bool is_broken = entry.kind == lexicon::EntryKind::kBroken;
     AppendJsonFailure({number, entry.word, is_broken ? line.text : entry.text}, failure_, out);
-  } else if (layout_.format == Format::kTsv && !WritesRecords()) {
+  } else if (layout_.format == lexicon::Format::kTsv && !WritesRecords()) {
     out.append(line.text) += '\t';
   }
   EndFailure(line, out);
 }
 
 // Ends what a line that fails gives, if it gives anything.
-void LineConverter::EndFailure(const Line& line, std::string& out) const {
-  if (conversion_.to.records == Records::kJson ||
-      (conversion_.to.records != Records::kTsv && !layout_.HasWords()))
-    out += line.end;
+void LineConverter::EndFailure(const lexicon::Line& line, std::string& out) const {
+  const bool has_record = conversion_.to.records == Records::kJson;
+  const bool is_line = conversion_.to.records != Records::kTsv && !layout_.HasWords();
+  if (has_record || is_line) out += line.end;
 }
 
 // A line that is too long comes in parts, and fails once. Its text is in no result, so it leaves an
@@ -120,7 +124,7 @@ void LineConverter::RejectPart(Batch& batch) {
     return;
   }
   std::string_view rest = part.text;
-  const Line last = TakeLine(rest);
+  const lexicon::Line last = lexicon::TakeLine(rest);
   batch.rejects.append(last.text).append(last.end);
   if (conversion_.to.records == Records::kJson)
     AppendJsonFailure({part.first_line, "", ""}, failure_, batch.results);

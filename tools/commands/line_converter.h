@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tools/conversion/lexicon_lines.h"
+#include "lexicon/lexicon.h"
 #include "tools/conversion/result_records.h"
 #include "tools/io/input.h"
 #include "tools/report/totals.h"
@@ -37,25 +37,27 @@ struct Batch {
 class LineConverter {
  public:
   /// `place` is what messages call a line. `conversion` and `layout` are kept and not copied.
-  LineConverter(const Conversion& conversion, const Layout& layout, const char* place);
+  LineConverter(const Conversion& conversion, const lexicon::Layout& layout, const char* place);
 
   /// Converts the lines of `batch.input` and adds to the rest.
   void ConvertBlock(Batch& batch);
 
-  void ConvertLine(std::uint64_t number, const Line& line, Batch& batch);
+  void ConvertLine(std::uint64_t number, const lexicon::Line& line, Batch& batch);
 
  private:
-  bool ConvertEntry(std::uint64_t number, const Entry& entry, std::string& out);
+  bool ConvertEntry(std::uint64_t number, const lexicon::Entry& entry, std::string& out);
   bool Write(std::string& out);
   void RejectPart(Batch& batch);
-  void Fail(std::uint64_t number, const Line& line, const Entry& entry, Batch& batch);
-  void WriteFailure(std::uint64_t number, const Line& line, const Entry& entry, std::string& out);
-  void EndFailure(const Line& line, std::string& out) const;
+  void Fail(std::uint64_t number, const lexicon::Line& line, const lexicon::Entry& entry,
+            Batch& batch);
+  void WriteFailure(std::uint64_t number, const lexicon::Line& line, const lexicon::Entry& entry,
+                    std::string& out);
+  void EndFailure(const lexicon::Line& line, std::string& out) const;
   void AddMessage(std::uint64_t number, std::string_view message, Batch& batch) const;
   bool WritesRecords() const { return conversion_.to.records != Records::kNone; }
 
   const Conversion& conversion_;
-  const Layout& layout_;
+  const lexicon::Layout& layout_;
   const char* place_;
   notation::Reader reader_;
   notation::Writer writer_;

@@ -30,20 +30,6 @@ std::uint64_t CountNewlines(std::string_view text) {
 
 }  // namespace
 
-Line TakeLine(std::string_view& text) {
-  const std::size_t newline = text.find('\n');
-  if (newline == std::string_view::npos) {
-    const Line line = {text, "\n"};
-    text = {};
-    return line;
-  }
-  const bool after_return = newline > 0 && text[newline - 1] == '\r';
-  const std::size_t size = newline - (after_return ? 1 : 0);
-  const Line line = {text.substr(0, size), text.substr(size, newline + 1 - size)};
-  text.remove_prefix(newline + 1);
-  return line;
-}
-
 bool BlockReader::IsReady() const {
   pollfd input = {file_descriptor_, POLLIN, 0};
   return ::poll(&input, 1, 0) != 0;

@@ -31,14 +31,6 @@ struct Block {
   bool is_last_part = false;   ///< of that line, with its whole end
 };
 
-struct Line {
-  std::string_view text;  ///< without its end
-  std::string_view end;   ///< "\n" or "\r\n"; "\n" for a last line that has none
-};
-
-/// Takes the first line off `text`; an empty one is a last line without an end.
-Line TakeLine(std::string_view& text);
-
 /// Reads a file from its current position to its end. A byte order mark at the beginning is left
 /// out.
 class BlockReader {
