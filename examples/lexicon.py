@@ -49,9 +49,9 @@ def read_entries(path: Path) -> Iterator[Entry]:
     """Lines end at LF alone. Bytes that are not UTF-8 are kept, for the rejects and for words."""
     with path.open(encoding="utf-8-sig", errors="surrogateescape", newline="\n") as file:
         for number, line in enumerate(file, start=1):
-            if line.strip() and not line.startswith("# "):
-                word, romanisation = [*line.rstrip("\r\n").split("\t"), ""][:2]
-                yield Entry(number, word, romanisation)
+            word, romanisation = (phoneme.lexicon_entry(line, "tsv", column=i) for i in (1, 2))
+            if line.strip() and word.kind is phoneme.EntryKind.ENTRY:
+                yield Entry(number, word.text, romanisation.text)
 
 
 def read_aliases(path: Path) -> phoneme.Aliases:

@@ -18,13 +18,11 @@ if found is None:
 VERSION = found[1]
 
 # Relative to this folder, as setuptools wants them.
-FOLDERS = ["../xstr", "../phoneme", "../notation", "bindings"]
+FOLDERS = ["../xstr", "../phoneme", "../notation", "../lexicon", "bindings"]
 SOURCES = [
     f"{folder}/{source.name}" for folder in FOLDERS for source in sorted((HERE / folder).glob("*.cc"))
 ]
-STATIC = [("PHONEME_STATIC_DEFINE", None), ("XSTR_STATIC_DEFINE", None)]
-STATIC.append(("NOTATION_STATIC_DEFINE", None))
-
+STATIC = [(f"{library}_STATIC_DEFINE", None) for library in ("XSTR", "PHONEME", "NOTATION", "LEXICON")]
 
 
 class BuildPackage(build_py):

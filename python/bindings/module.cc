@@ -7,6 +7,7 @@
 #include "bindings/conversions.h"
 #include "bindings/fastcall.h"
 #include "bindings/languages.h"
+#include "bindings/lexicon.h"
 #include "bindings/notation.h"
 #include "bindings/rows.h"
 #include "bindings/syllables.h"
@@ -58,6 +59,7 @@ void Fill(py::module_& module) {
   AddConversions(module);
   AddBatches(module);
   AddNotation(module);
+  AddLexicon(module);
 }
 
 }  // namespace

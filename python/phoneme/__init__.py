@@ -65,6 +65,12 @@ from phoneme._conversions import (  # noqa: E402
 from phoneme._core import Phone, Syllable, SyllableRow, __version__  # noqa: E402
 from phoneme._enums import Language, PhoneType, Status  # noqa: E402
 from phoneme._errors import ConversionError  # noqa: E402
+from phoneme._lexicon import (  # noqa: E402
+    EntryKind,
+    LexiconEntry,
+    lexicon_entries,
+    lexicon_entry,
+)
 from phoneme._notation import (  # noqa: E402
     Aliases,
     Analysis,
@@ -103,9 +109,11 @@ __all__ = [
     "ConversionError",
     "Cut",
     "CutSyllable",
+    "EntryKind",
     "Hint",
     "IdBatch",
     "Language",
+    "LexiconEntry",
     "Normalized",
     "Phone",
     "PhoneType",
@@ -129,6 +137,8 @@ __all__ = [
     "jyutping",
     "lexicon_en_phone_id",
     "lexicon_en_phone_type",
+    "lexicon_entries",
+    "lexicon_entry",
     "lexicon_module_phone_type",
     "marked_pinyin",
     "normalize_batch",

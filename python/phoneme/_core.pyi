@@ -1,6 +1,6 @@
 # The extension module. Conversions return None when they fail.
 
-from typing import Any, Iterable, NoReturn, Optional, Sequence, SupportsIndex, Union, final
+from typing import Any, AnyStr, Iterable, NoReturn, Optional, Sequence, SupportsIndex, Union, final
 
 import numpy as np
 from numpy.typing import NDArray
@@ -18,6 +18,8 @@ LANGUAGES: dict[str, int]
 RULE_NAMES: tuple[str, ...]
 NOTATIONS: dict[str, int]
 DEFAULT_RULES: int
+LEXICON_FORMATS: tuple[str, ...]
+HEADWORDS: tuple[str, ...]
 
 def require_main_interpreter() -> None: ...
 def presentable(text: str) -> str: ...
@@ -247,3 +249,15 @@ def cut_whole(
 def marked_pinyin(items: tuple[Any, ...], with_spaces: bool, /) -> Union[str, int]: ...
 def jyutping(items: tuple[Any, ...], with_spaces: bool, /) -> Union[str, int]: ...
 def pronunciation_string(items: Sequence[SyllableWithGaps], /) -> Union[str, int]: ...
+
+class LexiconLayout:
+    def __init__(self, none: NoReturn) -> None: ...  # lexicon_layout makes them
+
+def lexicon_layout(
+    format: str, column: Optional[int], headword: Optional[str], /
+) -> LexiconLayout: ...
+
+# The number of the kind, the word, the text, where it begins, and what is wrong.
+def lexicon_entry(
+    layout: LexiconLayout, line: AnyStr, is_first: bool, /
+) -> tuple[int, AnyStr, AnyStr, int, str]: ...

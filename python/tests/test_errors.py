@@ -283,6 +283,9 @@ MESSAGES: list[tuple[str, Any, int]] = [
     ("rules", _long_rules, 1000),
     ("errors", lambda: phoneme.py2code("ni3", errors=LONG), 200),  # type: ignore[call-overload]
     ("cutting", lambda: phoneme.analyze("ni3", cutting=LONG), 200),  # type: ignore[arg-type]
+    ("format", lambda: phoneme.lexicon_entry("a", LONG), 200),  # type: ignore[arg-type]
+    ("headword", lambda: phoneme.lexicon_entry("a", "cedict", headword=LONG), 200),  # type: ignore[arg-type]
+    ("lines of a lexicon", lambda: phoneme.lexicon_entry("a\n" + LONG, "lines"), 200),
     ("spacing", lambda: phoneme.jyutping([], spacing=LONG), 200),  # type: ignore[call-overload]
     ("picture", lambda: phoneme.chart("mandarin", path=LONG), 200),
     ("spelling", lambda: phoneme.Aliases({LONG: "ngai"}), 300),
@@ -371,6 +374,11 @@ TYPES_IN_MESSAGES: list[Any] = [
     lambda: phoneme.py2code_batch(["ni3"])[Hostile()],
     lambda: phoneme.normalize_jyutping("ni5", aliases=Hostile()),
     lambda: phoneme.normalize_pinyin("ni5", rules=Hostile()),
+    lambda: phoneme.lexicon_entry(Hostile(), "kaldi"),
+    lambda: phoneme.lexicon_entry("a", Hostile()),
+    lambda: phoneme.lexicon_entry("a", "tsv", column=Hostile()),
+    lambda: phoneme.lexicon_entry("a", "cedict", headword=Hostile()),
+    lambda: phoneme.lexicon_entries(Hostile(), "kaldi"),
     lambda: phoneme.Phone(Hostile(), "mandarin"),
     lambda: phoneme.Syllable([Hostile()], "mandarin"),
     lambda: phoneme.Syllable(Hostile(), "mandarin"),
@@ -406,6 +414,9 @@ VALUES_IN_MESSAGES: list[Any] = [
     lambda: phoneme.phone(HostileText("?")),
     lambda: phoneme.analyze("ni3", rules=[HostileText("x")]),
     lambda: phoneme.analyze("ni3", cutting=HostileText("x")),  # type: ignore[arg-type]
+    lambda: phoneme.lexicon_entry("a", HostileText("x")),  # type: ignore[arg-type]
+    lambda: phoneme.lexicon_entry("a", "cedict", headword=HostileText("x")),  # type: ignore[arg-type]
+    lambda: phoneme.lexicon_entry(HostileText("a\nb"), "kaldi"),
     lambda: phoneme.marked_pinyin([2243], spacing=HostileText("x")),  # type: ignore[call-overload]
     lambda: phoneme.Aliases({HostileText("0"): "ngai"}),
     lambda: phoneme.chart("mandarin", path=HostileText("x")),

@@ -455,6 +455,8 @@ LOOPS: list[tuple[str, int, Callable[[], Any]]] = [
     ("analyses", 10_000, lambda: phoneme.analyze_batch(["Nǐ hǎo", "hoa3"], aliases=ALIASES)),
     ("items", 10_000, lambda: phoneme.py2ph_batch(["ni3hao3"])[0]),
     ("analysis", 10_000, lambda: phoneme.analyze("Nǐ hoa3")),
+    ("lexicon lines", 10_000, lambda: phoneme.lexicon_entry("女 女 [nu:3]", "cedict")),
+    ("broken lines", 10_000, lambda: list(phoneme.lexicon_entries([b"a", b"# b"], "tsv", column=3))),
     ("cuts", 10_000, lambda: phoneme.cut_whole("xian", max_cuts=3)),
     ("aliases", 5_000, lambda: phoneme.normalize_jyutping("ai3", aliases={"ai": "ngai"})),
     ("writing", 10_000, lambda: phoneme.marked_pinyin(SYLLABLES)),

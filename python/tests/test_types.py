@@ -44,6 +44,8 @@ gaps: List[str] = [
     for phone in syllable.phones
     if phone is not None
 ]
+entry: phoneme.LexiconEntry[str] = phoneme.lexicon_entry("a ni3", "kaldi")
+texts: List[bytes] = [entry.text for entry in phoneme.lexicon_entries([b"a ni3"], "kaldi")]
 spelling: str = phoneme.code2py(2243) + phoneme.py2ph("ni3")[0].spelling
 codes: List[Optional[List[int]]] = phoneme.py2code_batch(["ni3", None], errors="none").tolist()
 again: phoneme.CodeBatch = phoneme.py2code_batch(phoneme.normalize_batch(iter(["ni3"])))
