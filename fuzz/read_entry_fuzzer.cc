@@ -1,5 +1,5 @@
-// ReadEntry: for each format the kind, the word and the pronunciation are those of a
-// slow form that takes the words of the line one by one; all are views into the line.
+// ReadEntry: for each format the kind, the word and the pronunciation are those of a slow form that
+// takes the words of the line one by one; all are views into the line.
 
 #include "fuzz/fuzzing.h"
 #include "lexicon/lexicon.h"
@@ -40,7 +40,7 @@ std::string TakeWord(std::string& line) {
 SlowEntry ReadTsv(const std::string& line, std::size_t column) {
   if (line.compare(0, 2, "# ") == 0) return {EntryKind::kComment, "", ""};
   const std::vector<std::string> fields = xstr::split(line, "\t", 0);
-  if (fields.size() < column) return {};
+  if (column == 0 || fields.size() < column) return {};
   return {EntryKind::kEntry, "", fields[column - 1]};
 }
 
@@ -72,8 +72,7 @@ SlowEntry ReadSlowly(const lexicon::Layout& layout, const std::string& line) {
 }
 
 bool IsWithin(std::string_view part, const std::string& line) {
-  return part.empty() ||
-         (part.data() >= line.data() && part.data() + part.size() <= line.data() + line.size());
+  return part.data() >= line.data() && part.data() + part.size() <= line.data() + line.size();
 }
 
 }  // namespace
@@ -83,7 +82,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   lexicon::Layout layout;
   layout.format = lexicon::kFormats[input.Choose(std::size(lexicon::kFormats))].meaning;
   layout.headword = lexicon::kHeadwords[input.Choose(std::size(lexicon::kHeadwords))].meaning;
-  layout.column = 1 + input.Choose(8);
+  layout.column = input.Choose(9);
   const std::string line = input.Rest();
 
   const lexicon::Entry entry = lexicon::ReadEntry(layout, line);
@@ -91,9 +90,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Expect(entry.kind == expected.kind, "the kind is the slow form's");
   Expect(IsWithin(entry.word, line) && IsWithin(entry.text, line), "both are views into the line");
   Expect(!lexicon::BrokenLineProblem(layout).empty(), "what is wrong has a name");
-  if (entry.kind != EntryKind::kEntry) return 0;
   Expect(entry.word == expected.word, "the word is the slow form's");
   Expect(entry.text == expected.text, "the pronunciation is the slow form's");
-  Expect(!layout.HasWords() || (!entry.word.empty() && !entry.text.empty()), "an entry has both");
+  Expect(layout.HasWords() || entry.word.empty(), "a format without words has none");
+  if (entry.kind != EntryKind::kEntry) {
+    Expect(entry.text.empty(), "what is not an entry has no pronunciation");
+  } else if (layout.HasWords()) {
+    Expect(!entry.word.empty() && !entry.text.empty(), "an entry has both");
+  }
   return 0;
 }

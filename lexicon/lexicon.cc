@@ -6,13 +6,12 @@
 namespace qeo::lexicon {
 namespace {
 
-template <typename Table>
-auto Find(const Table& table, std::string_view name) {
-  std::optional<decltype(std::begin(table)->meaning)> meaning;
-  for (const auto& row : table) {
-    if (row.name == name) meaning = row.meaning;
+template <typename Meaning, std::size_t kCount>
+std::optional<Meaning> Find(const Named<Meaning> (&table)[kCount], std::string_view name) {
+  for (const Named<Meaning>& row : table) {
+    if (row.name == name) return row.meaning;
   }
-  return meaning;
+  return std::nullopt;
 }
 
 std::string_view EndOf(std::string_view text) { return text.substr(text.size()); }

@@ -4,6 +4,8 @@
 
 #include <climits>
 #include <cstddef>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -95,7 +97,7 @@ PyMethodDef methods[] = {Method<ReadEntry, 3>("lexicon_entry"), {}};
 }  // namespace
 
 void AddLexicon(py::module_& module) {
-  py::class_<lexicon::Layout>(module, "LexiconLayout");
+  const py::class_<lexicon::Layout> layout_type(module, "LexiconLayout");
   module.attr("LEXICON_FORMATS") = Names(lexicon::kFormats);
   module.attr("HEADWORDS") = Names(lexicon::kHeadwords);
   module.def("lexicon_layout", MakeLayout);

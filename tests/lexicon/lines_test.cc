@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "lexicon/lexicon.h"
@@ -45,7 +46,7 @@ constexpr EntryKind kEntry = EntryKind::kEntry;
 constexpr EntryKind kComment = EntryKind::kComment;
 constexpr EntryKind kBroken = EntryKind::kBroken;
 
-using std::string_view_literals::operator""sv;
+using namespace std::string_view_literals;
 
 TEST(ReadEntry, Lines) {
   const Row rows[] = {
@@ -209,7 +210,7 @@ TEST(ReadEntry, TakesViewsWithoutData) {
 TEST(BrokenLineProblem, OfEachLayout) {
   struct {
     Layout layout;
-    const char* problem;
+    std::string_view problem;
   } const cases[] = {
       {{Format::kLines}, "no pronunciation"},
       {{}, "no pronunciation"},
