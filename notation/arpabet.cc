@@ -15,6 +15,7 @@
 #include "notation/bounded_vector.h"
 #include "notation/english_onsets.h"
 #include "notation/nearest_name.h"
+#include "notation/token.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
@@ -31,25 +32,6 @@ constexpr std::string_view kReducedInArpabet = "AH";
 
 constexpr bool IsStress(char digit) { return digit <= '2'; }
 constexpr char SmallToUpper(char c) { return static_cast<char>(c - 32); }
-
-std::string_view Bytes(std::string_view text, Range range) {
-  return text.substr(range.offset, range.length);
-}
-
-// The first run of bytes from `begin` on, before `end`, that are not white space; of length 0 at
-// `end` when there is none.
-Range NextToken(std::string_view text, std::size_t begin, std::size_t end) {
-  while (begin < end && ascii::IsBlank(text[begin])) ++begin;
-  std::size_t token_end = begin;
-  while (token_end < end && !ascii::IsBlank(text[token_end])) ++token_end;
-  return {begin, token_end - begin};
-}
-
-std::string_view Trim(std::string_view text) {
-  while (!text.empty() && ascii::IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && ascii::IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 bool IsValidUtf8(std::string_view text) {
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
@@ -169,7 +151,7 @@ Problem& AddProblem(ProblemKind kind, Range range, Normalized& out) {
 // `letters` is the name in `range`, without the digits after it.
 void AddUnknownPhone(std::string_view text, Range range, std::string_view letters,
                      Normalized& out) {
-  if (!IsValidUtf8(Bytes(text, range))) {
+  if (!IsValidUtf8(internal::BytesOf(text, range))) {
     AddProblem(ProblemKind::kInvalidUtf8, range, out);
     return;
   }
@@ -196,8 +178,8 @@ class ArpabetReader {
   std::vector<Phone> Read() {
     phones_.reserve(kUsualPhones);
     out_.applied.reserve(kUsualPhones);
-    for (Range token = NextToken(text_, 0, text_.size()); token.length != 0;
-         token = NextToken(text_, token.end(), text_.size())) {
+    for (Range token = internal::NextToken(text_, 0, text_.size()); token.length != 0;
+         token = internal::NextToken(text_, token.end(), text_.size())) {
       ReadPhone(token);
     }
     return std::move(phones_);
@@ -217,7 +199,7 @@ class ArpabetReader {
       --letters.length;
     }
     const WrittenPhone written = {range, letters, {letters.end(), range.length - letters.length}};
-    const std::string_view name = Bytes(text_, letters);
+    const std::string_view name = internal::BytesOf(text_, letters);
     const EnglishPhone* phone = known_.Find(name);
     const bool is_lower = phone != nullptr && phone->name == name;
     if (phone == nullptr || (!is_lower && !rules_.Has(Rule::kLowerCase))) {
@@ -347,8 +329,8 @@ class PronunciationReader {
       return;
     }
     char waiting = IsStress(text_[digit]) ? text_[digit] : kNoStress;
-    for (Range token = NextToken(text_, begin, digit); token.length != 0;
-         token = NextToken(text_, token.end(), digit)) {
+    for (Range token = internal::NextToken(text_, begin, digit); token.length != 0;
+         token = internal::NextToken(text_, token.end(), digit)) {
       waiting = ReadPhone(token, waiting);
     }
     const bool lost = waiting == kNoStress ? !IsStress(text_[digit]) : waiting != '0';
@@ -358,7 +340,7 @@ class PronunciationReader {
   // Writes a phone, with the digit when it is the first vowel that meets it. Returns the digit that
   // still waits for its vowel.
   char ReadPhone(Range token, char waiting) {
-    const std::string_view name = Bytes(text_, token);
+    const std::string_view name = internal::BytesOf(text_, token);
     const EnglishPhone* info = known_.Find(name);
     if (info == nullptr || info->name != name) {
       AddUnknownPhone(text_, token, name, out_);
@@ -426,15 +408,15 @@ Normalized PronunciationToArpabet(std::string_view pronunciation) {
 }
 
 CmudictLine ParseCmudictLine(std::string_view line) {
-  line = Trim(line);
+  line = ascii::Trim(line);
   const std::string_view end = line.substr(line.size());
   if (line.empty()) return {CmudictLineKind::kBlank, end, 0, end, end};
   if (IsCommentLine(line)) return {CmudictLineKind::kComment, end, 0, end, line};
-  std::string_view word = line.substr(0, NextToken(line, 0, line.size()).length);
+  std::string_view word = line.substr(0, internal::NextToken(line, 0, line.size()).length);
   const std::string_view rest = line.substr(word.size());
   const std::size_t comment = FindComment(rest);
   const int variant = TakeVariant(word);
-  return {CmudictLineKind::kEntry, word, variant, Trim(rest.substr(0, comment)),
+  return {CmudictLineKind::kEntry, word, variant, ascii::Trim(rest.substr(0, comment)),
           rest.substr(comment)};
 }
 

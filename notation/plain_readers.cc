@@ -10,6 +10,7 @@
 
 #include "notation/analysis.h"
 #include "notation/notation_table.h"
+#include "notation/token.h"
 #include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
@@ -22,14 +23,6 @@ Range TrimmedBlanks(std::string_view text, Range range) {
   const std::size_t begin = bytes.find_first_not_of(kBlanks);
   if (begin == std::string_view::npos) return {range.offset, 0};
   return {range.offset + begin, bytes.find_last_not_of(kBlanks) + 1 - begin};
-}
-
-// The next run of bytes that are not white space, from `from` on; of length 0 when there is none.
-Range NextWord(std::string_view text, std::size_t from) {
-  while (from < text.size() && ascii::IsBlank(text[from])) ++from;
-  std::size_t end = from;
-  while (end < text.size() && !ascii::IsBlank(text[end])) ++end;
-  return {from, end - from};
 }
 
 // Reads a whole text as one decimal number.
@@ -47,10 +40,6 @@ std::optional<std::uint16_t> ParseCode(const sp::SpMapping& set, std::string_vie
   const bool is_known =
       code && static_cast<std::uint64_t>(*code / sp::kTonesPerRow) < set.pinyin_count;
   return is_known ? code : std::nullopt;
-}
-
-std::string_view BytesOf(std::string_view text, Range range) {
-  return text.substr(range.offset, range.length);
 }
 
 char DigitOf(int number) { return static_cast<char>('0' + number); }
@@ -119,7 +108,8 @@ class IdReader {
       : language_(language), text_(text), drops_silently_(drops_silently) {}
 
   Analysis Read() {
-    for (Range word = NextWord(text_, 0); word.length != 0; word = NextWord(text_, word.end())) {
+    for (Range word = NextToken(text_, 0, text_.size()); word.length != 0;
+         word = NextToken(text_, word.end(), text_.size())) {
       if (!AddByte(word)) analysis_.problems.push_back({ProblemKind::kUnknownPhoneId, word, {}});
     }
     if (!bytes_.empty() && !drops_silently_) {
@@ -226,7 +216,8 @@ Analysis ReadText(int language, std::string_view text, const AnalysisOptions& op
 Analysis ReadCodes(int language, std::string_view text, const AnalysisOptions& /*options*/) {
   const sp::SpMapping& set = *sp::FindPhoneSet(language);
   Analysis analysis;
-  for (Range word = NextWord(text, 0); word.length != 0; word = NextWord(text, word.end())) {
+  for (Range word = NextToken(text, 0, text.size()); word.length != 0;
+       word = NextToken(text, word.end(), text.size())) {
     const auto code = ParseCode(set, BytesOf(text, word));
     if (!code) {
       analysis.problems.push_back({ProblemKind::kUnknownCode, word, {}});
@@ -245,7 +236,8 @@ Analysis ReadCodes(int language, std::string_view text, const AnalysisOptions& /
 bool ParseCodes(int language, std::string_view text, std::vector<unsigned short>& codes) {
   const sp::SpMapping& set = *sp::FindPhoneSet(language);
   codes.clear();
-  for (Range word = NextWord(text, 0); word.length != 0; word = NextWord(text, word.end())) {
+  for (Range word = NextToken(text, 0, text.size()); word.length != 0;
+       word = NextToken(text, word.end(), text.size())) {
     const auto code = ParseCode(set, BytesOf(text, word));
     if (!code) return false;
     codes.push_back(*code);
@@ -255,7 +247,8 @@ bool ParseCodes(int language, std::string_view text, std::vector<unsigned short>
 
 bool ParseIds(std::string_view text, std::vector<unsigned char>& phone_ids) {
   phone_ids.clear();
-  for (Range word = NextWord(text, 0); word.length != 0; word = NextWord(text, word.end())) {
+  for (Range word = NextToken(text, 0, text.size()); word.length != 0;
+       word = NextToken(text, word.end(), text.size())) {
     const auto byte = ParseNumber<std::uint8_t>(BytesOf(text, word));
     if (!byte) return false;
     phone_ids.push_back(*byte);
