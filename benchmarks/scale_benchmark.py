@@ -114,7 +114,7 @@ def main() -> None:
     arguments = parser.parse_args()
     count = arguments.lines
     if count < SHARDS:
-        parser.error(f"there is to be a line for each of {SHARDS} shards")
+        parser.error(f"expected a line for each of {SHARDS} shards")
     if not os.access(arguments.tool, os.X_OK):
         parser.error(f"no program: {arguments.tool}")
     with tempfile.TemporaryDirectory() as name:

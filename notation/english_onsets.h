@@ -121,7 +121,7 @@ inline constexpr EnglishOnset english_onsets[] = {
 };
 // clang-format on
 
-// An onset as a number, 16 bits a phone, so that a consonant is put in front by one shift.
+// An onset as a number, 16 bits a phone, so that a consonant is prepended by one shift.
 using OnsetKey = std::uint64_t;
 inline constexpr std::size_t kMaxOnsetPhones = 3;
 

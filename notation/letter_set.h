@@ -8,7 +8,7 @@
 
 namespace qeo::notation::internal {
 
-/// Small letters, one a bit, asked of small letters, kCircumflexE and none.
+/// A set of small letters, one bit each. Has takes a small letter, kCircumflexE or no letter.
 class LetterSet {
  public:
   explicit constexpr LetterSet(std::string_view letters) {

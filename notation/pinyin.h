@@ -65,16 +65,15 @@ inline constexpr RuleSet kPinyinRules = RuleSet()
 ///   The library has no notation for ê: it is an unknown syllable.
 /// - kNeutralTone: the digit 0, and a syllable without a digit in a text with digits, to 5. Without
 ///   it they stay as they are, which the library reads in the same way.
-/// - kErhua: an r alone, with tone 5, 0 or none, to er; and the r with tone 5 or 0 at
-///   the end of a word with tone marks, "pǔr5" to "pu3 er5", unless a syllable er ends in it
-///   ("ér5").
+/// - kErhua: an r alone, with tone 5, 0 or none, to er; and the r with tone 5 or 0 at the end of a
+///   word with tone marks, "pǔr5" to "pu3 er5", unless a syllable er ends in it ("ér5").
 /// - kFusedErhua: a syllable with r at its end that is not known, and is known without it and has
 ///   a vowel, to two: "nar4" to "na4 er5".
-/// - kAbbreviation: two capitals or more in a row, and one alone, are reported as
-///   foreign text, with the digits that follow ("PK", "MP3"). Not when one of them has a mark, nor
-///   a syllable of one letter with its digit ("A1"). Nor is a small letter of full width a syllable
-///   where it is alone, without a digit, and the text has letters or digits of ASCII and
-///   besides ASCII only such letters: it is foreign text too. Without it letters are read as such.
+/// - kAbbreviation: two capitals or more in a row, and one alone, are reported as foreign text,
+///   with the digits that follow ("PK", "MP3"). Not reported are capitals of which one has a mark,
+///   and a syllable of one letter with its digit ("A1"). A small letter of full width that is alone
+///   and has no digit is foreign text too, if the text has letters or digits of ASCII and besides
+///   ASCII only such letters. Without this rule letters are read as such.
 ///
 /// The problems; their bytes are left out of the text and a space takes their place:
 ///

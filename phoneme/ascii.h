@@ -1,7 +1,7 @@
 #ifndef PHONEME_ASCII_H_
 #define PHONEME_ASCII_H_
 
-// Kinds of ASCII characters, whatever the locale; most are asked of bytes and of code points. And
+// Kinds of ASCII characters, the same in every locale; most functions take bytes and code points. And
 // text between blanks. Not installed.
 
 #include <algorithm>

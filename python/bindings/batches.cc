@@ -58,7 +58,7 @@ class Texts {
   Buffer<std::uint8_t> status_;
 };
 
-// How many bytes of a romanised text are to be found in its pieces again.
+// How many bytes of a romanised text are not separators; pieces that lose none have as many.
 std::size_t ContentOf(std::string_view text) {
   return text.size() -
          static_cast<std::size_t>(std::count_if(text.begin(), text.end(), sp::IsSeparator));

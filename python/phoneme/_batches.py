@@ -56,9 +56,9 @@ class Batch(Sequence[Optional[Result]]):
     An item is None for a text whose status is not 0. Else it is what converting the one text gives:
     the list of `py2code`, `py2ph` and `pyw2py`, the bytes of `pr2ph` with `as_ids`, of
     `normalize_batch` the normalised text, and of `analyze_batch` the list of its syllables. A slice
-    of a batch is the list of its items. `offsets` has one entry more than there are texts, and `status` the number of a Status
-    for each text; see there. A text that failed has nothing in the other arrays, but in those of
-    `normalize_batch`.
+    of a batch is the list of its items. `offsets` has one entry more than there are texts, and
+    `status` the number of a `Status` for each text. A text that failed has nothing in the other
+    arrays, except in those of `normalize_batch`.
     """
 
     offsets: Offsets

@@ -143,8 +143,8 @@ class Problem(NamedTuple):
     'hao3'
 
     `suggestion` is what may have been meant, "" without one, and `hint` what it comes from. `piece`
-    is what the hint is about, None without a hint: more than `range` where that has only the letters that a cut
-    leaves out, less where that has several syllables.
+    is what the hint is about, None without a hint: more than `range` where that has only the
+    letters that a cut leaves out, less where that has several syllables.
 
     >>> problem, = analyze("yai").problems
     >>> problem.range, problem.piece, problem.suggestion

@@ -17,5 +17,5 @@ signal.signal(signal.SIGINT, signal.default_int_handler)
 def tool() -> str:
     path = os.environ.get("PHONEME_TOOL")
     if not path:
-        pytest.fail("PHONEME_TOOL is not set: it is to be the path of the tool phoneme")
+        pytest.fail("PHONEME_TOOL is not set: it must be the path of the tool phoneme")
     return str(Path(path).resolve())

@@ -421,7 +421,7 @@ TEST(NormalizePinyin, UnknownSyllables) {
       {"Beijing da4", "da4", "", "unknown syllable 0+7"},
       {"hǎox", "", "", "unknown syllable 0+5"},
       {"zhuangzhuang1", "", "", "unknown syllable 0+13"},
-      // an unknown syllable is not read as two: only an apostrophe would part them
+      // an unknown syllable is not read as two: only an apostrophe would separate them
       {"biáng", "", "", "unknown syllable 0+6"},
       {"fǎo", "", "", "unknown syllable 0+4"},
       {"wòng dìn", "", "", "unknown syllable 0+5, unknown syllable 6+4"},

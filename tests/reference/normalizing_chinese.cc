@@ -217,8 +217,8 @@ std::vector<Character> ReadDiaeresis(const Notation& notation, const std::vector
     }
   }
   for (std::size_t i = 1; i < result.size(); ++i) {
-    const bool is_behind = IsAt(result, i - 1, Kind::kLetter) && IsIn("jqxy", result[i - 1].ascii);
-    if (is_behind && IsAt(result, i, Kind::kLetter) && result[i].ascii == 'v') {
+    const bool follows = IsAt(result, i - 1, Kind::kLetter) && IsIn("jqxy", result[i - 1].ascii);
+    if (follows && IsAt(result, i, Kind::kLetter) && result[i].ascii == 'v') {
       result[i].ascii = 'u';
     }
   }
