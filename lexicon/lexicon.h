@@ -10,9 +10,10 @@
 ///     if (entry.kind == EntryKind::kEntry) Add(entry.word, entry.text);
 ///   }
 ///
-/// Text is bytes of any value; white space is that of ASCII. What is returned are views into the
-/// text that was passed. All functions are pure, safe from any thread, and linear in the text. They
-/// allocate nothing and throw nothing, but for BrokenLineProblem, which makes a string.
+/// Text is bytes of any value, and white space that of ASCII; no process locale changes a result.
+/// Results are views into the text that was passed. All functions are pure, safe from any thread,
+/// and linear in the text. They allocate nothing and throw nothing, but for BrokenLineProblem,
+/// which makes a string.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,10 +25,10 @@
 
 namespace qeo::lexicon {
 
-/// What a line of a file is. Of a line that lacks its word or its pronunciation, see EntryKind.
+/// What the lines of a file hold.
 enum class Format : std::uint8_t {
   kLines,    ///< the whole line is a pronunciation, also an empty one
-  kTsv,      ///< one field of tab-separated ones is a pronunciation; "# " begins a comment
+  kTsv,      ///< tab-separated fields, one of them a pronunciation; "# " begins a comment
   kCedict,   ///< TRADITIONAL SIMPLIFIED [pronunciation] /gloss/; "#" begins a comment
   kCmudict,  ///< WORD or WORD(2), pronunciation, "# comment"; ";;;" and "# " begin a comment
   kKaldi,    ///< WORD and pronunciation; no comments
@@ -36,7 +37,7 @@ enum class Format : std::uint8_t {
 /// Which of the two words of a CEDICT line is the entry's.
 enum class Headword : std::uint8_t { kSimplified, kTraditional };
 
-/// A name as options write it.
+/// A name, as the tool's options and Python's arguments write it.
 template <typename Meaning>
 struct Named {
   const char* name;
@@ -73,14 +74,14 @@ struct Layout {
 enum class EntryKind : std::uint8_t {
   kEntry,    ///< has the word, in a format with words, and the pronunciation
   kComment,  ///< a comment; in a format with words also a line of nothing but white space
-  kBroken,   ///< not an entry: has no such field, or lacks its word or its pronunciation
+  kBroken,   ///< lacks the field of that number, or the word or the pronunciation
 };
 
-/// A line as views into it, also where they are empty.
+/// A line as views into it. One that is empty still points into the line or to its end.
 struct Entry {
   EntryKind kind = EntryKind::kEntry;
   /// kEntry: the word, not empty, of a format with words, else empty. A variant number of kCmudict
-  /// is left out. kComment: empty. kBroken: what stands in the word's place, if anything.
+  /// is left out. kComment: empty. kBroken: what is in the word's place, if anything.
   std::string_view word;
   /// kEntry: the pronunciation. In a format with words it is not empty and has no white space at
   /// its ends; else it is the field or the line as it is. kComment and kBroken: empty.
@@ -93,8 +94,9 @@ struct Entry {
 ///   ReadEntry({Format::kTsv}, "hello\tni3hao3\tA1");                 // kEntry; "", "ni3hao3"
 ///   ReadEntry({Format::kKaldi}, "hello");                            // kBroken; "hello", ""
 ///
-/// Words are between white space, which may also begin or end a line of a format with words. The
-/// pronunciation of kCedict is between "[" right after the words and the first "]" after it.
+/// White space ends a word, and may also begin and end a line of a format with words. The
+/// pronunciation of kCedict is between a "[" that follows both words and the first "]" after it.
+/// kCmudict is as ParseCmudictLine of notation/arpabet.h reads it.
 LEXICON_EXPORT Entry ReadEntry(const Layout& layout, std::string_view line);
 
 /// What a broken line of a layout lacks, for messages: "no column 2".
@@ -106,8 +108,8 @@ struct Line {
   std::string_view end;   ///< "\n" or "\r\n"; "\n" in static storage for a last line without one
 };
 
-/// Takes the first line off `text`. A text is at its end when it is empty; a line is empty too when
-/// it is taken from there.
+/// Takes the first line off `text`, which is empty after its last line. A text that is empty gives
+/// an empty line. A carriage return ends a line only together with the line feed after it.
 LEXICON_EXPORT Line TakeLine(std::string_view& text);
 
 /// The content of a file without the UTF-8 byte order mark that it may begin with, which is not

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "lexicon/lexicon.h"
+#include "tests/allocation_counter.h"
 
 namespace qeo::lexicon {
 namespace {
@@ -298,6 +299,21 @@ std::string Content(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(ReadEntry, AllocatesNothing) {
+  const std::string content = Content(PHONEME_DATA_DIR "/cmudict_sample.dict");
+  const std::size_t before = allocations::Count();
+  ASSERT_GT(before, 0U);  // the content was counted
+  std::size_t entries = 0;
+  for (const auto& format : kFormats) {
+    for (std::string_view rest = WithoutByteOrderMark(content); !rest.empty();) {
+      const Layout layout = {FormatOfName(format.name).value_or(Format::kLines)};
+      if (ReadEntry(layout, TakeLine(rest).text).kind == kEntry) ++entries;
+    }
+  }
+  EXPECT_EQ(allocations::Count(), before);
+  EXPECT_GT(entries, 3 * 2347U);
 }
 
 TEST(RealFiles, EveryLineIsRead) {
