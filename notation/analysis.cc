@@ -41,8 +41,8 @@ class RecordSink final : public internal::SyllableSink {
         language_(language),
         set_(*sp::FindPhoneSet(language)),
         cutting_(cutting),
-        hints_(language, text, hint_rules) {
-    internal::MakeGuessTables(language);
+        guesser_(language, set_),
+        hints_(guesser_, text, hint_rules) {
     constexpr std::size_t kBytesASyllable = 4;
     analysis_.syllables.reserve(std::min(text.size() / kBytesASyllable + 1, kUsualSyllables));
   }
@@ -67,12 +67,13 @@ class RecordSink final : public internal::SyllableSink {
   }
 
   void Add(int row, char digit, Range range);
-  Problem CutProblem(ProblemKind kind, std::size_t index, const internal::Word& word,
-                     std::size_t begin) const;
+  void AddCutProblem(ProblemKind kind, std::size_t index, const internal::Word& word,
+                     std::size_t begin);
 
   int language_;
   const sp::SpMapping& set_;
   Cutting cutting_;
+  internal::Guesser guesser_;
   internal::Hints hints_;
   Analysis analysis_;
   std::string letters_;         // of the word that is cut
@@ -111,23 +112,24 @@ void RecordSink::WriteLetters(const internal::Word& word, internal::Piece piece)
     if (part.is_wrong) {
       const bool is_unknown = cut.empty() || part.is_joined;
       const auto kind = is_unknown ? ProblemKind::kUnknownSyllable : ProblemKind::kLettersLost;
-      problems_.push_back(CutProblem(kind, i, word, piece.begin));
+      AddCutProblem(kind, i, word, piece.begin);
     } else {
       Add(part.row, kNoDigit, word.RangeOf({piece.begin + part.begin, piece.begin + part.end}));
     }
   }
 }
 
-// A part of the word that is cut as a problem with its hint. The first part begins at `begin`.
-Problem RecordSink::CutProblem(ProblemKind kind, std::size_t index, const internal::Word& word,
-                               std::size_t begin) const {
+// Adds a part of the word that is cut as a problem with its hint. The first part begins at `begin`.
+void RecordSink::AddCutProblem(ProblemKind kind, std::size_t index, const internal::Word& word,
+                               std::size_t begin) {
   const auto range_of = [&](std::size_t first, std::size_t last) {
     return word.RangeOf({begin + parts_[first].begin, begin + parts_[last].end});
   };
-  Problem problem = {kind, range_of(index, index), {}};
-  const auto [guess, first, last] = internal::GuessAround(language_, letters_, parts_, index);
-  internal::SetHint(language_, guess, range_of(first, last), kNoDigit, problem);
-  return problem;
+  Problem& problem = problems_.emplace_back();
+  problem.kind = kind;
+  problem.range = range_of(index, index);
+  const auto [guess, first, last] = internal::GuessAround(guesser_, letters_, parts_, index);
+  internal::SetHint(guesser_, guess, range_of(first, last), kNoDigit, problem);
 }
 
 Analysis ReadChinese(const internal::ChineseNotation& notation, std::string_view text,

@@ -37,7 +37,7 @@ Lengths FindAt(const SyllableTree& tree, std::string_view text, Found found) {
   std::size_t node = SyllableTree::kRoot;
   for (std::size_t i = 0; i < text.size(); ++i) {
     node = tree.Next(node, i == 0 ? ascii::ToSmall(text[i]) : text[i]);
-    if (node == SyllableTree::kRoot) break;
+    if (node == SyllableTree::kNowhere) break;
     const Syllable& syllable = tree.At(node);
     if (syllable.row == SyllableTree::kNoRow) continue;
     lengths |= 1U << (i + 1);

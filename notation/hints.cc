@@ -13,7 +13,6 @@
 #include "notation/syllable_tree.h"
 #include "notation/text_reader.h"
 #include "phoneme/ascii.h"
-#include "phoneme/phoneme.h"
 
 namespace qeo::notation::internal {
 namespace {
@@ -34,19 +33,19 @@ void Respell(std::string& letters) {
 
 }  // namespace
 
-void SetHint(int language, const Guess& guess, Range piece, char digit, Problem& problem) {
+void SetHint(const Guesser& guesser, const Guess& guess, Range piece, char digit,
+             Problem& problem) {
   if (guess.hint == Hint::kNone) return;
   problem.hint = guess.hint;
   problem.piece = piece;
   if (guess.hint == Hint::kGap) {
-    problem.initial = guess.initial;
-    problem.final = guess.final;
+    problem.initial = guess.initial->view();
+    problem.final = guess.final->view();
     return;
   }
-  const auto code = static_cast<unsigned short>(guess.row * kTonesPerRow);
-  problem.suggestion = sp::code2py(language, code, false);
+  problem.suggestion = guesser.SpellingOf(guess.row);
   const auto tone = static_cast<unsigned>(digit - '0');
-  if (digit != kNoTone && IsTone(language, tone)) problem.suggestion += digit;
+  if (digit != kNoTone && IsTone(guesser.language(), tone)) problem.suggestion += digit;
 }
 
 void Hints::Add(Problem& problem) {
@@ -54,8 +53,7 @@ void Hints::Add(Problem& problem) {
   const std::string_view bytes = text_.substr(problem.range.offset, problem.range.length);
   if (ArePlain(bytes)) {
     const std::string_view letters = bytes.substr(0, bytes.size() - 1);
-    return SetHint(language_, GuessSyllable(language_, letters), problem.range, bytes.back(),
-                   problem);
+    return SetHint(guesser_, guesser_.Of(letters, false), problem.range, bytes.back(), problem);
   }
   TextReader(bytes, rules_).ReadWord(0, word_);
   std::string letters;
@@ -65,8 +63,7 @@ void Hints::Add(Problem& problem) {
   const bool is_run = word_.digits.count == 0;
   if (rules_.Has(Rule::kDiaeresis) && (is_run || letters.size() == 3)) Respell(letters);
   if (is_run) return AddToRun(letters, problem);
-  SetHint(language_, GuessMarked(language_, letters), problem.range, word_.digits.first.ascii,
-          problem);
+  SetHint(guesser_, guesser_.Of(letters, true), problem.range, word_.digits.first.ascii, problem);
 }
 
 // Adds its hint to a problem that is a run of letters, which may be several syllables. One that is
@@ -74,16 +71,16 @@ void Hints::Add(Problem& problem) {
 void Hints::AddToRun(std::string_view letters, Problem& problem) {
   const Piece whole = {0, letters.size()};
   if (CountMarks(whole) <= 1) {
-    SetRunHint(GuessMarked(language_, letters), whole, problem);
+    SetRunHint(guesser_.Of(letters, true), whole, problem);
     if (problem.hint != Hint::kNone) return;
   }
-  SplitRun(letters.size(), CutLetters(language_, letters, Cutting::kWhole), parts_);
+  SplitRun(letters.size(), CutLetters(guesser_.language(), letters, Cutting::kWhole), parts_);
   FindWrongMarks(letters);
   const auto wrong =
       std::find_if(parts_.begin(), parts_.end(), [](const RunPart& part) { return part.is_wrong; });
   if (wrong == parts_.end()) return;
   const auto [guess, first, last] =
-      GuessAround(language_, letters, parts_, static_cast<std::size_t>(wrong - parts_.begin()));
+      GuessAround(guesser_, letters, parts_, static_cast<std::size_t>(wrong - parts_.begin()));
   SetRunHint(guess, {parts_[first].begin, parts_[last].end}, problem);
 }
 
@@ -95,7 +92,7 @@ void Hints::SetRunHint(const Guess& guess, Piece piece, Problem& problem) const 
   }
   Range range = word_.RangeOf(piece);
   range.offset += problem.range.offset;
-  SetHint(language_, guess, range, digit, problem);
+  SetHint(guesser_, guess, range, digit, problem);
 }
 
 std::size_t Hints::CountMarks(Piece piece) const {

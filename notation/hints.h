@@ -16,14 +16,14 @@ namespace qeo::notation::internal {
 
 /// Writes a guess into a problem. It is about the bytes `piece` of the text, whose tone is `digit`,
 /// or kNoTone.
-void SetHint(int language, const Guess& guess, Range piece, char digit, Problem& problem);
+void SetHint(const Guesser& guesser, const Guess& guess, Range piece, char digit, Problem& problem);
 
 /// Adds the hints to the problems that the normaliser finds in a text.
 class Hints {
  public:
-  /// `text` has to stay while this is used; `rules` are those that it was read by.
-  Hints(int language, std::string_view text, RuleSet rules)
-      : language_(language), text_(text), rules_(rules) {}
+  /// `guesser` and `text` have to stay while this is used; `rules` are those that it was read by.
+  Hints(const Guesser& guesser, std::string_view text, RuleSet rules)
+      : guesser_(guesser), text_(text), rules_(rules) {}
 
   /// Adds its hint to a problem, if it has one.
   void Add(Problem& problem);
@@ -34,7 +34,7 @@ class Hints {
   std::size_t CountMarks(Piece piece) const;
   void FindWrongMarks(std::string_view letters);
 
-  int language_;
+  const Guesser& guesser_;
   std::string_view text_;
   RuleSet rules_;
   Word word_;                   // that of the problem

@@ -43,8 +43,7 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
   for (std::size_t begin = piece.size(); begin-- > 0;) {
     ranks[begin % ranks.size()] = WithoutLetter(ranks[(begin + kLetterLeftOut) % ranks.size()]);
     PackedSpelling letters = 0;
-    std::size_t node = SyllableTree::kRoot;  // of the letters; kRoot where no syllable begins so
-    bool is_in_tree = true;
+    std::size_t node = SyllableTree::kRoot;  // of the letters
     ToneMarks marks;
     const std::size_t longest = std::min(kMaxPackedLength, piece.size() - begin);
     bool goes_on = true;  // a rule adds one letter to a syllable, as in "dianr"
@@ -52,9 +51,8 @@ bool PieceCutter::Cover(const Word& word, Piece piece) {
       const Letter& letter = word[piece.begin + begin + length - 1];
       letters |= PackLetter(letter.letter, length - 1);
       marks.Add(letter);
-      node = is_in_tree ? tree_.Next(node, letter.letter) : SyllableTree::kRoot;
-      is_in_tree = node != SyllableTree::kRoot;
-      goes_on = is_in_tree || readings_.MayGoOn(letters);
+      node = tree_.Next(node, letter.letter);
+      goes_on = node != SyllableTree::kNowhere || readings_.MayGoOn(letters);
       if (!marks.AreOfOneSyllable() || StandsAlone(letters)) continue;
       const Reading reading = ReadingOf(letters, length, node);
       if (reading.IsKnown()) TrySyllable(begin, length, reading, letters, marks.count(), ranks);

@@ -44,8 +44,8 @@ struct PartsGuess {
 /// and of which parts[wrong] is one: the guess with the most wrong letters, then the one that is
 /// likeliest with the syllables that it leaves as they are. An alias for parts[wrong] comes first,
 /// unless that is one letter among others.
-PartsGuess GuessAround(int language, std::string_view letters, const std::vector<RunPart>& parts,
-                       std::size_t wrong);
+PartsGuess GuessAround(const Guesser& guesser, std::string_view letters,
+                       const std::vector<RunPart>& parts, std::size_t wrong);
 
 }  // namespace qeo::notation::internal
 

@@ -6,15 +6,10 @@
 
 #include <string_view>
 
-#include "notation/syllable_set.h"
-
 namespace qeo::notation::internal {
 
 struct ShippedAlias {
-  constexpr ShippedAlias(std::string_view alias, std::string_view meant)
-      : spelling(Pack(alias)), syllable(meant) {}
-
-  PackedSpelling spelling;
+  std::string_view spelling;
   std::string_view syllable;
 };
 

@@ -35,39 +35,47 @@ constexpr int ChoiceCost(std::size_t key_count) {
   return kCosts[key_count];
 }
 
-// The keys by their letters' places in the alphabet.
-struct KeyTable {
-  std::array<std::uint32_t, SyllableTree::kEnd> beside = {};  // the keys beside each, a bit each
-  std::array<int, SyllableTree::kEnd> costs = {};             // of hitting one beside it instead
-};
+// What it costs that a key, the first index, was hit for another one, the second: keys by their
+// letters' places in the alphabet.
+using HitCosts =
+    std::array<std::array<std::uint8_t, SyllableTree::kLetters>, SyllableTree::kLetters>;
 
-constexpr KeyTable MakeKeyTable() {
-  KeyTable table;
+constexpr HitCosts MakeHitCosts() {
+  HitCosts costs = {};
+  for (auto& row : costs) {
+    for (auto& cost : row) cost = kOtherKey;
+  }
   for (char key = 'a'; key <= 'z'; ++key) {
     const std::string_view beside = KeysBeside(key);
-    for (const char other : beside) {
-      table.beside[SyllableTree::Branch(key)] |= std::uint32_t{1} << SyllableTree::Branch(other);
+    for (const char hit : beside) {
+      costs[SyllableTree::Branch(hit)][SyllableTree::Branch(key)] =
+          static_cast<std::uint8_t>(kLikelySlip + ChoiceCost(beside.size()));
     }
-    table.costs[SyllableTree::Branch(key)] = kLikelySlip + ChoiceCost(beside.size());
   }
-  return table;
+  return costs;
 }
 
-constexpr KeyTable kKeyTable = MakeKeyTable();
+constexpr HitCosts kHitCosts = MakeHitCosts();
 
-// Texts that are looked for by their packed spellings.
-class Spellings {
+// What is looked for by packed spellings.
+template <typename Value>
+class SpellingMap {
  public:
-  void Insert(std::string_view text) {
-    const std::size_t slot = SlotOf(Pack(text));
-    packed_[slot] = Pack(text);
-    texts_[slot] = ShortText(text);
+  void Insert(std::string_view spelling, const Value& value) {
+    const std::size_t slot = SlotOf(Pack(spelling));
+    packed_[slot] = Pack(spelling);
+    values_[slot] = value;
+    longest_ = std::max(longest_, spelling.size());
   }
 
-  const ShortText* Find(PackedSpelling packed) const {
+  // Null for a spelling that was not inserted.
+  const Value* Find(PackedSpelling packed) const {
     const std::size_t slot = SlotOf(packed);
-    return packed_[slot] == packed ? &texts_[slot] : nullptr;
+    return packed_[slot] == packed ? &values_[slot] : nullptr;
   }
+
+  // The letters of the longest one.
+  std::size_t longest() const { return longest_; }
 
  private:
   static constexpr int kSlotBits = 7;  // at most half of the slots are taken
@@ -81,38 +89,53 @@ class Spellings {
   }
 
   std::array<PackedSpelling, kSlots> packed_ = {};  // 0 where free
-  std::array<ShortText, kSlots> texts_;
+  std::array<Value, kSlots> values_ = {};
+  std::size_t longest_ = 0;
 };
 
-// The initials and finals that syllables are made of, as they are spelled.
-class SyllableParts {
+}  // namespace
+
+// What a language has besides its syllables: the initials and finals that these are made of, as
+// they are spelled, and the aliases that are shipped.
+class GuessTables {
  public:
-  static const SyllableParts& Of(int language) {
-    static const SyllableParts mandarin(sp::LANGUAGE_MANDARIN);
-    static const SyllableParts cantonese(sp::LANGUAGE_CANTONESE);
+  static const GuessTables& Of(int language) {
+    static const GuessTables mandarin(sp::LANGUAGE_MANDARIN);
+    static const GuessTables cantonese(sp::LANGUAGE_CANTONESE);
     return language == sp::LANGUAGE_CANTONESE ? cantonese : mandarin;
   }
 
-  // The gap that is spelled with these letters, if there is one. Its initial has at least `least`
-  // letters, and at most `most`.
-  Guess FindGap(std::string_view letters, std::size_t least, std::size_t most) const {
-    const PackedSpelling packed = Pack(letters);
-    for (std::size_t length = std::max(least, std::size_t{1});
-         length <= std::min(most, kLongestInitial) && length < letters.size(); ++length) {
+  const SyllableTree& tree() const { return tree_; }
+
+  bool has_aliases() const { return aliases_.longest() > 0; }
+
+  // What the shipped table has for letters; null when it has nothing.
+  const Syllable* FindAlias(std::string_view letters) const {
+    return letters.size() > aliases_.longest() ? nullptr : aliases_.Find(Pack(letters));
+  }
+
+  // Whether there is a place in a piece between what may be an initial and what may be a final.
+  bool MayBeGap(const WalkedPiece& piece) const {
+    return piece.ending() <= std::min(piece.begun(), initials_.longest()) && piece.size() > 1;
+  }
+
+  // The gap that a piece is spelled as, if it is one.
+  Guess FindGap(const WalkedPiece& piece) const {
+    const PackedSpelling packed = Pack(piece.letters());
+    const std::size_t most = std::min({piece.begun(), initials_.longest(), piece.size() - 1});
+    for (std::size_t length = std::max(piece.ending(), std::size_t{1}); length <= most; ++length) {
       const std::size_t bits = 8 * length;
       const ShortText* initial = initials_.Find(packed & ((PackedSpelling{1} << bits) - 1));
       if (initial == nullptr) continue;
       const ShortText* final = finals_.Find(packed >> bits);
       if (final == nullptr) continue;
-      return {Hint::kGap, SyllableTree::kNoRow, initial->view(), final->view(), kGapCost};
+      return {Hint::kGap, SyllableTree::kNoRow, initial, final, kGapCost};
     }
     return {};
   }
 
  private:
-  static constexpr std::size_t kLongestInitial = 2;
-
-  explicit SyllableParts(int language) {
+  explicit GuessTables(int language) : tree_(SyllableTree::Of(language)) {
     sp::SyllableInfo syllable;
     const std::vector<std::string> spellings = SyllableSpellings(language);
     for (std::size_t row = 0; row < spellings.size(); ++row) {
@@ -120,178 +143,127 @@ class SyllableParts {
       sp::code2ph(language, static_cast<unsigned short>(row * kTonesPerRow), syllable);
       if (syllable.phones.size() < 2) continue;
       const std::string_view initial = syllable.phones[0]->name;
-      initials_.Insert(initial);
-      finals_.Insert(std::string_view(spellings[row]).substr(initial.size()));
+      const std::string_view final = std::string_view(spellings[row]).substr(initial.size());
+      initials_.Insert(initial, ShortText(initial));
+      finals_.Insert(final, ShortText(final));
+    }
+    if (language != sp::LANGUAGE_CANTONESE) return;
+    for (const auto& [alias, meant] : kShippedAliases) {
+      aliases_.Insert(alias, tree_.Find(meant));
     }
   }
 
-  Spellings initials_;
-  Spellings finals_;
+  const SyllableTree& tree_;
+  SpellingMap<ShortText> initials_;
+  SpellingMap<ShortText> finals_;
+  SpellingMap<Syllable> aliases_;
 };
 
-// Finds the syllable that is the least slip away from letters, at most as many as can be packed.
-// The slip is where the letters before it begin a syllable and those after it end one, which is
-// seldom at more than two or three places.
+namespace {
+
+// Finds the syllable that is the least slip away from a piece. The slip is where the letters before
+// it begin a syllable and those after it end one, which is seldom at more than two or three places.
 class SlipSearch {
  public:
-  SlipSearch(const SyllableTree& tree, std::string_view letters)
-      : tree_(tree), count_(letters.size()), ending_(count_) {
-    for (std::size_t i = 0; i < count_; ++i) {
-      branches_[i] = static_cast<std::uint8_t>(SyllableTree::Branch(letters[i]));
-    }
-    for (; begun_ < count_ && Has(nodes_[begun_], begun_); ++begun_) {
-      nodes_[begun_ + 1] = Child(nodes_[begun_], begun_);
-    }
-    endings_[count_] = SyllableTree::kEndings;
-    for (; ending_ > 0 && Has(endings_[ending_], ending_ - 1); --ending_) {
-      endings_[ending_ - 1] = Child(endings_[ending_], ending_ - 1);
-    }
-  }
-
-  // As many of the first letters begin a syllable.
-  std::size_t begun() const { return begun_; }
-  // The letters from here on end a syllable.
-  std::size_t ending() const { return ending_; }
-
-  bool IsSyllable() const {
-    return begun_ == count_ && tree_.Has(nodes_[begun_], SyllableTree::kEnd);
-  }
+  SlipSearch(const SyllableTree& tree, const WalkedPiece& piece)
+      : tree_(tree), piece_(piece), count_(piece.size()) {}
 
   // The guess, or none if it costs `limit` or more.
   Guess Run(int limit) {
-    cost_ = limit;
-    for (std::size_t at = ending_; at <= begun_; ++at) TryDropped(at);
-    for (std::size_t at = Before(2); at <= begun_ && at + 2 <= count_; ++at) TryTransposed(at);
-    for (std::size_t at = Before(1); at <= begun_ && at + 1 <= count_; ++at) TryHit(at);
-    if (row_ == SyllableTree::kNoRow) return {};
-    return {Hint::kSpelling, row_, {}, {}, cost_};
+    const int no_rank = std::min(limit, kMostCost) * kRows;
+    rank_ = no_rank;
+    const std::size_t first = piece_.ending() > 2 ? piece_.ending() - 2 : 0;
+    for (std::size_t at = first; at <= piece_.begun(); ++at) TryAt(at);
+    if (rank_ == no_rank) return {};
+    return {Hint::kSpelling, rank_ % kRows, nullptr, nullptr, rank_ / kRows};
   }
 
  private:
   using Branches = std::uint32_t;  // a bit each
 
-  // The first place of a slip that makes as many letters.
-  std::size_t Before(std::size_t slip_letters) const {
-    return ending_ > slip_letters ? ending_ - slip_letters : 0;
-  }
+  static constexpr int kRows = 1024;      // more than a table has
+  static constexpr int kMostCost = 1024;  // more than any guess costs
 
-  // In each of these the slip is at `at`.
-
-  void TryDropped(std::size_t at) {
-    const std::size_t node = nodes_[at];
-    if (!MayBeBetter(node, at, kLikelySlip)) return;
-    const Branches dropped = tree_.Letters(node) & tree_.Letters(endings_[at]);
-    for (Branches left = dropped; left != 0; left &= left - 1) {
-      Offer(tree_.Child(node, Lowest(left)), at, kLikelySlip);
+  // Tries the slips after the letters before `at`.
+  void TryAt(std::size_t at) {
+    const std::size_t node = piece_.Beginning(at);
+    const Branches next = tree_.Letters(node);
+    for (Branches left = next & tree_.Letters(piece_.Ending(at)); left != 0; left &= left - 1) {
+      Offer(tree_.Child(node, Lowest(left)), at, kLikelySlip);  // dropped
     }
-  }
-
-  void TryTransposed(std::size_t at) {
-    if (!MayBeBetter(nodes_[at], at + 2, kLikelySlip) || !Has(nodes_[at], at + 1)) return;
-    const std::size_t node = Child(nodes_[at], at + 1);
-    if (Has(node, at)) Offer(Child(node, at), at + 2, kLikelySlip);
-  }
-
-  // Another key than the right one is hit, or one more.
-  void TryHit(std::size_t at) {
-    const std::size_t node = nodes_[at];
-    if (!MayBeBetter(node, at + 1, kLikelySlip)) return;
-    const std::size_t hit = branches_[at];
-    const bool is_doubled = at + 1 < count_ && branches_[at + 1] == hit;
-    Offer(node, at + 1, is_doubled ? kLikelySlip : kOtherKey);
-    Branches right = tree_.Letters(node) & tree_.Letters(endings_[at + 1]);
-    if (!MayBeBetter(node, at + 1, kOtherKey)) right &= kKeyTable.beside[hit];
-    for (Branches left = right; left != 0; left &= left - 1) {
+    if (at == count_) return;
+    const std::size_t hit = piece_.BranchAt(at);
+    for (Branches left = next & tree_.Letters(piece_.Ending(at + 1)); left != 0; left &= left - 1) {
       const std::size_t key = Lowest(left);
-      const bool is_beside = (kKeyTable.beside[hit] >> key & 1U) != 0;
-      Offer(tree_.Child(node, key), at + 1, is_beside ? kKeyTable.costs[key] : kOtherKey);
+      Offer(tree_.Child(node, key), at + 1, kHitCosts[hit][key]);
     }
+    if (at + 1 == count_) return Offer(node, count_, kOtherKey);  // one more
+    // Without the letter hit the next one follows; after that the one after it, or else the former.
+    const std::size_t after = piece_.BranchAt(at + 1);
+    const std::size_t without = tree_.Child(node, after);
+    if (at + 2 == count_ || tree_.Has(without, piece_.BranchAt(at + 2))) {
+      Offer(without, at + 2, after == hit ? kLikelySlip : kOtherKey);
+    }
+    if (tree_.Has(without, hit)) Offer(tree_.Child(without, hit), at + 2, kLikelySlip);
   }
 
   static std::size_t Lowest(Branches branches) {
     return static_cast<std::size_t>(__builtin_ctz(branches));
   }
 
-  bool Has(std::size_t node, std::size_t at) const { return tree_.Has(node, branches_[at]); }
-  std::uint16_t Child(std::size_t node, std::size_t at) const {
-    return static_cast<std::uint16_t>(tree_.Child(node, branches_[at]));
-  }
-
-  // Whether a syllable that begins as the node and ends as the letters from `at` on may be better
-  // than the best, or as good, after a slip.
-  bool MayBeBetter(std::size_t node, std::size_t at, int slip) const {
-    return slip + std::max(tree_.Least(node), tree_.Least(endings_[at])) <= cost_;
-  }
-
   // Goes on from `node` with the letters from `at` on, and takes the syllable that is reached if it
   // is the likeliest; among equals the first row.
   void Offer(std::size_t node, std::size_t at, int slip) {
-    if (!MayBeBetter(node, at, slip)) return;
-    for (; at < count_; ++at) {
-      if (!Has(node, at)) return;
-      node = Child(node, at);
-    }
-    const auto& [row, rarity, takes_apostrophe, stands_alone] = tree_.At(node);
-    if (row == SyllableTree::kNoRow) return;
-    const int cost = slip + rarity;
-    if (cost > cost_ || (cost == cost_ && row >= row_)) return;
-    row_ = row;
-    cost_ = cost;
+    for (; at < count_; ++at) node = tree_.Child(node, piece_.BranchAt(at));
+    const Syllable& syllable = tree_.At(node);
+    const int none = syllable.row < 0 ? 2 * kMostCost * kRows : 0;
+    rank_ = std::min(rank_, (slip + syllable.rarity) * kRows + syllable.row + none);
   }
 
   const SyllableTree& tree_;
+  const WalkedPiece& piece_;
   std::size_t count_;
-  std::size_t begun_ = 0;
-  std::size_t ending_;
-  std::array<std::uint8_t, kMaxPackedLength> branches_ = {};      // of the letters
-  std::array<std::uint16_t, kMaxPackedLength + 1> nodes_ = {};    // up to each letter
-  std::array<std::uint16_t, kMaxPackedLength + 1> endings_ = {};  // from each letter on
-  int row_ = SyllableTree::kNoRow;                                // of the best guess
-  int cost_ = 0;  // of it, or what a guess has to be below
+  int rank_ = 0;  // of the best guess: by its cost, then by its row
 };
 
-// The row of what the shipped table has for letters, or kNoRow.
-int AliasRow(std::string_view letters) {
-  const PackedSpelling packed = Pack(letters);
-  const auto* found =
-      std::find_if(std::begin(kShippedAliases), std::end(kShippedAliases),
-                   [packed](const ShippedAlias& alias) { return alias.spelling == packed; });
-  if (found == std::end(kShippedAliases)) return SyllableTree::kNoRow;
-  return SyllableTree::Of(sp::LANGUAGE_CANTONESE).Find(found->syllable).row;
+Guess OfSyllable(Hint hint, const Syllable& syllable) {
+  return {hint, syllable.row, nullptr, nullptr, syllable.rarity};
 }
-
-// How rare a syllable is, in sixteenths of a bit.
-int RarityOf(int language, int row) { return CutNumbersOf(language).rarities[row]; }
 
 }  // namespace
 
-void MakeGuessTables(int language) {
-  static_cast<void>(SyllableTree::Of(language));
-  static_cast<void>(SyllableParts::Of(language));
-}
+Guesser::Guesser(int language, const sp::SpMapping& set)
+    : language_(language),
+      set_(set),
+      tables_(GuessTables::Of(language)),
+      tree_(tables_.tree()),
+      rarities_(CutNumbersOf(language).rarities),
+      longest_(tree_.longest() + 1),
+      has_aliases_(tables_.has_aliases()) {}
 
-Guess GuessSyllable(int language, std::string_view letters, int limit) {
-  const SyllableTree& tree = SyllableTree::Of(language);
-  if (letters.size() > tree.longest() + 1 || limit <= tree.Least(SyllableTree::kRoot)) return {};
-  SlipSearch search(tree, letters);
-  if (search.IsSyllable()) return {};
-  if (language == sp::LANGUAGE_CANTONESE) {
-    const int row = AliasRow(letters);
-    if (row != SyllableTree::kNoRow) return {Hint::kAlias, row, {}, {}, RarityOf(language, row)};
+Guess Guesser::Of(const WalkedPiece& piece, bool is_mark_wrong, int limit) const {
+  if (piece.begun() == piece.size()) {
+    const Syllable& syllable = tree_.At(piece.Beginning(piece.size()));
+    const bool is_meant = is_mark_wrong && piece.size() > 1;
+    if (syllable.row != SyllableTree::kNoRow) {
+      return is_meant ? OfSyllable(Hint::kSpelling, syllable) : Guess();
+    }
   }
-  const bool is_long = letters.size() >= kShortestMisspelt;
-  const Guess misspelt = is_long ? search.Run(limit) : Guess();
-  // A gap comes first, but need not be looked for where neither would be taken.
-  if (misspelt.hint == Hint::kNone && limit <= kGapCost) return {};
-  const Guess gap = SyllableParts::Of(language).FindGap(letters, search.ending(), search.begun());
-  return gap.hint == Hint::kGap ? gap : misspelt;
+  const Syllable* alias = tables_.FindAlias(piece.letters());
+  if (alias != nullptr) return OfSyllable(Hint::kAlias, *alias);
+  if (tables_.MayBeGap(piece)) {
+    const Guess gap = tables_.FindGap(piece);
+    if (gap.hint == Hint::kGap) return gap;
+  }
+  if (piece.size() < kShortestMisspelt) return {};
+  return SlipSearch(tree_, piece).Run(limit);
 }
 
-Guess GuessMarked(int language, std::string_view letters, int limit) {
-  const int row = SyllableTree::Of(language).Find(letters).row;
-  if (row == SyllableTree::kNoRow) return GuessSyllable(language, letters, limit);
-  if (letters.size() == 1) return {};
-  return {Hint::kSpelling, row, {}, {}, RarityOf(language, row)};
+Guess Guesser::Of(std::string_view letters, bool is_mark_wrong) const {
+  if (letters.size() > longest()) return {};
+  const Walk forward = Walk::Forward(tree_, letters);
+  const Walk backward = Walk::Backward(tree_, letters);
+  return Of(WalkedPiece(letters, forward, backward), is_mark_wrong, kNoLimit);
 }
 
 }  // namespace qeo::notation::internal

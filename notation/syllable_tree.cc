@@ -22,8 +22,7 @@ const SyllableTree& SyllableTree::Of(int language) {
 }
 
 SyllableTree::SyllableTree(int language) {
-  nodes_.push_back({});
-  nodes_.push_back({});
+  for (std::size_t node = kNowhere; node <= kEndings; ++node) nodes_.push_back({});
   const CutNumbers numbers = CutNumbersOf(language);
   penalty_ = numbers.penalty;
   const std::vector<std::string> spellings = SyllableSpellings(language);
@@ -37,28 +36,21 @@ SyllableTree::SyllableTree(int language) {
 void SyllableTree::Add(std::string_view spelling, const Syllable& syllable) {
   if (!std::all_of(spelling.begin(), spelling.end(), ascii::IsSmall)) return;  // "E": read as "e"
   std::size_t node = kRoot;
-  for (const char letter : spelling) node = Grow(node, letter, syllable.rarity);
+  for (const char letter : spelling) node = Grow(node, letter);
   nodes_[node].syllable = syllable;
-  nodes_[node].branches |= std::uint32_t{1} << kEnd;
   std::size_t ending = kEndings;
-  for (std::size_t i = spelling.size(); i > 0; --i) {
-    ending = Grow(ending, spelling[i - 1], syllable.rarity);
-  }
+  for (std::size_t i = spelling.size(); i > 0; --i) ending = Grow(ending, spelling[i - 1]);
   longest_ = std::max(longest_, spelling.size());
 }
 
 // The node that a letter of a syllable leads to.
-std::size_t SyllableTree::Grow(std::size_t node, char letter, std::uint8_t rarity) {
-  if (Next(node, letter) == kRoot) {
+std::size_t SyllableTree::Grow(std::size_t node, char letter) {
+  if (Next(node, letter) == kNowhere) {
     nodes_[node].next[Branch(letter)] = static_cast<std::uint16_t>(nodes_.size());
     nodes_[node].branches |= std::uint32_t{1} << Branch(letter);
     nodes_.push_back({});
   }
-  const std::size_t next = Next(node, letter);
-  for (const std::size_t grown : {node, next}) {
-    nodes_[grown].least = std::min(nodes_[grown].least, rarity);
-  }
-  return next;
+  return Next(node, letter);
 }
 
 }  // namespace qeo::notation::internal

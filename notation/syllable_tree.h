@@ -8,7 +8,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <string_view>
 
 #include "notation/bounded_vector.h"
@@ -27,8 +26,9 @@ struct Syllable {
 
 class SyllableTree {
  public:
-  static constexpr std::size_t kRoot = 0;
-  static constexpr std::size_t kEndings = 1;  ///< the root of the same tree, read from the end
+  static constexpr std::size_t kNowhere = 0;  ///< no syllable begins so, or goes on so
+  static constexpr std::size_t kRoot = 1;
+  static constexpr std::size_t kEndings = 2;  ///< the root of the same tree, read from the end
   static constexpr int kNoRow = -1;
 
   /// The tree of a language, made at the first call; without a branch when it has no syllables.
@@ -38,36 +38,30 @@ class SyllableTree {
   /// The letters of the longest syllable.
   std::size_t longest() const { return longest_; }
 
-  /// The node for the letters of `node` and one more letter or any other byte; kRoot when they
-  /// begin no syllable.
+  /// The node for the letters of `node`, which may be kNowhere, and one more letter or any other
+  /// byte.
   std::size_t Next(std::size_t node, char letter) const {
-    return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kRoot;
+    return ascii::IsSmall(letter) ? nodes_[node].next[Branch(letter)] : kNowhere;
   }
 
-  /// A letter by its place in the alphabet. kEnd is the end of a syllable.
+  /// A letter by its place in the alphabet.
   static constexpr std::size_t Branch(char letter) {
     return static_cast<std::size_t>(letter - 'a');
   }
-  static constexpr std::size_t kEnd = 26;
+  static constexpr std::size_t kLetters = 26;
 
-  /// Whether a letter leads on from a node; with kEnd, whether the node is a syllable.
-  bool Has(std::size_t node, std::size_t branch) const {
-    return (nodes_[node].branches >> branch & 1U) != 0;
-  }
-
-  /// The node that a letter leads to. Has must be true for it.
+  /// The node that a letter leads to, or kNowhere.
   std::size_t Child(std::size_t node, std::size_t branch) const {
     return nodes_[node].next[branch];
   }
 
-  /// The letters that lead on from a node, a bit each by its place.
-  std::uint32_t Letters(std::size_t node) const {
-    return nodes_[node].branches & ~(std::uint32_t{1} << kEnd);
+  /// Whether a letter leads on from a node.
+  bool Has(std::size_t node, std::size_t branch) const {
+    return (nodes_[node].branches >> branch & 1U) != 0;
   }
 
-  /// The least rarity of the syllables that begin (below kEndings: end) with the letters that lead
-  /// to a node.
-  int Least(std::size_t node) const { return nodes_[node].least; }
+  /// The letters that lead on from a node, a bit each by its place.
+  std::uint32_t Letters(std::size_t node) const { return nodes_[node].branches; }
 
   /// The syllable whose letters lead to a node, of row kNoRow when they are none.
   const Syllable& At(std::size_t node) const { return nodes_[node].syllable; }
@@ -76,7 +70,7 @@ class SyllableTree {
   /// none.
   const Syllable& Find(std::string_view syllable) const {
     std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
-    for (std::size_t i = 1; i < syllable.size() && node != kRoot; ++i) {
+    for (std::size_t i = 1; i < syllable.size() && node != kNowhere; ++i) {
       node = Next(node, syllable[i]);
     }
     return At(node);
@@ -88,16 +82,17 @@ class SyllableTree {
  private:
   static constexpr std::size_t kMaxNodes = 1536;
 
-  struct Node {
-    std::array<std::uint16_t, 26> next = {};  // by letter; kRoot where there is no branch
+  static constexpr std::size_t kCacheLine = 64;  // which a node fills nearly
+
+  struct alignas(kCacheLine) Node {
+    std::array<std::uint16_t, kLetters> next = {};  // by letter
     Syllable syllable;
-    std::uint8_t least = std::numeric_limits<std::uint8_t>::max();
-    std::uint32_t branches = 0;  // bits of the letters that `next` has, and of kEnd
+    std::uint32_t branches = 0;  // a bit for each letter that leads on
   };
 
   explicit SyllableTree(int language);
   void Add(std::string_view spelling, const Syllable& syllable);
-  std::size_t Grow(std::size_t node, char letter, std::uint8_t rarity);
+  std::size_t Grow(std::size_t node, char letter);
 
   BoundedVector<Node, kMaxNodes> nodes_;
   std::size_t longest_ = 0;

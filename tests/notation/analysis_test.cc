@@ -470,6 +470,14 @@ TEST(Analyze, HintsNameThePiece) {
           // With two marks it is not one syllable.
           {"jiǎǐ", "", "unknown syllable 0+6", ""},
           {"wǒjiǎǐ", "", "unknown syllable 0+9", ""},
+          // A piece has at most three parts, before and after the wrong one.
+          {"aeox", "a 0+1, e 1+1, o 2+1", "letters lost 3+1", ""},
+          {"xaoea", "ao 1+2, e 3+1, a 4+1", "letters lost 0+1 gap x+ao for 0+3", ""},
+          {"wuyit", "wu 0+2, yi 2+2", "letters lost 4+1 yi for 2+3", ""},
+          {"tyiwu", "yi 1+2, wu 3+2", "letters lost 0+1 yi for 0+3", ""},
+          {"aotte", "ao 0+2, te 3+2", "letters lost 2+1 te for 2+3", ""},
+          // More letters than a syllable with a slip has
+          {"haobcdfghjkl", "hao 0+3", "letters lost 3+9", ""},
       },
       {});
   // The alias "ma" is less likely than "mai".
