@@ -65,6 +65,11 @@ class RecordSink final : public internal::SyllableSink {
     problems_.push_back(problem);
     hints_.Add(problems_.back());
   }
+  void AddLetters(const Problem& problem, const internal::Word& word,
+                  internal::Piece piece) override {
+    problems_.push_back(problem);
+    hints_.AddRun(word, piece, problems_.back());
+  }
 
   void Add(int row, char digit, Range range);
   void AddCutProblem(ProblemKind kind, std::size_t index, const internal::Word& word,

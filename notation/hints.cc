@@ -31,6 +31,15 @@ void Respell(std::string& letters) {
   }
 }
 
+// The first letters of a word.
+std::string SmallLetters(const Word& word, std::size_t size) {
+  std::string letters;
+  for (std::size_t i = 0; i < size; ++i) {
+    letters += word[i].letter == kCircumflexE ? 'e' : word[i].letter;
+  }
+  return letters;
+}
+
 }  // namespace
 
 void SetHint(const Guesser& guesser, const Guess& guess, Range piece, char digit,
@@ -55,20 +64,28 @@ void Hints::Add(Problem& problem) {
     const std::string_view letters = bytes.substr(0, bytes.size() - 1);
     return SetHint(guesser_, guesser_.Of(letters, false), problem.range, bytes.back(), problem);
   }
-  TextReader(bytes, rules_).ReadWord(0, word_);
-  std::string letters;
-  for (const Letter& letter : word_.letters) {
-    letters += letter.letter == kCircumflexE ? 'e' : letter.letter;
+  TextReader(bytes, rules_).ReadWord(0, read_);
+  if (read_.digits.count == 0) {
+    return AddToRun(read_, problem.range.offset, read_.size(), problem);
   }
-  const bool is_run = word_.digits.count == 0;
-  if (rules_.Has(Rule::kDiaeresis) && (is_run || letters.size() == 3)) Respell(letters);
-  if (is_run) return AddToRun(letters, problem);
-  SetHint(guesser_, guesser_.Of(letters, true), problem.range, word_.digits.first.ascii, problem);
+  std::string letters = SmallLetters(read_, read_.size());
+  if (rules_.Has(Rule::kDiaeresis) && letters.size() == 3) Respell(letters);
+  SetHint(guesser_, guesser_.Of(letters, true), problem.range, read_.digits.first.ascii, problem);
 }
 
-// Adds its hint to a problem that is a run of letters, which may be several syllables. One that is
-// near to a syllable by itself is taken for that.
-void Hints::AddToRun(std::string_view letters, Problem& problem) {
+// A piece within a word is read by itself, where other letters before it do not count.
+void Hints::AddRun(const Word& word, Piece piece, Problem& problem) {
+  if (piece.begin > 0) return Add(problem);
+  AddToRun(word, 0, piece.end, problem);
+}
+
+// Adds its hint to a problem that is a run of letters, the first of a word, which may be several
+// syllables. One that is near to a syllable by itself is taken for that.
+void Hints::AddToRun(const Word& word, std::size_t offset, std::size_t size, Problem& problem) {
+  word_ = &word;
+  offset_ = offset;
+  std::string letters = SmallLetters(word, size);
+  if (rules_.Has(Rule::kDiaeresis)) Respell(letters);
   const Piece whole = {0, letters.size()};
   if (CountMarks(whole) <= 1) {
     SetRunHint(guesser_.Of(letters, true), whole, problem);
@@ -88,15 +105,15 @@ void Hints::AddToRun(std::string_view letters, Problem& problem) {
 void Hints::SetRunHint(const Guess& guess, Piece piece, Problem& problem) const {
   char digit = kNoTone;
   for (std::size_t i = piece.begin; i < piece.end; ++i) {
-    if (word_[i].tone != kNoTone) digit = word_[i].tone;
+    if ((*word_)[i].tone != kNoTone) digit = (*word_)[i].tone;
   }
-  Range range = word_.RangeOf(piece);
-  range.offset += problem.range.offset;
+  Range range = word_->RangeOf(piece);
+  range.offset += offset_;
   SetHint(guesser_, guess, range, digit, problem);
 }
 
 std::size_t Hints::CountMarks(Piece piece) const {
-  const auto begin = word_.letters.begin();
+  const auto begin = word_->letters.begin();
   return static_cast<std::size_t>(
       std::count_if(begin + static_cast<std::ptrdiff_t>(piece.begin),
                     begin + static_cast<std::ptrdiff_t>(piece.end),
@@ -111,8 +128,8 @@ void Hints::FindWrongMarks(std::string_view letters) {
     ToneMarks marks;
     bool has_circumflex = false;  // which is a syllable by itself
     for (std::size_t at = part.begin; at < part.end; ++at) {
-      marks.Add(word_[at]);
-      has_circumflex = has_circumflex || word_[at].letter == kCircumflexE;
+      marks.Add((*word_)[at]);
+      has_circumflex = has_circumflex || (*word_)[at].letter == kCircumflexE;
     }
     part.mark_count = marks.count();
     part.has_wrong_mark =

@@ -28,8 +28,11 @@ class Hints {
   /// Adds its hint to a problem, if it has one.
   void Add(Problem& problem);
 
+  /// Adds its hint to a problem that is a piece of a word, without a digit.
+  void AddRun(const Word& word, Piece piece, Problem& problem);
+
  private:
-  void AddToRun(std::string_view letters, Problem& problem);
+  void AddToRun(const Word& word, std::size_t offset, std::size_t size, Problem& problem);
   void SetRunHint(const Guess& guess, Piece piece, Problem& problem) const;
   std::size_t CountMarks(Piece piece) const;
   void FindWrongMarks(std::string_view letters);
@@ -37,7 +40,9 @@ class Hints {
   const Guesser& guesser_;
   std::string_view text_;
   RuleSet rules_;
-  Word word_;                   // that of the problem
+  Word read_;                   // that of the problem, read again
+  const Word* word_ = nullptr;  // the same, or as it was read the first time
+  std::size_t offset_ = 0;      // in the text of the place from which it was read
   std::vector<RunPart> parts_;  // of the word
 };
 

@@ -322,9 +322,7 @@ void Normalizer::PlaceMarked(Piece piece) {
   const Reading whole = readings_.OfPiece(word_, piece);
   if (IsOneSyllable(piece, whole)) return PlaceByMark(piece, whole);
   const std::vector<Piece>& syllables = cutter_.Cut(word_, piece, true);
-  if (syllables.empty()) {
-    return sink_.Report(ProblemKind::kUnknownSyllable, word_.RangeOf(piece));
-  }
+  if (syllables.empty()) return sink_.ReportLetters(word_, piece);
   for (const Piece syllable : syllables) {
     if (syllable.begin > piece.begin) sink_.SetApart(word_[syllable.begin].offset);
     PlaceByMark(syllable, readings_.OfPiece(word_, syllable));

@@ -70,6 +70,12 @@ void SyllableSink::Report(ProblemKind kind, Range range) {
   AddProblem({kind, range, {}});
 }
 
+void SyllableSink::ReportLetters(const Word& word, Piece piece) {
+  const Range range = word.RangeOf(piece);
+  SetApart(range.offset);
+  AddLetters({ProblemKind::kUnknownSyllable, range, {}}, word, piece);
+}
+
 void TextSink::WritePlain(std::string_view syllable, int /*row*/, std::size_t offset) {
   result_.text.append(syllable);
   for (std::size_t i = 0; i < syllable.size(); ++i) result_.origins.push_back(offset + i);

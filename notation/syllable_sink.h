@@ -64,6 +64,9 @@ class SyllableSink {
   /// that are not UTF-8, are one problem.
   void Report(ProblemKind kind, Range range);
 
+  /// Records a piece without a digit as an unknown syllable, which sets apart.
+  void ReportLetters(const Word& word, Piece piece);
+
  protected:
   ~SyllableSink() = default;
 
@@ -79,6 +82,8 @@ class SyllableSink {
   virtual void WriteLetters(const Word& word, Piece piece) = 0;
   /// A problem was recorded that is not a part of the one before.
   virtual void AddProblem(const Problem& problem) = 0;
+  /// One was recorded that is a piece without a digit.
+  virtual void AddLetters(const Problem& problem, const Word& word, Piece piece) = 0;
 
   void Start(Range syllable) {
     if (has_syllables_) {
@@ -119,6 +124,9 @@ class TextSink final : public SyllableSink {
                      const Tone& tone) override;
   void WriteLetters(const Word& word, Piece piece) override;
   void AddProblem(const Problem& problem) override { problems_.push_back(problem); }
+  void AddLetters(const Problem& problem, const Word& /*word*/, Piece /*piece*/) override {
+    problems_.push_back(problem);
+  }
 
   void WriteFusedR(const Letter& r, const Tone& tone, std::size_t tone_origin);
 

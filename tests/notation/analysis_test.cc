@@ -470,6 +470,9 @@ TEST(Analyze, HintsNameThePiece) {
           // With two marks it is not one syllable.
           {"jiǎǐ", "", "unknown syllable 0+6", ""},
           {"wǒjiǎǐ", "", "unknown syllable 0+9", ""},
+          // What a capital opens is read by itself.
+          {"NǐHoǎ", "ni3 0+3", "unknown syllable 3+4 hao3", ""},
+          {"biángNǐ", "ni3 6+3", "unknown syllable 0+6 gap b+iang", ""},
           // A piece has at most three parts, before and after the wrong one.
           {"aeox", "a 0+1, e 1+1, o 2+1", "letters lost 3+1", ""},
           {"xaoea", "ao 1+2, e 3+1, a 4+1", "letters lost 0+1 gap x+ao for 0+3", ""},
