@@ -470,6 +470,11 @@ TEST(Analyze, HintsNameThePiece) {
           // With two marks it is not one syllable.
           {"jiǎǐ", "", "unknown syllable 0+6", ""},
           {"wǒjiǎǐ", "", "unknown syllable 0+9", ""},
+          // The mark is wrong, and the syllable before it has none.
+          {"bayań", "", "unknown syllable 0+6 yan2 for 2+4", ""},
+          {"wǒbêi", "", "unknown syllable 0+7 bei for 3+4", ""},
+          // "lua" is not read as "lue" is.
+          {"nǐluàx", "", "unknown syllable 0+8 luan4 for 3+5", ""},
           // What a capital opens is read by itself.
           {"NǐHoǎ", "ni3 0+3", "unknown syllable 3+4 hao3", ""},
           {"biángNǐ", "ni3 6+3", "unknown syllable 0+6 gap b+iang", ""},
