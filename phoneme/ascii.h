@@ -1,8 +1,8 @@
 #ifndef PHONEME_ASCII_H_
 #define PHONEME_ASCII_H_
 
-// Kinds of ASCII characters, the same in every locale; most functions take bytes and code points. And
-// text between blanks. Not installed.
+// Kinds of ASCII characters, the same in every locale; most functions take bytes and code points.
+// And text between blanks. Not installed.
 
 #include <algorithm>
 #include <string_view>
