@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -57,6 +58,7 @@ template <typename Table>
 CLI::Option& AddChoice(CLI::App& command, const std::string& name, std::string& value,
                        const Table& table, const std::string& help) {
   std::vector<std::string> names;
+  names.reserve(std::size(table));
   for (const auto& entry : table) names.emplace_back(entry.name);
   return *command.add_option(name, value, help)
               ->check([names](const std::string& text) { return ChoiceProblem(names, text); })
