@@ -1,6 +1,6 @@
 // Analyze: every byte of any text is in a syllable, a separator or a problem; what it calls a
 // separator is one, its syllables are the library's, its hints those of the reference form, and it
-// reads what the reference form of the normaliser does.
+// reads what the reference form of the normaliser does. The reader agrees with it in any notation.
 
 #include <algorithm>
 #include <optional>
@@ -84,6 +84,32 @@ void ExpectReferenceHints(int language, const std::string& text, const Analysis&
   }
 }
 
+// The reader has the syllables of an analysis without a problem, and else the problems.
+void ExpectReader(int language, const std::string& text, const AnalysisOptions& options,
+                  const Analysis& analysis) {
+  Reader reader(language, options);
+  Expect(reader.Read(text) == analysis.problems.empty(), "the reader reads what has no problem");
+  Expect(reader.problems().size() == analysis.problems.size(), "it has the problems");
+  if (!analysis.problems.empty()) return;
+  Expect(reader.size() == analysis.syllables.size(), "it has the syllables");
+  for (std::size_t i = 0; i < std::min(reader.size(), analysis.syllables.size()); ++i) {
+    const sp::SyllableInfo& found = reader.Syllable(i);
+    const sp::SyllableInfo& expected = analysis.syllables[i].syllable;
+    Expect(found.phones == expected.phones && found.code == expected.code &&
+               ToneDigit(found) == ToneDigit(expected),
+           "its syllables are those of the analysis");
+  }
+}
+
+// Every byte is in one syllable, separator or problem.
+void ExpectOwners(const std::string& text, const Analysis& analysis) {
+  std::size_t owned = 0;
+  for (const AnalyzedSyllable& syllable : analysis.syllables) owned += syllable.range.length;
+  for (const Problem& problem : analysis.problems) owned += problem.range.length;
+  for (const Range& separator : analysis.separators) owned += separator.length;
+  Expect(owned == text.size(), "a byte has one owner");
+}
+
 }  // namespace
 }  // namespace qeo::notation
 
@@ -95,9 +121,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   options.cutting = kCuttings[input.Choose(std::size(kCuttings))];
   if (input.Choose(4) == 0) options.rules = {};
   const std::size_t switched = input.Choose(64);  // from kRuleCount on: none
+  constexpr Notation kOthers[] = {Notation::kText, Notation::kCodes, Notation::kIds,
+                                  Notation::kPronunciation};
+  if (switched >= 60) options.notation = kOthers[switched - 60];
   if (switched < kRuleCount) options.rules = options.rules.Without(static_cast<Rule>(switched));
   const std::string text = input.Rest();
   const Analysis analysis = Analyze(language, text, options);
+  ExpectReader(language, text, options, analysis);
+  if (options.notation) {
+    ExpectOwners(text, analysis);
+    return 0;
+  }
   qeo::sp::reference::ExpectSound(language, text, options, analysis, Expect);
   ExpectReferenceHints(language, text, analysis);
   const auto expected = Reference(language, text, options);

@@ -57,6 +57,13 @@ AnalyzedSyllable WithoutRow(sp::SyllableInfo record, Range range) {
   return syllable;
 }
 
+// A syllable that is not read, for what is at `piece`.
+Problem ProblemIn(Range syllable, ProblemKind kind, Range piece) {
+  Problem problem = {kind, syllable, {}};
+  problem.piece = piece;
+  return problem;
+}
+
 class TextReader {
  public:
   TextReader(int language, std::string_view text, bool drops_silently)
@@ -110,37 +117,51 @@ class IdReader {
   Analysis Read() {
     for (Range word = NextToken(text_, 0, text_.size()); word.length != 0;
          word = NextToken(text_, word.end(), text_.size())) {
-      if (!AddByte(word)) analysis_.problems.push_back({ProblemKind::kUnknownPhoneId, word, {}});
+      AddWord(word);
     }
-    if (!bytes_.empty() && !drops_silently_) {
-      analysis_.problems.push_back({ProblemKind::kPhonesLost, syllable_, {}});
-    }
+    const bool is_lost = unknown_.length != 0 || (syllable_.length != 0 && !drops_silently_);
+    if (is_lost) ReportSyllable();
     return std::move(analysis_);
   }
 
  private:
-  // Returns whether a word is a byte that the library reads.
-  bool AddByte(Range word) {
-    const auto byte = ParseNumber<std::uint8_t>(BytesOf(text_, word));
-    if (!byte || sp::ph2ph(language_, {*byte}, records_) != 0) return false;
-    if (bytes_.empty()) syllable_.offset = word.offset;
+  void AddWord(Range word) {
+    if (syllable_.length == 0) syllable_.offset = word.offset;
     syllable_.length = word.end() - syllable_.offset;
-    bytes_.push_back(*byte);
-    if (*byte < sp::kFirstPhoneByte) CloseSyllable();
-    return true;
+    const auto byte = ParseNumber<std::uint8_t>(BytesOf(text_, word));
+    const bool is_known = byte && sp::ph2ph(language_, {*byte}, records_) == 0;
+    if (!is_known && unknown_.length == 0) unknown_ = word;
+    if (is_known) bytes_.push_back(*byte);
+    if (is_known && *byte < sp::kFirstPhoneByte) CloseSyllable();
   }
 
   void CloseSyllable() {
+    if (unknown_.length != 0) return ReportSyllable();
     sp::ph2ph(language_, bytes_, records_);
     analysis_.syllables.push_back(WithoutRow(std::move(records_.front()), syllable_));
+    BeginSyllable();
+  }
+
+  // A syllable with a byte that is none, or that no byte closes.
+  void ReportSyllable() {
+    const bool has_unknown = unknown_.length != 0;
+    const auto kind = has_unknown ? ProblemKind::kUnknownPhoneId : ProblemKind::kPhonesLost;
+    analysis_.problems.push_back(ProblemIn(syllable_, kind, has_unknown ? unknown_ : syllable_));
+    BeginSyllable();
+  }
+
+  void BeginSyllable() {
     bytes_.clear();
+    syllable_ = {};
+    unknown_ = {};
   }
 
   int language_;
   std::string_view text_;
   bool drops_silently_;
   std::vector<unsigned char> bytes_;  // of the syllable that is not closed
-  Range syllable_;                    // where they are
+  Range syllable_;                    // where it is, of length 0 before its first word
+  Range unknown_;                     // its first word that is not a byte of the language
   std::vector<sp::SyllableInfo> records_;
   Analysis analysis_;
 };
@@ -180,18 +201,18 @@ class PronunciationReader {
   Problem FindProblem(Range syllable) {
     const std::size_t last = text_.substr(0, syllable.end()).rfind(' ');
     if (last == std::string_view::npos || last < syllable.offset) {
-      return {ProblemKind::kBadTone, syllable, {}};
+      return ProblemIn(syllable, ProblemKind::kBadTone, syllable);
     }
     for (std::size_t begin = syllable.offset; begin <= last;) {
       const std::size_t end = text_.find(' ', begin);
       const std::string name(text_.substr(begin, end - begin));
       if (!Parse("sil " + name + " 0")) {
         const std::size_t length = std::max<std::size_t>(name.size(), 1);  // a blank too many
-        return {ProblemKind::kUnknownPhone, {begin, length}, {}};
+        return ProblemIn(syllable, ProblemKind::kUnknownPhone, {begin, length});
       }
       begin = end + 1;
     }
-    return {ProblemKind::kBadTone, {last + 1, syllable.end() - last - 1}, {}};
+    return ProblemIn(syllable, ProblemKind::kBadTone, {last + 1, syllable.end() - last - 1});
   }
 
   int language_;

@@ -109,7 +109,8 @@ struct Problem {
   Hint hint = Hint::kNone;
   /// The bytes that the hint is about, those that `suggestion` may replace. More than `range` where
   /// that has only the letters that a cut leaves out ("i" of "yai"), less where that has several
-  /// syllables ("yái" of "yáichái"). Empty without a hint.
+  /// syllables ("yái" of "yáichái"). Empty without a hint, but in a syllable of ids or of a
+  /// pronunciation that is not read: there it is what is wrong, and `range` the whole syllable.
   Range piece = {};
   /// kGap: "l" and "an" of "lan", in static storage; else empty.
   std::string_view initial = {};

@@ -404,7 +404,7 @@ def _problems(problems: tuple[_core.Problem, ...]) -> tuple[Problem, ...]:
                     _new(Range, at),
                     suggestion,
                     _HINTS[hint] if hint else None,
-                    _new(Range, piece) if hint else None,
+                    _new(Range, piece) if piece[0] < piece[1] else None,
                     initial,
                     final,
                 ),

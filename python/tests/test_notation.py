@@ -359,7 +359,7 @@ def test_analysis() -> None:
             "mandarin",
             "24 35 3 99 28",
             ["n i"],
-            [("unknown phone-id byte", 8, 10), ("phones lost", 11, 13)],
+            [("unknown phone-id byte", 8, 13)],
         ),
         ("pronunciation", "english", "hh ax 0, l", ["hh ax"], [("bad tone", 9, 10)]),
     ],

@@ -158,10 +158,10 @@ void Checker::CheckText(std::uint64_t number, std::size_t offset, std::string_vi
   auto problem = analysis.problems.begin();
   const auto report_before = [&](std::size_t end) {
     for (; problem != analysis.problems.end() && problem->range.offset < end; ++problem) {
-      findings_.Write({number, offset + problem->range.offset, problem->range.length,
-                       notation::ProblemName(problem->kind),
-                       DetailOf(conversion_.from(), *problem, text), problem->suggestion, true,
-                       &*problem});
+      const notation::Range place = PlaceOf(*problem);
+      findings_.Write(
+          {number, offset + place.offset, place.length, notation::ProblemName(problem->kind),
+           DetailOf(conversion_.from(), *problem, text), problem->suggestion, true, &*problem});
     }
   };
   for (const notation::AnalyzedSyllable& syllable : analysis.syllables) {

@@ -40,10 +40,17 @@ std::string DetailInPronunciation(const Problem& problem, std::string_view text)
 
 }  // namespace
 
+notation::Range PlaceOf(const Problem& problem) {
+  const bool is_in_syllable = problem.hint == notation::Hint::kNone && problem.piece.length != 0;
+  return is_in_syllable ? problem.piece : problem.range;
+}
+
 std::string DetailOf(Notation from, const Problem& problem, std::string_view text) {
   if (problem.kind == ProblemKind::kPhonesLost) return "after the last closing byte";
-  if (from == Notation::kPronunciation) return DetailInPronunciation(problem, text);
-  return Described(problem, text);
+  Problem placed = problem;
+  placed.range = PlaceOf(problem);
+  return from == Notation::kPronunciation ? DetailInPronunciation(placed, text)
+                                          : Described(placed, text);
 }
 
 Failure FailureOf(Notation from, const std::vector<Problem>& problems, std::string_view text) {
@@ -54,7 +61,7 @@ Failure FailureOf(Notation from, const std::vector<Problem>& problems, std::stri
       from == Notation::kPronunciation && first.kind == ProblemKind::kBadTone;
   if (!says_what_is_wrong) message.insert(0, std::string(kind) + ' ');
   if (problems.size() > 1) message += ", and " + std::to_string(problems.size() - 1) + " more";
-  return {kind, std::move(message), first.range};
+  return {kind, std::move(message), PlaceOf(first)};
 }
 
 std::string DetailOf(const notation::Writer& writer, Gap gap, const sp::SyllableInfo& syllable) {

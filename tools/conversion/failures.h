@@ -20,6 +20,9 @@ struct Failure {
   notation::Range place = {};
 };
 
+/// The bytes that a problem is about: of a syllable that is not read, what is wrong in it.
+notation::Range PlaceOf(const notation::Problem& problem);
+
 /// What a problem of a text in a notation is about, to follow its kind: "hoa3", perhaps "hao3".
 std::string DetailOf(Notation from, const notation::Problem& problem, std::string_view text);
 
