@@ -96,10 +96,11 @@ std::optional<Notation> NotationOfName(std::string_view name) {
   return std::nullopt;
 }
 
+// The first row of a language.
 std::optional<Notation> OwnNotation(int language) {
   for (const internal::NotationRow& row : internal::kRows) {
     const bool is_own = row.facts.language == language && language != internal::kEvery;
-    if (is_own && row.facts.is_read) return row.facts.notation;
+    if (is_own) return row.facts.notation;
   }
   return std::nullopt;
 }

@@ -89,6 +89,12 @@ void AppendPronunciation(const sp::SyllableInfo& syllable, std::string& out);
 
 const NotationRow& RowOf(Notation notation);
 
+/// The first name of a row of the syllable table that is not a phone, or null.
+inline const char* MissingName(const sp::PinyinInfo& row) {
+  if (row.initial[0] != '\0' && row.initial_phone == nullptr) return row.initial;
+  return row.final[0] != '\0' && row.final_phone == nullptr ? row.final : nullptr;
+}
+
 }  // namespace internal
 }  // namespace qeo::notation
 

@@ -42,6 +42,12 @@ std::optional<std::uint16_t> ParseCode(const sp::SpMapping& set, std::string_vie
   return is_known ? code : std::nullopt;
 }
 
+// Whether a byte is that of a phone of a language, or closes a syllable.
+bool IsByteOf(int language, std::uint8_t byte) {
+  const int id = byte - sp::kFirstPhoneByte;
+  return id < 0 || sp::GetPhoneInfoById(language, id)->id == id;
+}
+
 char DigitOf(int number) { return static_cast<char>('0' + number); }
 
 // A syllable without a row: the names of its phones, and the digit that closes it.
@@ -129,7 +135,7 @@ class IdReader {
     if (syllable_.length == 0) syllable_.offset = word.offset;
     syllable_.length = word.end() - syllable_.offset;
     const auto byte = ParseNumber<std::uint8_t>(BytesOf(text_, word));
-    const bool is_known = byte && sp::ph2ph(language_, {*byte}, records_) == 0;
+    const bool is_known = byte && IsByteOf(language_, *byte);
     if (!is_known && unknown_.length == 0) unknown_ = word;
     if (is_known) bytes_.push_back(*byte);
     if (is_known && *byte < sp::kFirstPhoneByte) CloseSyllable();
@@ -199,10 +205,11 @@ class PronunciationReader {
   // What is wrong with a syllable: the first name that is not a phone, else its end, which is not
   // a digit. The names are between single blanks.
   Problem FindProblem(Range syllable) {
-    const std::size_t last = text_.substr(0, syllable.end()).rfind(' ');
-    if (last == std::string_view::npos || last < syllable.offset) {
+    const std::size_t last_blank = BytesOf(text_, syllable).rfind(' ');
+    if (last_blank == std::string_view::npos) {
       return ProblemIn(syllable, ProblemKind::kBadTone, syllable);
     }
+    const std::size_t last = syllable.offset + last_blank;
     for (std::size_t begin = syllable.offset; begin <= last;) {
       const std::size_t end = text_.find(' ', begin);
       const std::string name(text_.substr(begin, end - begin));

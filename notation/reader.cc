@@ -76,8 +76,9 @@ bool Reader::ReadIds(const std::string& text) {
 // By way of the ids, because only phones that have one have a name to write.
 bool Reader::ReadPronunciation(const std::string& text) {
   phone_ids_.clear();
-  return sp::pr2ph(language_, text, phone_ids_) == 0 &&
-         sp::ph2ph(language_, phone_ids_, syllables_) == 0;
+  if (sp::pr2ph(language_, text, phone_ids_) != 0) return false;
+  sp::ph2ph(language_, phone_ids_, syllables_);
+  return true;
 }
 
 // What the library drops is between its syllables, which are shorter than the text then.

@@ -70,9 +70,7 @@ class SyllableTree {
   /// none.
   const Syllable& Find(std::string_view syllable) const {
     std::size_t node = Next(kRoot, ascii::ToSmall(syllable[0]));
-    for (std::size_t i = 1; i < syllable.size() && node != kNowhere; ++i) {
-      node = Next(node, syllable[i]);
-    }
+    for (std::size_t i = 1; i < syllable.size(); ++i) node = Next(node, syllable[i]);
     return At(node);
   }
 

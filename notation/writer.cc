@@ -4,20 +4,15 @@
 #include <string_view>
 
 #include "notation/notation_table.h"
+#include "phoneme/ascii.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
 namespace {
 
-// The first name of a row that is not a phone, or null.
-const char* MissingNameOf(const sp::PinyinInfo& row) {
-  if (row.initial[0] != '\0' && row.initial_phone == nullptr) return row.initial;
-  return row.final[0] != '\0' && row.final_phone == nullptr ? row.final : nullptr;
-}
-
 // The library reads text in small letters alone.
 bool IsInSmallLetters(std::string_view name) {
-  return std::all_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+  return std::all_of(name.begin(), name.end(), ascii::IsSmall);
 }
 
 Gap ToneGapOf(const sp::SyllableInfo& syllable) {
@@ -65,7 +60,7 @@ Writer::Writer(Notation to, int language, bool have_codes, bool takes_any_digit)
   const sp::SpMapping& tables = *sp::FindPhoneSet(sp::ServingLanguage(conversion, language));
   for (std::uint64_t i = 0; i < tables.pinyin_count; ++i) {
     const sp::PinyinInfo& row = tables.pinyin_list[i];
-    missing_names_.push_back(MissingNameOf(row));
+    missing_names_.push_back(internal::MissingName(row));
     has_spelling_.push_back(IsInSmallLetters(row.pinyin));
     const sp::PhoneInfo* const last = row.final[0] != '\0' ? row.final_phone : row.initial_phone;
     if (last != nullptr && last->type == sp::PHONE_TYPE_INITIAL) syllabic_phones_.push_back(last);

@@ -21,21 +21,24 @@ constexpr char ToSmall(char c) { return IsCapital(c) ? static_cast<char>(c | 0x2
 
 /// A text without blanks at its beginning.
 inline std::string_view TrimFront(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text;
 }
 
 /// A text without blanks at its ends.
 inline std::string_view Trim(std::string_view text) {
   text = TrimFront(text);
-  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
+  text.remove_suffix(text.size() - (text.find_last_not_of(kBlanks) + 1));
+  return text;
 }
 
 /// Takes the next word of `text`, with the blanks around it, off its front; an empty word when
 /// there is none.
 inline std::string_view TakeWord(std::string_view& text) {
   text = TrimFront(text);
-  const std::string_view word = text.substr(0, text.find_first_of(kBlanks));
-  text = TrimFront(text.substr(word.size()));
+  const std::string_view word(text.data(), std::min(text.find_first_of(kBlanks), text.size()));
+  text.remove_prefix(word.size());
+  text = TrimFront(text);
   return word;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "notation/notation.h"
+#include "notation/notation_table.h"
 #include "phoneme/phoneme.h"
 
 namespace qeo::notation {
@@ -194,6 +195,20 @@ TEST(Writer, SyllablesWithoutSpellingOrPhones) {
   EXPECT_EQ(unspelled, std::vector<std::string>{"E"});
 }
 
+TEST(MissingName, IsTheFirstThatHasNoPhone) {
+  const sp::PhoneInfo* const phone = sp::GetPhoneInfoById(LANGUAGE_MANDARIN, 1);
+  const struct {
+    sp::PinyinInfo row;
+    const char* missing;
+  } cases[] = {
+      {{0, "ba", "b", "a", phone, phone}, nullptr},   {{0, "a", "", "a", nullptr, phone}, nullptr},
+      {{0, "m", "m", "", phone, nullptr}, nullptr},   {{0, "ng", "", "ng", nullptr, nullptr}, "ng"},
+      {{0, "hng", "h", "ng", phone, nullptr}, "ng"},  {{0, "xa", "x", "a", nullptr, phone}, "x"},
+      {{0, "xng", "x", "ng", nullptr, nullptr}, "x"},
+  };
+  for (const auto& c : cases) EXPECT_STREQ(internal::MissingName(c.row), c.missing) << c.row.pinyin;
+}
+
 TEST(GapName, OfEveryKind) {
   EXPECT_EQ(GapName(Gap::kNone), "");
   EXPECT_EQ(GapName(Gap::kNoPhones), "no phones");
@@ -203,6 +218,7 @@ TEST(GapName, OfEveryKind) {
   EXPECT_EQ(GapName(Gap::kToneWithoutFinal), "bad tone");
   EXPECT_EQ(GapName(Gap::kManyFinals), "bad tone");
   EXPECT_EQ(GapName(Gap::kNoSpelling), "no spelling");
+  EXPECT_EQ(GapName(static_cast<Gap>(99)), "");
 }
 
 TEST(ProblemName, OfEveryKind) {
