@@ -21,10 +21,6 @@ std::optional<int> SyllableLanguage(int id) {
   return sp::FindPhoneSet(serving)->pinyin_count > 0 ? std::optional<int>(serving) : std::nullopt;
 }
 
-int PronunciationLanguage(int id) {
-  return sp::ServingLanguage(sp::Conversion::kPronunciations, id);
-}
-
 int PhoneLanguage(int id) { return sp::ServingLanguage(sp::Conversion::kPhones, id); }
 
 std::optional<std::string> FallbackNote(int requested, int serving) {

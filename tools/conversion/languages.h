@@ -25,9 +25,6 @@ std::string LanguageName(int id);
 /// The language that answers for syllables and their codes; none when `id` has no syllables.
 std::optional<int> SyllableLanguage(int id);
 
-/// The language that answers for pronunciations and phone ids.
-int PronunciationLanguage(int id);
-
 /// The language whose phones are listed.
 int PhoneLanguage(int id);
 
