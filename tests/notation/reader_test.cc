@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -213,6 +214,11 @@ struct Agreement {
   Notation notation;
   std::vector<std::string> words;  // that texts are made of
 };
+
+// Without it the test's name is made of all bytes, those between the members too.
+void PrintTo(const Agreement& agreement, std::ostream* out) {
+  *out << FactsOf(agreement.notation).name;
+}
 
 class ReaderOf : public testing::TestWithParam<Agreement> {};
 
